@@ -1,0 +1,36 @@
+# GNUstep's compile flags and libraries as two targets, GNUstep::Foundation and
+# GNUstep::AppKit. Its headers are made system headers: they do not compile
+# without warnings.
+find_program(GNUSTEP_CONFIG gnustep-config REQUIRED)
+
+function(gnustep_query result)
+  execute_process(COMMAND ${GNUSTEP_CONFIG} ${ARGN}
+    OUTPUT_VARIABLE output OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+  separate_arguments(output UNIX_COMMAND "${output}")
+  set(${result} ${output} PARENT_SCOPE)
+endfunction()
+
+gnustep_query(gnustep_objc_flags --objc-flags)
+gnustep_query(gnustep_base_libraries --base-libs)
+gnustep_query(gnustep_gui_libraries --gui-libs)
+
+set(gnustep_include_directories)
+set(gnustep_flags)
+foreach(flag IN LISTS gnustep_objc_flags)
+  if(flag MATCHES "^-I(.+)")
+    if(NOT CMAKE_MATCH_1 STREQUAL ".")
+      list(APPEND gnustep_include_directories ${CMAKE_MATCH_1})
+    endif()
+  elseif(flag MATCHES "^-D|^-fobjc|^-fexceptions|^-fconstant|^-pthread")
+    list(APPEND gnustep_flags ${flag})
+  endif()
+endforeach()
+
+foreach(kind IN ITEMS Foundation AppKit)
+  add_library(GNUstep::${kind} INTERFACE IMPORTED)
+  target_include_directories(GNUstep::${kind} SYSTEM INTERFACE ${gnustep_include_directories})
+  target_compile_options(GNUstep::${kind} INTERFACE
+    $<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:${gnustep_flags}>)
+endforeach()
+target_link_libraries(GNUstep::Foundation INTERFACE ${gnustep_base_libraries})
+target_link_libraries(GNUstep::AppKit INTERFACE ${gnustep_gui_libraries})

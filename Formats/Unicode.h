@@ -1,0 +1,21 @@
+// UTF-8 and UTF-16, converted the same way everywhere.
+//
+// Texts inside payloads are UTF-8; Cocoa's strings are UTF-16 code units and may hold
+// lone surrogates. What cannot be converted becomes U+FFFD, one for each maximal invalid
+// subpart of UTF-8 (as the Unicode Standard recommends and browsers do) and one for each
+// lone surrogate: nothing is lost silently and nothing fails.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace formats {
+
+std::u16string decodeUTF8(std::string_view bytes);
+std::string encodeUTF8(std::u16string_view text);
+
+// The bytes that encodeUTF8 yields, without making them.
+std::size_t lengthInUTF8(std::u16string_view text);
+
+}  // namespace formats
