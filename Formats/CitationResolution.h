@@ -1,14 +1,14 @@
 // The answer to a preliminary scan ('PRSR'): each citation with the XML records of its parts.
 #pragma once
 
+#include <Formats/PayloadWriter.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <expected>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <Formats/PayloadWriter.h>
 
 namespace formats {
 

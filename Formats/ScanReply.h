@@ -6,6 +6,8 @@
 // the bibliography. The layout is drawn in Documentation/WireFormats.md.
 #pragma once
 
+#include <Formats/PayloadWriter.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <expected>
@@ -13,8 +15,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <Formats/PayloadWriter.h>
 
 namespace formats {
 

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -14,6 +15,10 @@ namespace formats {
 
 std::u16string decodeUTF8(std::string_view bytes);
 std::string encodeUTF8(std::u16string_view text);
+
+// Fills the buffer with as many bytes of the encoded text as fit, if need be with a
+// part of a character's bytes at its end. Returns the bytes that the whole text needs.
+std::size_t encodeUTF8(std::u16string_view text, std::span<char> buffer);
 
 // The bytes that encodeUTF8 yields, without making them.
 std::size_t lengthInUTF8(std::u16string_view text);

@@ -1,0 +1,187 @@
+// Almost every text that travels is almost entirely ASCII. Both directions therefore copy
+// runs of ASCII in bulk and look only at what lies between the runs character by
+// character. Each makes one pass and one allocation.
+
+#include "Unicode.h"
+
+#include <algorithm>
+#include <cstdint>
+
+#include "BlockScan.h"
+
+namespace formats {
+
+namespace {
+
+constexpr char16_t replacementCharacter = 0xFFFD;
+
+// What may follow a lead byte. All continuation bytes are 80..BF, but the first one is
+// further restricted after E0 and F0 (overlong forms), ED (surrogates) and F4 (above U+10FFFF).
+struct LeadByte {
+  int continuations;
+  std::uint8_t firstLow = 0x80;
+  std::uint8_t firstHigh = 0xBF;
+};
+
+LeadByte leadByte(std::uint8_t byte) {
+  if (byte >= 0xC2 && byte <= 0xDF) {
+    return {1};
+  }
+  if (byte >= 0xE0 && byte <= 0xEF) {
+    const std::uint8_t low = byte == 0xE0 ? 0xA0 : 0x80;
+    const std::uint8_t high = byte == 0xED ? 0x9F : 0xBF;
+    return {2, low, high};
+  }
+  if (byte >= 0xF0 && byte <= 0xF4) {
+    const std::uint8_t low = byte == 0xF0 ? 0x90 : 0x80;
+    const std::uint8_t high = byte == 0xF4 ? 0x8F : 0xBF;
+    return {3, low, high};
+  }
+  return {0};
+}
+
+// Decodes the sequence that starts at the position with a byte above 7F and moves the position
+// behind it. An ill-formed sequence ends before the first byte that cannot continue it.
+char32_t decodeSequence(std::string_view bytes, std::size_t &position) {
+  const auto byteAt = [&](std::size_t index) { return static_cast<std::uint8_t>(bytes[index]); };
+  const std::uint8_t first = byteAt(position++);
+  const LeadByte lead = leadByte(first);
+  if (lead.continuations == 0) {
+    return replacementCharacter;
+  }
+  char32_t codePoint = first & (0x3Fu >> lead.continuations);
+  std::uint8_t low = lead.firstLow;
+  std::uint8_t high = lead.firstHigh;
+  for (int count = 0; count < lead.continuations; ++count) {
+    if (position == bytes.size() || byteAt(position) < low || byteAt(position) > high) {
+      return replacementCharacter;
+    }
+    codePoint = codePoint << 6 | (byteAt(position++) & 0x3Fu);
+    low = 0x80;
+    high = 0xBF;
+  }
+  return codePoint;
+}
+
+std::size_t storeUTF16(char32_t codePoint, char16_t *output) {
+  if (codePoint < 0x10000) {
+    output[0] = static_cast<char16_t>(codePoint);
+    return 1;
+  }
+  output[0] = static_cast<char16_t>(0xD800 + ((codePoint - 0x10000) >> 10));
+  output[1] = static_cast<char16_t>(0xDC00 + (codePoint & 0x3FF));
+  return 2;
+}
+
+bool isHighSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xD800; }
+bool isLowSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xDC00; }
+
+// The character at the position, which moves behind it.
+char32_t nextCharacter(std::u16string_view text, std::size_t &position) {
+  const char16_t unit = text[position++];
+  if (isHighSurrogate(unit) && position < text.size() && isLowSurrogate(text[position])) {
+    return 0x10000u + ((unit & 0x3FFu) << 10) + (text[position++] & 0x3FFu);
+  }
+  return isHighSurrogate(unit) || isLowSurrogate(unit) ? replacementCharacter : unit;
+}
+
+std::size_t lengthOfCharacter(char32_t codePoint) {
+  return codePoint < 0x80 ? 1 : codePoint < 0x800 ? 2 : codePoint < 0x10000 ? 3 : 4;
+}
+
+// Stores the bytes of a character above 7F and returns how many they are.
+std::size_t storeUTF8(char32_t codePoint, char *output) {
+  const std::size_t length = lengthOfCharacter(codePoint);
+  for (std::size_t index = length - 1; index > 0; --index) {
+    output[index] = static_cast<char>(0x80 | (codePoint & 0x3F));
+    codePoint >>= 6;
+  }
+  output[0] = static_cast<char>((0xF00u >> length & 0xFF) | codePoint);
+  return length;
+}
+
+std::size_t endOfASCII(std::u16string_view text, std::size_t from) {
+  return findFirst(text, from, [](char16_t unit) { return unit >= 0x80; });
+}
+
+// Narrows or widens units, in blocks of a known count for the same reason as findFirst.
+template <typename From, typename To>
+void copyUnits(const From *source, std::size_t count, To *target) {
+  constexpr std::size_t blockSize = 16;
+  std::size_t position = 0;
+  for (; count - position >= blockSize; position += blockSize) {
+    for (std::size_t index = 0; index < blockSize; ++index) {
+      target[position + index] = static_cast<To>(source[position + index]);
+    }
+  }
+  for (; position < count; ++position) {
+    target[position] = static_cast<To>(source[position]);
+  }
+}
+
+}  // namespace
+
+std::u16string decodeUTF8(std::string_view bytes) {
+  std::u16string text;
+  // No sequence makes more units than it has bytes.
+  text.resize_and_overwrite(bytes.size(), [&](char16_t *output, std::size_t) {
+    std::size_t length = 0;
+    std::size_t position = 0;
+    while (position < bytes.size()) {
+      const std::size_t end =
+          findFirst(bytes, position, [](char byte) { return (byte & 0x80) != 0; });
+      copyUnits(bytes.data() + position, end - position, output + length);
+      length += end - position;
+      position = end;
+      if (position < bytes.size()) {
+        length += storeUTF16(decodeSequence(bytes, position), output + length);
+      }
+    }
+    return length;
+  });
+  return text;
+}
+
+std::size_t encodeUTF8(std::u16string_view text, std::span<char> buffer) {
+  std::size_t needed = 0;
+  const auto rest = [&] { return buffer.subspan(std::min(needed, buffer.size())); };
+  std::size_t position = 0;
+  while (position < text.size()) {
+    const std::size_t end = endOfASCII(text, position);
+    const std::size_t count = end - position;
+    copyUnits(text.data() + position, std::min(count, rest().size()), rest().data());
+    needed += count;
+    position = end;
+    if (position < text.size()) {
+      char bytes[4];
+      const std::size_t length = storeUTF8(nextCharacter(text, position), bytes);
+      std::copy_n(bytes, std::min(length, rest().size()), rest().data());
+      needed += length;
+    }
+  }
+  return needed;
+}
+
+std::string encodeUTF8(std::u16string_view text) {
+  std::string bytes;
+  bytes.resize_and_overwrite(lengthInUTF8(text), [&](char *output, std::size_t size) {
+    return encodeUTF8(text, std::span(output, size));
+  });
+  return bytes;
+}
+
+std::size_t lengthInUTF8(std::u16string_view text) {
+  std::size_t length = 0;
+  std::size_t position = 0;
+  while (position < text.size()) {
+    const std::size_t end = endOfASCII(text, position);
+    length += end - position;
+    position = end;
+    if (position < text.size()) {
+      length += lengthOfCharacter(nextCharacter(text, position));
+    }
+  }
+  return length;
+}
+
+}  // namespace formats
