@@ -1,0 +1,132 @@
+// Text that needs no escape, nearly all of it, is found and copied in bulk. The groups are a
+// set of bits in nesting order, the outermost lowest: a change at one bit closes and reopens that
+// group and the groups above it, and leaves those below alone.
+
+#include "PidginRTFWriter.h"
+
+#include <array>
+#include <bit>
+#include <charconv>
+#include <utility>
+
+#include "BlockScan.h"
+
+namespace formats {
+
+namespace {
+
+constexpr std::array<std::u16string_view, 5> groupOpeners = {u"{\\ul ", u"{\\i ", u"{\\b ",
+                                                             u"{\\super ", u"{\\sub "};
+
+constexpr std::size_t usualOverhead = 25;  // room for a few groups and escapes
+
+unsigned groupsOf(const PidginAttributes &attributes) {
+  return (attributes.underline ? 1u : 0) | (attributes.italic ? 2u : 0) |
+         (attributes.bold ? 4u : 0) | (attributes.superscript ? 8u : 0) |
+         (attributes.subscript ? 16u : 0);
+}
+
+// RTF's \u takes a signed 16-bit number. "\uc0" says that no substitute for readers without
+// Unicode follows.
+void appendNumericEscape(std::u16string &output, char16_t unit) {
+  char digits[6];  // "-32768"
+  const auto end =
+      std::to_chars(digits, digits + sizeof digits, static_cast<std::int16_t>(unit)).ptr;
+  output.append(u"\\uc0\\u").append(digits, end).push_back(u' ');
+}
+
+// The blank belongs to the escape, and readers drop it; the apostrophe's escape has none, so
+// that none may be dropped there.
+std::u16string_view escapeOfControlCharacter(char16_t unit) {
+  switch (unit) {
+    case u'\'':
+      return u"\\'27";
+    case u'{':
+      return u"\\'7b ";
+    case u'}':
+      return u"\\'7d ";
+    case u'\\':
+      return u"\\'5c ";
+    default:
+      return u"\\\n";
+  }
+}
+
+bool isAboveASCII(char16_t unit) { return unit >= 0x80; }
+
+bool isControlCharacter(char16_t unit) {
+  return (unit == u'\'') | (unit == u'{') | (unit == u'}') | (unit == u'\\') | (unit == u'\n');
+}
+
+template <typename NeedsEscape>
+void appendEscaped(std::u16string &output, std::u16string_view text, NeedsEscape needsEscape) {
+  std::size_t position = 0;
+  for (;;) {
+    const std::size_t end = findFirst(text, position, needsEscape);
+    output.append(text, position, end - position);
+    if (end == text.size()) {
+      return;
+    }
+    const char16_t unit = text[end];
+    if (isAboveASCII(unit)) {
+      appendNumericEscape(output, unit);
+    } else {
+      output.append(escapeOfControlCharacter(unit));
+    }
+    position = end + 1;
+  }
+}
+
+}  // namespace
+
+void appendPidginRTF(std::u16string &output, std::u16string_view text,
+                     ControlCharacters controlCharacters) {
+  if (controlCharacters == ControlCharacters::raw) {
+    appendEscaped(output, text, isAboveASCII);
+  } else {
+    appendEscaped(output, text,
+                  [](char16_t unit) { return isAboveASCII(unit) | isControlCharacter(unit); });
+  }
+}
+
+std::u16string pidginRTF(std::u16string_view text, ControlCharacters controlCharacters) {
+  std::u16string output;
+  output.reserve(text.size() + usualOverhead);
+  appendPidginRTF(output, text, controlCharacters);
+  return output;
+}
+
+PidginRTFWriter::PidginRTFWriter(std::size_t expectedLength) {
+  output_.reserve(expectedLength + usualOverhead);
+}
+
+void PidginRTFWriter::append(std::u16string_view text, const PidginAttributes &attributes) {
+  // An empty run has no character whose attributes could matter.
+  if (text.empty()) {
+    return;
+  }
+  changeGroups(groupsOf(attributes));
+  appendPidginRTF(output_, text, ControlCharacters::escaped);
+}
+
+std::u16string PidginRTFWriter::finish() {
+  changeGroups(0);
+  return std::exchange(output_, {});
+}
+
+void PidginRTFWriter::changeGroups(unsigned groups) {
+  const unsigned changed = openGroups_ ^ groups;
+  if (changed == 0) {
+    return;
+  }
+  const auto outermost = static_cast<std::size_t>(std::countr_zero(changed));
+  output_.append(static_cast<std::size_t>(std::popcount(openGroups_ >> outermost)), u'}');
+  for (std::size_t group = outermost; group < groupOpeners.size(); ++group) {
+    if ((groups >> group & 1) != 0) {
+      output_.append(groupOpeners[group]);
+    }
+  }
+  openGroups_ = groups;
+}
+
+}  // namespace formats
