@@ -1,0 +1,96 @@
+#include <Platform/AutoreleasePool.h>
+#include <Platform/CatchObjectiveCException.h>
+#include <Platform/Descriptor.h>
+#include <Platform/EventDispatch.h>
+#include <Platform/EventHandlerTable.h>
+#include <Platform/FourCharacters.h>
+#include <Platform/GuardedCall.h>
+#include <Platform/Log.h>
+
+#import <ApplicationServices/ApplicationServices.h>
+
+#include <optional>
+#include <utility>
+
+namespace platform {
+namespace {
+
+NSAppleEventDescriptor *descriptorOwning(AEDesc descriptor) {
+  return [[[NSAppleEventDescriptor alloc] initWithAEDescNoCopy:&descriptor] autorelease];
+}
+
+NSAppleEventDescriptor *eventDescriptor(const IncomingEvent &event) {
+  EventRecord record{.eventClass = event.eventClass, .eventID = event.eventID};
+  record.parameters = event.parameters;
+  return descriptorOwning(makeDescriptor(std::move(record)));
+}
+
+NSAppleEventDescriptor *replyDescriptor(const IncomingEvent &event) {
+  if (!event.wantsReply) {
+    return [NSAppleEventDescriptor nullDescriptor];
+  }
+  return descriptorOwning(
+      makeDescriptor(EventRecord{.eventClass = kCoreEventClass, .eventID = kAEAnswer}));
+}
+
+struct HandlerCall {
+  const EventHandler &handler;
+  NSAppleEventDescriptor *event;
+  NSAppleEventDescriptor *reply;
+};
+
+void performCall(void *context) {
+  const HandlerCall &call = *static_cast<const HandlerCall *>(context);
+  [call.handler.target performSelector:call.handler.selector
+                            withObject:call.event
+                            withObject:call.reply];
+}
+
+std::string reasonOf(id thrown) {
+  NSString *reason = [thrown isKindOfClass:[NSException class]]
+                         ? [NSString stringWithFormat:@"%@: %@", [thrown name], [thrown reason]]
+                         : [NSString stringWithFormat:@"%@", thrown];
+  return [reason UTF8String];
+}
+
+/// What left the handler in place of its return, in words.
+std::optional<std::string> exceptionLeaving(HandlerCall &call) {
+  id thrown = nil;
+  const auto cppException =
+      exceptionLeaving([&] { thrown = KorvoCatchObjectiveCException(performCall, &call); });
+  if (cppException || thrown == nil) {
+    return cppException;
+  }
+  return reasonOf(thrown);
+}
+
+}  // namespace
+
+std::expected<Parameters, OSStatus> dispatchAppleEvent(const IncomingEvent &event) {
+  const AutoreleasePool pool;
+  const EventHandler *installed = EventHandlerTable::shared().find(event.eventClass, event.eventID);
+  if (installed == nullptr) {
+    return std::unexpected(OSStatus{errAEEventNotHandled});
+  }
+  // A copy: the handler may install and remove handlers.
+  const EventHandler handler = *installed;
+  HandlerCall call{handler, eventDescriptor(event), replyDescriptor(event)};
+  if (const auto exception = exceptionLeaving(call)) {
+    logLine("The handler of event " + inQuotes(event.eventClass) + " " + inQuotes(event.eventID) +
+            " was left by an exception: " + *exception);
+    return std::unexpected(OSStatus{errAEEventFailed});
+  }
+  const EventRecord *reply = eventRecord([call.reply aeDesc]);
+  return reply == nullptr ? Parameters() : reply->parameters;
+}
+
+std::vector<InstalledHandler> installedEventHandlers() {
+  std::vector<InstalledHandler> handlers;
+  for (const EventHandler &handler : EventHandlerTable::shared().all()) {
+    handlers.push_back({handler.eventClass, handler.eventID, handler.target,
+                        [NSStringFromSelector(handler.selector) UTF8String]});
+  }
+  return handlers;
+}
+
+}  // namespace platform

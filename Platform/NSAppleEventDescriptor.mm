@@ -1,0 +1,112 @@
+#include <Platform/Descriptor.h>
+#include <Platform/SharedBytesData.h>
+
+#import <ApplicationServices/ApplicationServices.h>
+
+using platform::EventRecord;
+
+@implementation NSAppleEventDescriptor
+
++ (NSAppleEventDescriptor *)nullDescriptor {
+  const AEDesc null = {typeNull, nullptr};
+  return [[[self alloc] initWithAEDescNoCopy:&null] autorelease];
+}
+
++ (NSAppleEventDescriptor *)descriptorWithDescriptorType:(DescType)descriptorType
+                                                   bytes:(const void *)bytes
+                                                  length:(NSUInteger)byteCount {
+  AEDesc descriptor;
+  if (AECreateDesc(descriptorType, bytes, static_cast<Size>(byteCount), &descriptor) != noErr) {
+    return nil;
+  }
+  return [[[self alloc] initWithAEDescNoCopy:&descriptor] autorelease];
+}
+
++ (NSAppleEventDescriptor *)descriptorWithDescriptorType:(DescType)descriptorType
+                                                    data:(NSData *)data {
+  return [self descriptorWithDescriptorType:descriptorType bytes:[data bytes] length:[data length]];
+}
+
++ (NSAppleEventDescriptor *)
+    appleEventWithEventClass:(AEEventClass)eventClass
+                     eventID:(AEEventID)eventID
+            targetDescriptor:(NSAppleEventDescriptor *)targetDescriptor
+                    returnID:(AEReturnID)returnID
+               transactionID:(AETransactionID)transactionID {
+  AppleEvent event;
+  if (AECreateAppleEvent(eventClass, eventID, [targetDescriptor aeDesc], returnID, transactionID,
+                         &event) != noErr) {
+    return nil;
+  }
+  return [[[self alloc] initWithAEDescNoCopy:&event] autorelease];
+}
+
+- (instancetype)initWithAEDescNoCopy:(const AEDesc *)descriptor {
+  if (self = [super init]) {
+    _descriptor = *descriptor;
+  }
+  return self;
+}
+
+- (instancetype)init {
+  if (self = [super init]) {
+    AEInitializeDesc(&_descriptor);
+  }
+  return self;
+}
+
+- (void)dealloc {
+  AEDisposeDesc(&_descriptor);
+  [super dealloc];
+}
+
+- (const AEDesc *)aeDesc {
+  return &_descriptor;
+}
+
+- (DescType)descriptorType {
+  return _descriptor.descriptorType;
+}
+
+- (NSData *)data {
+  if (_descriptor.dataHandle == nullptr || platform::eventRecord(&_descriptor) != nullptr) {
+    return nil;
+  }
+  return platform::dataSharing(platform::descriptorData(&_descriptor));
+}
+
+- (AEEventClass)eventClass {
+  const EventRecord *event = platform::eventRecord(&_descriptor);
+  return event == nullptr ? 0 : event->eventClass;
+}
+
+- (AEEventID)eventID {
+  const EventRecord *event = platform::eventRecord(&_descriptor);
+  return event == nullptr ? 0 : event->eventID;
+}
+
+- (NSAppleEventDescriptor *)paramDescriptorForKeyword:(AEKeyword)keyword {
+  AEDesc parameter;
+  if (AEGetParamDesc(&_descriptor, keyword, typeWildCard, &parameter) != noErr) {
+    return nil;
+  }
+  return [[[NSAppleEventDescriptor alloc] initWithAEDescNoCopy:&parameter] autorelease];
+}
+
+- (NSAppleEventDescriptor *)descriptorForKeyword:(AEKeyword)keyword {
+  return [self paramDescriptorForKeyword:keyword];
+}
+
+- (void)setParamDescriptor:(NSAppleEventDescriptor *)descriptor forKeyword:(AEKeyword)keyword {
+  AEPutParamDesc(&_descriptor, keyword, [descriptor aeDesc]);
+}
+
+- (void)setDescriptor:(NSAppleEventDescriptor *)descriptor forKeyword:(AEKeyword)keyword {
+  [self setParamDescriptor:descriptor forKeyword:keyword];
+}
+
+- (void)removeParamDescriptorWithKeyword:(AEKeyword)keyword {
+  AEDeleteParam(&_descriptor, keyword);
+}
+
+@end

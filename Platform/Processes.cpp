@@ -1,0 +1,72 @@
+#include <Platform/Carrier.h>
+
+#include <ApplicationServices/Processes.h>
+
+#include <algorithm>
+
+namespace {
+
+bool isSame(const ProcessSerialNumber &left, const ProcessSerialNumber &right) {
+  return left.highLongOfPSN == right.highLongOfPSN && left.lowLongOfPSN == right.lowLongOfPSN;
+}
+
+void writeName(OSType signature, StringPtr name) {
+  name[0] = 4;
+  for (int index = 0; index < 4; ++index) {
+    name[1 + index] = static_cast<unsigned char>(signature >> (24 - 8 * index));
+  }
+}
+
+}  // namespace
+
+namespace platform {
+
+bool operator==(const Process &left, const Process &right) {
+  return isSame(left.serialNumber, right.serialNumber) && left.signature == right.signature;
+}
+
+}  // namespace platform
+
+OSErr GetNextProcess(ProcessSerialNumber *serialNumber) {
+  const auto processes = platform::currentCarrier().processes();
+  if (!processes) {
+    return static_cast<OSErr>(processes.error());
+  }
+  auto next = processes->begin();
+  if (!isSame(*serialNumber, {0, kNoProcess})) {
+    next = std::ranges::find_if(*processes, [serialNumber](const platform::Process &process) {
+      return isSame(process.serialNumber, *serialNumber);
+    });
+    next = next == processes->end() ? next : next + 1;
+  }
+  if (next == processes->end()) {
+    return procNotFound;
+  }
+  *serialNumber = next->serialNumber;
+  return noErr;
+}
+
+OSErr GetProcessInformation(const ProcessSerialNumber *serialNumber, ProcessInfoRec *information) {
+  if (information->processInfoLength != sizeof *information ||
+      information->processAppRef != nullptr) {
+    return paramErr;
+  }
+  const auto process = platform::currentCarrier().process(*serialNumber);
+  if (!process) {
+    return static_cast<OSErr>(process.error());
+  }
+  const StringPtr name = information->processName;
+  *information = {};
+  information->processInfoLength = sizeof *information;
+  information->processName = name;
+  information->processNumber = process->serialNumber;
+  information->processSignature = process->signature;
+  if (name != nullptr) {
+    writeName(process->signature, name);
+  }
+  return noErr;
+}
+
+OSErr SetFrontProcess(const ProcessSerialNumber *serialNumber) {
+  return static_cast<OSErr>(platform::currentCarrier().activate(*serialNumber));
+}

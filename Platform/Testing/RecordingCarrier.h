@@ -1,0 +1,138 @@
+// A carrier for tests: it sends nothing and remembers everything.
+//
+//   platform::RecordingCarrier carrier;      // in place from here to the end of the scope
+//   carrier.addProcess(signature);
+//   ... code under test sends ...
+//   EXPECT_EQ(RecordingCarrier::directObject(carrier.sent.at(0)), payload);
+//   auto answer = carrier.deliver(eventClass, eventID, payload, true);
+#pragma once
+
+#include <Platform/Carrier.h>
+#include <Platform/EventDispatch.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace platform {
+
+class RecordingCarrier final : public Carrier {
+ public:
+  RecordingCarrier() : previous_(setCarrier(this)) {}
+  ~RecordingCarrier() override { setCarrier(previous_); }
+  RecordingCarrier(const RecordingCarrier &) = delete;
+  RecordingCarrier &operator=(const RecordingCarrier &) = delete;
+
+  /// Every event that was sent, also those that failed.
+  std::vector<OutgoingEvent> sent;
+  /// Every process that was asked to come to the front, also where that failed.
+  std::vector<ProcessSerialNumber> activated;
+  /// What there is to enumerate.
+  std::vector<Process> running;
+
+  /// What the next sends return: an error, or the parameters of the reply.
+  std::expected<Parameters, OSStatus> sendResult;
+  /// What the next enumerations return in place of `running`, unless noErr.
+  OSStatus enumerationStatus = noErr;
+  /// What the next reads of a process's information return, unless noErr.
+  OSStatus informationStatus = noErr;
+  /// What the next activations return.
+  OSStatus activationStatus = noErr;
+
+  /// Called at the moment of each send and activation, for tests of the order of things.
+  std::function<void(const OutgoingEvent &)> onSend;
+  std::function<void(ProcessSerialNumber)> onActivate;
+
+  /// Adds a running process, under a serial number that is returned.
+  ProcessSerialNumber addProcess(OSType signature) {
+    const ProcessSerialNumber number{7, static_cast<UInt32>(running.size()) + 100};
+    running.push_back({number, signature});
+    return number;
+  }
+
+  struct Answer {
+    /// noErr, or the error that the sender would get.
+    OSStatus status = noErr;
+    /// Those of the reply event.
+    Parameters parameters;
+    /// The bytes of the reply's direct object, if it has one.
+    std::optional<std::string> directObject() const { return bytesUnder(parameters, keyDirectObject); }
+  };
+
+  /// Hands an event to its handler at once, as if it had arrived. Without a payload it has no
+  /// direct object.
+  Answer deliver(AEEventClass eventClass, AEEventID eventID,
+                 std::optional<std::string_view> payload, bool wantsReply = false,
+                 DescType payloadType = typeChar) {
+    IncomingEvent event{eventClass, eventID, {}, wantsReply};
+    if (payload) {
+      auto data = SharedBytes::copyOf(std::as_bytes(std::span(*payload)));
+      if (!data) {
+        return {data.error(), {}};
+      }
+      event.parameters.push_back({keyDirectObject, payloadType, *std::move(data)});
+    }
+    return deliver(event);
+  }
+
+  Answer deliver(const IncomingEvent &event) {
+    auto reply = dispatchAppleEvent(event);
+    return reply ? Answer{noErr, *std::move(reply)} : Answer{reply.error(), {}};
+  }
+
+  /// The bytes of the event's direct object, if it has one.
+  static std::optional<std::string> directObject(const OutgoingEvent &event) {
+    return bytesUnder(event.parameters, keyDirectObject);
+  }
+
+  static std::optional<std::string> bytesUnder(const Parameters &parameters, AEKeyword keyword) {
+    const Parameter *parameter = findParameter(parameters, keyword);
+    if (parameter == nullptr) {
+      return std::nullopt;
+    }
+    const auto bytes = parameter->data.view();
+    return std::string(reinterpret_cast<const char *>(bytes.data()), bytes.size());
+  }
+
+  std::expected<Parameters, OSStatus> send(const OutgoingEvent &event) override {
+    sent.push_back(event);
+    if (onSend) {
+      onSend(event);
+    }
+    return sendResult;
+  }
+
+  std::expected<std::vector<Process>, OSStatus> processes() override {
+    if (enumerationStatus != noErr) {
+      return std::unexpected(enumerationStatus);
+    }
+    return running;
+  }
+
+  std::expected<Process, OSStatus> process(ProcessSerialNumber serialNumber) override {
+    if (informationStatus != noErr) {
+      return std::unexpected(informationStatus);
+    }
+    for (const Process &process : running) {
+      if (process == Process{serialNumber, process.signature}) {
+        return process;
+      }
+    }
+    return std::unexpected(OSStatus{procNotFound});
+  }
+
+  OSStatus activate(ProcessSerialNumber serialNumber) override {
+    activated.push_back(serialNumber);
+    if (onActivate) {
+      onActivate(serialNumber);
+    }
+    return activationStatus;
+  }
+
+ private:
+  Carrier *previous_;
+};
+
+}  // namespace platform
