@@ -43,7 +43,8 @@ std::expected<SharedBytes, OSStatus> copyOf(const void *data, Size size) {
   if (size < 0 || (data == nullptr && size > 0)) {
     return std::unexpected(OSStatus{paramErr});
   }
-  return SharedBytes::copyOf({static_cast<const std::byte *>(data), static_cast<std::size_t>(size)});
+  return SharedBytes::copyOf(
+      {static_cast<const std::byte *>(data), static_cast<std::size_t>(size)});
 }
 
 OSErr put(AppleEvent *event, Parameter parameter) try {

@@ -1,9 +1,8 @@
 // Apple Events as plain values: what a carrier takes and what it delivers.
 #pragma once
 
-#include <Platform/SharedBytes.h>
-
 #include <ApplicationServices/AppleEvents.h>
+#include <Platform/SharedBytes.h>
 
 #include <vector>
 
@@ -12,7 +11,7 @@ namespace platform {
 struct Parameter {
   AEKeyword keyword = 0;
   DescType type = typeNull;
-  SharedBytes data;
+  SharedBytes data{};
 };
 
 /// In the order in which they were put in.
@@ -28,7 +27,7 @@ struct OutgoingEvent {
   AEEventID eventID = 0;
   AEReturnID returnID = kAutoGenerateReturnID;
   AETransactionID transactionID = kAnyTransactionID;
-  Parameters parameters;
+  Parameters parameters{};
   bool wantsReply = false;
   /// In ticks of 1/60 second, or kAEDefaultTimeout or kNoTimeOut.
   long timeOutInTicks = kNoTimeOut;
@@ -38,7 +37,7 @@ struct OutgoingEvent {
 struct IncomingEvent {
   AEEventClass eventClass = 0;
   AEEventID eventID = 0;
-  Parameters parameters;
+  Parameters parameters{};
   bool wantsReply = false;
 };
 

@@ -41,14 +41,15 @@ OSStatus AESendMessage(const AppleEvent *event, AppleEvent *reply, AESendMode se
   if (!signature) {
     return signature.error();
   }
-  auto answer = platform::currentCarrier().send(OutgoingEvent{.targetSignature = *signature,
-                                                              .eventClass = record->eventClass,
-                                                              .eventID = record->eventID,
-                                                              .returnID = record->returnID,
-                                                              .transactionID = record->transactionID,
-                                                              .parameters = record->parameters,
-                                                              .wantsReply = wantsReply,
-                                                              .timeOutInTicks = timeOutInTicks});
+  auto answer =
+      platform::currentCarrier().send(OutgoingEvent{.targetSignature = *signature,
+                                                    .eventClass = record->eventClass,
+                                                    .eventID = record->eventID,
+                                                    .returnID = record->returnID,
+                                                    .transactionID = record->transactionID,
+                                                    .parameters = record->parameters,
+                                                    .wantsReply = wantsReply,
+                                                    .timeOutInTicks = timeOutInTicks});
   if (!answer) {
     return answer.error();
   }

@@ -12,8 +12,6 @@ Carrier *substitute = nullptr;
 
 Carrier *setCarrier(Carrier *carrier) { return std::exchange(substitute, carrier); }
 
-Carrier &currentCarrier() {
-  return substitute == nullptr ? busCarrier() : *substitute;
-}
+Carrier &currentCarrier() { return substitute == nullptr ? busCarrier() : *substitute; }
 
 }  // namespace platform

@@ -2,9 +2,8 @@
 // bus; a test puts a carrier of its own in its place (see Testing/RecordingCarrier.h).
 #pragma once
 
-#include <Platform/AppleEventMessage.h>
-
 #include <ApplicationServices/Processes.h>
+#include <Platform/AppleEventMessage.h>
 
 #include <expected>
 #include <vector>

@@ -12,10 +12,10 @@ struct EventRecord {
   AEEventClass eventClass = 0;
   AEEventID eventID = 0;
   DescType targetType = typeNull;
-  SharedBytes targetData;
+  SharedBytes targetData{};
   AEReturnID returnID = kAutoGenerateReturnID;
   AETransactionID transactionID = kAnyTransactionID;
-  Parameters parameters;
+  Parameters parameters{};
 };
 
 /// Null unless the descriptor is an event.

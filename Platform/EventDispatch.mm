@@ -54,7 +54,7 @@ std::string reasonOf(id thrown) {
 }
 
 /// What left the handler in place of its return, in words.
-std::optional<std::string> exceptionLeaving(HandlerCall &call) {
+std::optional<std::string> perform(HandlerCall &call) {
   id thrown = nil;
   const auto cppException =
       exceptionLeaving([&] { thrown = KorvoCatchObjectiveCException(performCall, &call); });
@@ -75,7 +75,7 @@ std::expected<Parameters, OSStatus> dispatchAppleEvent(const IncomingEvent &even
   // A copy: the handler may install and remove handlers.
   const EventHandler handler = *installed;
   HandlerCall call{handler, eventDescriptor(event), replyDescriptor(event)};
-  if (const auto exception = exceptionLeaving(call)) {
+  if (const auto exception = perform(call)) {
     logLine("The handler of event " + inQuotes(event.eventClass) + " " + inQuotes(event.eventID) +
             " was left by an exception: " + *exception);
     return std::unexpected(OSStatus{errAEEventFailed});

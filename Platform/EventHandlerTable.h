@@ -3,7 +3,6 @@
 #pragma once
 
 #include <ApplicationServices/AEDataModel.h>
-
 #import <Foundation/Foundation.h>
 
 #include <vector>

@@ -1,11 +1,15 @@
+#include <Platform/AutoreleasePool.h>
 #include <Platform/Log.h>
 
 #import <Foundation/Foundation.h>
 
-#include <string>
-
 namespace platform {
 
-void logLine(std::string_view line) { NSLog(@"%s", std::string(line).c_str()); }
+void logLine(std::string_view line) {
+  const AutoreleasePool pool;
+  NSLog(@"%@", [[[NSString alloc] initWithBytes:line.data()
+                                         length:line.size()
+                                       encoding:NSUTF8StringEncoding] autorelease]);
+}
 
 }  // namespace platform

@@ -27,12 +27,11 @@ using platform::EventRecord;
   return [self descriptorWithDescriptorType:descriptorType bytes:[data bytes] length:[data length]];
 }
 
-+ (NSAppleEventDescriptor *)
-    appleEventWithEventClass:(AEEventClass)eventClass
-                     eventID:(AEEventID)eventID
-            targetDescriptor:(NSAppleEventDescriptor *)targetDescriptor
-                    returnID:(AEReturnID)returnID
-               transactionID:(AETransactionID)transactionID {
++ (NSAppleEventDescriptor *)appleEventWithEventClass:(AEEventClass)eventClass
+                                             eventID:(AEEventID)eventID
+                                    targetDescriptor:(NSAppleEventDescriptor *)targetDescriptor
+                                            returnID:(AEReturnID)returnID
+                                       transactionID:(AETransactionID)transactionID {
   AppleEvent event;
   if (AECreateAppleEvent(eventClass, eventID, [targetDescriptor aeDesc], returnID, transactionID,
                          &event) != noErr) {
@@ -42,14 +41,16 @@ using platform::EventRecord;
 }
 
 - (instancetype)initWithAEDescNoCopy:(const AEDesc *)descriptor {
-  if (self = [super init]) {
+  self = [super init];
+  if (self != nil) {
     _descriptor = *descriptor;
   }
   return self;
 }
 
 - (instancetype)init {
-  if (self = [super init]) {
+  self = [super init];
+  if (self != nil) {
     AEInitializeDesc(&_descriptor);
   }
   return self;

@@ -1,6 +1,5 @@
-#include <Platform/Carrier.h>
-
 #include <ApplicationServices/Processes.h>
+#include <Platform/Carrier.h>
 
 #include <algorithm>
 

@@ -1,12 +1,11 @@
-#include <Platform/SealedMemoryFile.h>
-
 #include <ApplicationServices/MacErrors.h>
-
-#include <cerrno>
 #include <fcntl.h>
+#include <Platform/SealedMemoryFile.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <cerrno>
 #include <utility>
 
 namespace platform {

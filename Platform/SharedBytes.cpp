@@ -1,7 +1,6 @@
+#include <ApplicationServices/MacErrors.h>
 #include <Platform/SealedMemoryFile.h>
 #include <Platform/SharedBytes.h>
-
-#include <ApplicationServices/MacErrors.h>
 
 #include <new>
 #include <utility>

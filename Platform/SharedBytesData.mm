@@ -10,6 +10,11 @@
 
 @implementation KorvoSharedBytesData
 
+// NSData's own would want a subclass that stores bytes.
+- (instancetype)init {
+  return self;
+}
+
 - (NSUInteger)length {
   return _bytes.size();
 }

@@ -58,7 +58,9 @@ class RecordingCarrier final : public Carrier {
     /// Those of the reply event.
     Parameters parameters;
     /// The bytes of the reply's direct object, if it has one.
-    std::optional<std::string> directObject() const { return bytesUnder(parameters, keyDirectObject); }
+    std::optional<std::string> directObject() const {
+      return bytesUnder(parameters, keyDirectObject);
+    }
   };
 
   /// Hands an event to its handler at once, as if it had arrived. Without a payload it has no

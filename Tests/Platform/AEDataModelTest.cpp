@@ -1,12 +1,11 @@
-#include "FourCharacterCodes.h"
-
 #include <ApplicationServices/ApplicationServices.h>
-#include <Platform/Testing/RecordingCarrier.h>
-
 #include <gtest/gtest.h>
+#include <Platform/Testing/RecordingCarrier.h>
 
 #include <array>
 #include <string>
+
+#include "FourCharacterCodes.h"
 
 namespace {
 

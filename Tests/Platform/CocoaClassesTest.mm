@@ -1,7 +1,7 @@
 #include "FourCharacterCodes.h"
 
-#import <Foundation/Foundation.h>
 #import <ApplicationServices/ApplicationServices.h>
+#import <Foundation/Foundation.h>
 #include <Platform/AutoreleasePool.h>
 
 #include <gtest/gtest.h>
@@ -60,9 +60,10 @@ TEST(NSAppleEventDescriptor, DataBehavesAsAnyData) {
   EXPECT_EQ([changeable length], 7u);
   NSData *copy = [[data copy] autorelease];
   EXPECT_TRUE([copy isEqual:data]);
-  NSString *string = [[[NSString alloc] initWithData:data encoding:NSUTF8StringEncoding] autorelease];
+  NSString *string = [[[NSString alloc] initWithData:data
+                                            encoding:NSUTF8StringEncoding] autorelease];
   EXPECT_TRUE([string isEqualToString:@"abcdef"]);
-  EXPECT_THROW([data subdataWithRange:NSMakeRange(5, 2)], ...);
+  EXPECT_ANY_THROW([data subdataWithRange:NSMakeRange(5, 2)]);
 }
 
 TEST(NSAppleEventDescriptor, EmptyDataIsThereAndEmpty) {
@@ -75,7 +76,7 @@ TEST(NSAppleEventDescriptor, EmptyDataIsThereAndEmpty) {
 TEST(NSAppleEventDescriptor, NullDescriptorHasNoDataAndDropsParameters) {
   const AutoreleasePool pool;
   NSAppleEventDescriptor *null = [NSAppleEventDescriptor nullDescriptor];
-  EXPECT_EQ([null descriptorType], DescType{typeNull});
+  EXPECT_EQ([null descriptorType], DescType { typeNull });
   EXPECT_EQ([null data], nil);
   [null setDescriptor:text("a") forKeyword:keyDirectObject];
   EXPECT_EQ([null paramDescriptorForKeyword:keyDirectObject], nil);
@@ -85,7 +86,7 @@ TEST(NSAppleEventDescriptor, NullDescriptorHasNoDataAndDropsParameters) {
 TEST(NSAppleEventDescriptor, EventHoldsParameters) {
   const AutoreleasePool pool;
   NSAppleEventDescriptor *event = newEvent();
-  EXPECT_EQ([event descriptorType], DescType{typeAppleEvent});
+  EXPECT_EQ([event descriptorType], DescType { typeAppleEvent });
   EXPECT_EQ([event eventClass], code("clas"));
   EXPECT_EQ([event eventID], code("evnt"));
   EXPECT_EQ([event data], nil);

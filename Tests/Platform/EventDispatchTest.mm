@@ -1,7 +1,8 @@
 #include "FourCharacterCodes.h"
 
-#import <Foundation/Foundation.h>
 #import <ApplicationServices/ApplicationServices.h>
+#import <Foundation/Foundation.h>
+#include <Platform/AutoreleasePool.h>
 #include <Platform/Testing/RecordingCarrier.h>
 
 #include <gtest/gtest.h>
@@ -9,21 +10,22 @@
 #include <functional>
 #include <stdexcept>
 
-/// Runs a function for each event.
-@interface DispatchTestHandler : NSObject {
- @public
-  std::function<void(NSAppleEventDescriptor *event, NSAppleEventDescriptor *reply)> _onEvent;
-}
-- (void)handleEvent:(NSAppleEventDescriptor *)event
-     withReplyEvent:(NSAppleEventDescriptor *)reply;
+namespace {
+
+/// What the handler does. No instance variable of it: GCC cannot encode its type for the runtime.
+std::function<void(NSAppleEventDescriptor *event, NSAppleEventDescriptor *reply)> onEvent;
+
+}  // namespace
+
+@interface DispatchTestHandler : NSObject
+- (void)handleEvent:(NSAppleEventDescriptor *)event withReplyEvent:(NSAppleEventDescriptor *)reply;
 - (void)handleOtherwise:(NSAppleEventDescriptor *)event
          withReplyEvent:(NSAppleEventDescriptor *)reply;
 @end
 
 @implementation DispatchTestHandler
-- (void)handleEvent:(NSAppleEventDescriptor *)event
-     withReplyEvent:(NSAppleEventDescriptor *)reply {
-  _onEvent(event, reply);
+- (void)handleEvent:(NSAppleEventDescriptor *)event withReplyEvent:(NSAppleEventDescriptor *)reply {
+  onEvent(event, reply);
 }
 - (void)handleOtherwise:(NSAppleEventDescriptor *)event
          withReplyEvent:(NSAppleEventDescriptor *)reply {
@@ -50,6 +52,7 @@ class EventDispatch : public testing::Test {
                                andEventID:installed.eventID];
     }
     [handler_ release];
+    onEvent = nullptr;
   }
 
   void install(AEEventID identifier, SEL selector = @selector(handleEvent:withReplyEvent:)) {
@@ -59,13 +62,14 @@ class EventDispatch : public testing::Test {
                                                         andEventID:identifier];
   }
 
+  const platform::AutoreleasePool pool_;
   platform::RecordingCarrier carrier_;
   DispatchTestHandler *handler_;
 };
 
 TEST_F(EventDispatch, HandlerGetsTheEventAndItsPayload) {
   std::string seen;
-  handler_->_onEvent = [&](NSAppleEventDescriptor *event, NSAppleEventDescriptor *) {
+  onEvent = [&](NSAppleEventDescriptor *event, NSAppleEventDescriptor *) {
     EXPECT_EQ([event eventClass], eventClass);
     EXPECT_EQ([event eventID], eventID);
     NSData *data = [[event paramDescriptorForKeyword:keyDirectObject] data];
@@ -77,7 +81,7 @@ TEST_F(EventDispatch, HandlerGetsTheEventAndItsPayload) {
 
 TEST_F(EventDispatch, EventWithoutPayloadHasNoDirectObject) {
   bool called = false;
-  handler_->_onEvent = [&](NSAppleEventDescriptor *event, NSAppleEventDescriptor *) {
+  onEvent = [&](NSAppleEventDescriptor *event, NSAppleEventDescriptor *) {
     called = true;
     EXPECT_EQ([event paramDescriptorForKeyword:keyDirectObject], nil);
   };
@@ -86,7 +90,7 @@ TEST_F(EventDispatch, EventWithoutPayloadHasNoDirectObject) {
 }
 
 TEST_F(EventDispatch, WhatTheHandlerPutsIntoTheReplyGoesBack) {
-  handler_->_onEvent = [&](NSAppleEventDescriptor *, NSAppleEventDescriptor *reply) {
+  onEvent = [&](NSAppleEventDescriptor *, NSAppleEventDescriptor *reply) {
     NSData *answer = [NSData dataWithBytes:"an\0swer" length:7];
     [reply setDescriptor:[NSAppleEventDescriptor descriptorWithDescriptorType:typeChar data:answer]
               forKeyword:keyDirectObject];
@@ -98,7 +102,7 @@ TEST_F(EventDispatch, WhatTheHandlerPutsIntoTheReplyGoesBack) {
 
 TEST_F(EventDispatch, WithoutAWantedReplyTheHandlerGetsTheNullDescriptor) {
   DescType replyType = 0;
-  handler_->_onEvent = [&](NSAppleEventDescriptor *, NSAppleEventDescriptor *reply) {
+  onEvent = [&](NSAppleEventDescriptor *, NSAppleEventDescriptor *reply) {
     replyType = [reply descriptorType];
     [reply setDescriptor:[NSAppleEventDescriptor nullDescriptor] forKeyword:keyDirectObject];
   };
@@ -112,7 +116,7 @@ TEST_F(EventDispatch, EventWithoutHandlerIsNotHandled) {
 }
 
 TEST_F(EventDispatch, RemovedHandlerIsCalledNoMore) {
-  handler_->_onEvent = [](NSAppleEventDescriptor *, NSAppleEventDescriptor *) { FAIL(); };
+  onEvent = [](NSAppleEventDescriptor *, NSAppleEventDescriptor *) { FAIL(); };
   [[NSAppleEventManager sharedAppleEventManager] removeEventHandlerForEventClass:eventClass
                                                                       andEventID:eventID];
   EXPECT_EQ(carrier_.deliver(eventClass, eventID, "").status, errAEEventNotHandled);
@@ -130,7 +134,7 @@ TEST_F(EventDispatch, InstallingAgainReplacesAndMovesToTheEnd) {
 }
 
 TEST_F(EventDispatch, HandlerMayRemoveItself) {
-  handler_->_onEvent = [](NSAppleEventDescriptor *event, NSAppleEventDescriptor *) {
+  onEvent = [](NSAppleEventDescriptor *event, NSAppleEventDescriptor *) {
     [[NSAppleEventManager sharedAppleEventManager]
         removeEventHandlerForEventClass:[event eventClass]
                              andEventID:[event eventID]];
@@ -140,7 +144,7 @@ TEST_F(EventDispatch, HandlerMayRemoveItself) {
 }
 
 TEST_F(EventDispatch, ObjectiveCExceptionBecomesAStatusAndALine) {
-  handler_->_onEvent = [](NSAppleEventDescriptor *, NSAppleEventDescriptor *) {
+  onEvent = [](NSAppleEventDescriptor *, NSAppleEventDescriptor *) {
     [NSException raise:@"OddException" format:@"the odd reason"];
   };
   testing::internal::CaptureStderr();
@@ -152,16 +156,14 @@ TEST_F(EventDispatch, ObjectiveCExceptionBecomesAStatusAndALine) {
 }
 
 TEST_F(EventDispatch, ThrownObjectThatIsNoExceptionBecomesAStatusToo) {
-  handler_->_onEvent = [](NSAppleEventDescriptor *, NSAppleEventDescriptor *) {
-    @throw @"a string";
-  };
+  onEvent = [](NSAppleEventDescriptor *, NSAppleEventDescriptor *) { @throw @"a string"; };
   testing::internal::CaptureStderr();
   EXPECT_EQ(carrier_.deliver(eventClass, eventID, "").status, errAEEventFailed);
   EXPECT_NE(testing::internal::GetCapturedStderr().find("a string"), std::string::npos);
 }
 
 TEST_F(EventDispatch, CppExceptionBecomesAStatusAndALine) {
-  handler_->_onEvent = [](NSAppleEventDescriptor *, NSAppleEventDescriptor *) {
+  onEvent = [](NSAppleEventDescriptor *, NSAppleEventDescriptor *) {
     throw std::runtime_error("the other reason");
   };
   testing::internal::CaptureStderr();
@@ -170,7 +172,7 @@ TEST_F(EventDispatch, CppExceptionBecomesAStatusAndALine) {
 }
 
 TEST_F(EventDispatch, ThrownNumberBecomesAStatus) {
-  handler_->_onEvent = [](NSAppleEventDescriptor *, NSAppleEventDescriptor *) { throw 5; };
+  onEvent = [](NSAppleEventDescriptor *, NSAppleEventDescriptor *) { throw 5; };
   EXPECT_EQ(carrier_.deliver(eventClass, eventID, "").status, errAEEventFailed);
 }
 

@@ -1,14 +1,13 @@
 #include <ApplicationServices/MacErrors.h>
+#include <fcntl.h>
+#include <gtest/gtest.h>
 #include <Platform/SealedMemoryFile.h>
 #include <Platform/SharedBytes.h>
-
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <fcntl.h>
-#include <string>
 #include <sys/mman.h>
 #include <unistd.h>
+
+#include <cstdlib>
+#include <string>
 
 namespace {
 
@@ -83,7 +82,8 @@ TEST(SealedMemoryFile, RefusesWhatIsNoMemoryFile) {
   const Descriptor device(open("/dev/null", O_RDONLY | O_CLOEXEC));
   const Descriptor folder(open("/", O_RDONLY | O_CLOEXEC));
   const Descriptor onDisk(open("/proc/self/exe", O_RDONLY | O_CLOEXEC));
-  for (const int number : {readEnd.number(), device.number(), folder.number(), onDisk.number(), -1}) {
+  for (const int number :
+       {readEnd.number(), device.number(), folder.number(), onDisk.number(), -1}) {
     const auto opened = SealedMemoryFile::open(number, noLimit);
     ASSERT_FALSE(opened) << number;
     EXPECT_EQ(opened.error(), errAECorruptData);

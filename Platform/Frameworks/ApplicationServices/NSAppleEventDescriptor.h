@@ -25,12 +25,11 @@
 + (NSAppleEventDescriptor *)descriptorWithDescriptorType:(DescType)descriptorType
                                                     data:(NSData *)data;
 /// An event without parameters; the target may be nil.
-+ (NSAppleEventDescriptor *)
-    appleEventWithEventClass:(AEEventClass)eventClass
-                     eventID:(AEEventID)eventID
-            targetDescriptor:(NSAppleEventDescriptor *)targetDescriptor
-                    returnID:(AEReturnID)returnID
-               transactionID:(AETransactionID)transactionID;
++ (NSAppleEventDescriptor *)appleEventWithEventClass:(AEEventClass)eventClass
+                                             eventID:(AEEventID)eventID
+                                    targetDescriptor:(NSAppleEventDescriptor *)targetDescriptor
+                                            returnID:(AEReturnID)returnID
+                                       transactionID:(AETransactionID)transactionID;
 
 /// Takes the descriptor over: it is disposed of with this object, also when this returns nil.
 - (instancetype)initWithAEDescNoCopy:(const AEDesc *)descriptor;
