@@ -14,12 +14,12 @@ namespace formats {
 
 // All texts are views into the parsed string (UTF-16 code units).
 struct CitationText {
-  std::optional<std::u16string_view> pageRange;    // "@", not trimmed, never empty
-  std::optional<std::u16string_view> tag;          // "#", trimmed, may be empty
-  std::optional<std::u16string_view> prependText;  // not trimmed
-  std::optional<std::u16string_view> appendText;   // not trimmed
+  std::optional<std::u16string_view> pageRange = std::nullopt;    // "@", not trimmed, never empty
+  std::optional<std::u16string_view> tag = std::nullopt;          // "#", trimmed, may be empty
+  std::optional<std::u16string_view> prependText = std::nullopt;  // not trimmed
+  std::optional<std::u16string_view> appendText = std::nullopt;   // not trimmed
   // What is left, trimmed. Empty: there is no citation here.
-  std::u16string_view searchText;
+  std::u16string_view searchText = {};
   bool excludeFromBody = false;          // "!"
   bool excludeFromBibliography = false;  // "^"
   bool useYearOnly = false;              // "%"

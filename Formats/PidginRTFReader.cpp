@@ -51,30 +51,30 @@ class Extractor {
         if (rest.starts_with(u"{\\")) {
           skipControlWord();
         } else {
-          advance(1);
+          position_ += 1;
         }
         break;
       case u'}':
       case u'\n':
-        advance(1);
+        position_ += 1;
         break;
       default:
         if (onUnknown_) {
           onUnknown_(rest);
         }
-        advance(1);
+        position_ += 1;
     }
   }
 
   void readBackslash(std::u16string_view rest) {
     if (rest.starts_with(u"\\\\")) {
       text_.push_back(u'\\');
-      advance(2);
+      position_ += 2;
     } else if (rest.starts_with(u"\\rquote")) {
       text_.push_back(u'\'');
-      advance(7);
+      position_ += 7;
     } else if (rest.starts_with(u"\\uc")) {
-      advance(4);  // with the digit of "\uc0"
+      position_ += 4;  // with the digit of "\uc0"
     } else {
       skipControlWord();
     }
@@ -92,15 +92,12 @@ class Extractor {
       }
       words.remove_prefix(std::min(length + 1, words.size()));
     }
-    position_ = end;
-    advance(1);
+    position_ = end + 1;
   }
-
-  void advance(std::size_t units) { position_ = std::min(position_ + units, rtf_.size()); }
 
   std::u16string_view rtf_;
   const UnknownControlCharacterHandler &onUnknown_;
-  std::size_t position_ = 0;
+  std::size_t position_ = 0;  // may come to lie past the end
   std::u16string text_;
 };
 

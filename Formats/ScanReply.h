@@ -24,7 +24,7 @@ struct ScanReplyHeader {
   std::uint32_t documentID = 0;
   bool usesSuperscript = false;
   bool hasBibliography = false;
-  std::u16string_view styleName;
+  std::u16string_view styleName = {};
   std::uint32_t groupCount = 0;
 };
 
