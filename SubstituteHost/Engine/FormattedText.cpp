@@ -1,0 +1,13 @@
+#include <SubstituteHostEngine/FormattedText.h>
+
+namespace engine {
+
+std::u16string FormattedText::plainText() const {
+  std::u16string text;
+  for (const Run &run : runs) {
+    text += run.text;
+  }
+  return text;
+}
+
+}  // namespace engine
