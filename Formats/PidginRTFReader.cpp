@@ -59,6 +59,7 @@ class Extractor {
         position_ += 1;
         break;
       default:
+        // Out of reach as long as endsText names no other characters than the cases above.
         if (onUnknown_) {
           onUnknown_(rest);
         }

@@ -85,7 +85,7 @@ void appendPidginRTF(std::u16string &output, std::u16string_view text,
     appendEscaped(output, text, isAboveASCII);
   } else {
     appendEscaped(output, text,
-                  [](char16_t unit) { return isAboveASCII(unit) | isControlCharacter(unit); });
+                  [](char16_t unit) { return isControlCharacter(unit) | (unit >= 0x80); });
   }
 }
 
