@@ -1,0 +1,118 @@
+#import "KOMellelScanController.h"
+
+extern "C" {
+const int32_t KOMellelScanWaitingForUser = -1;
+const int32_t KOMellelScanNoAction = 0;
+const int32_t KOMellelScanReformatAction = 1;
+const int32_t KOMellelScanGenerateCopyAction = 2;
+
+NSString *const KOMellelScanLastStylePrefKey = @"Last Style Used For Mellel Scan";
+}
+
+@interface KOMellelScanController (Private)
+- (void)setAdapter:(id<KorvoWordProcessorIntegrationAdapter>)newAdapter;
+- (void)populateFormatList;
+@end
+
+@implementation KOMellelScanController
+
++ (KOMellelScanController *)openMellelScanControllerWithAdapter:
+    (id<KorvoWordProcessorIntegrationAdapter>)hostAdapter {
+  KOMellelScanController *controller =
+      [[[self alloc] initWithAdapter:hostAdapter] autorelease];
+  [NSBundle loadNibNamed:@"MellelScanDialog" owner:controller];
+  return controller;
+}
+
+- (id)initWithAdapter:(id<KorvoWordProcessorIntegrationAdapter>)hostAdapter {
+  self = [super init];
+  if (self != nil) {
+    chosenAction = KOMellelScanWaitingForUser;
+    selectedBibStyle = nil;
+    [self setAdapter:hostAdapter];
+  }
+  return self;
+}
+
+- (void)dealloc {
+  [formatSelectorPopUpButton release];
+  [generateCopyWithBibInStyleButton release];
+  [adapter release];
+  [selectedBibStyle release];
+  [super dealloc];
+}
+
+- (void)awakeFromNib {
+  [self populateFormatList];
+}
+
+- (IBAction)formatSelectionChanged:(id)__attribute__((unused))sender {
+  NSString *title = [formatSelectorPopUpButton titleOfSelectedItem];
+  id<KorvoBibStyle> style = [[adapter bibStyleNamed:title] retain];
+  [selectedBibStyle release];
+  selectedBibStyle = style;
+  [[NSUserDefaults standardUserDefaults] setObject:title forKey:KOMellelScanLastStylePrefKey];
+}
+
+- (IBAction)buttonClicked:(id)sender {
+  NSString *title = [formatSelectorPopUpButton titleOfSelectedItem];
+  if (title == nil) {
+    return;
+  }
+  if ([adapter bibStyleNamed:title] == nil) {
+    NSLog(@"KOMellelScanController.buttonClicked:  Can't find style named %@", title);
+    return;
+  }
+  if (sender != generateCopyWithBibInStyleButton) {
+    NSLog(@"KOMellelScanController.buttonClicked:  Heard from an unexpected button");
+    return;
+  }
+  chosenAction = KOMellelScanGenerateCopyAction;
+  [NSApp stopModalWithCode:KOMellelScanGenerateCopyAction];
+}
+
+- (id<KorvoBibStyle>)selectedBibStyle {
+  return selectedBibStyle;
+}
+
+- (int32_t)chosenAction {
+  return chosenAction;
+}
+
+// The caller closes the window, once it has read the outcome.
+- (BOOL)windowShouldClose:(id)__attribute__((unused))sender {
+  chosenAction = KOMellelScanNoAction;
+  [NSApp stopModalWithCode:KOMellelScanNoAction];
+  return NO;
+}
+
+@end
+
+@implementation KOMellelScanController (Private)
+
+- (void)setAdapter:(id<KorvoWordProcessorIntegrationAdapter>)newAdapter {
+  [newAdapter retain];
+  [adapter release];
+  adapter = newAdapter;
+}
+
+- (void)populateFormatList {
+  [formatSelectorPopUpButton removeAllItems];
+  [formatSelectorPopUpButton addItemsWithTitles:[adapter favoriteBibStyleNames]];
+  if ([formatSelectorPopUpButton numberOfItems] == 0) {
+    return;
+  }
+  NSInteger index = 0;
+  NSString *lastStyle =
+      [[NSUserDefaults standardUserDefaults] stringForKey:KOMellelScanLastStylePrefKey];
+  if (lastStyle != nil) {
+    index = [formatSelectorPopUpButton indexOfItemWithTitle:lastStyle];
+    if (index < 0 || index == NSNotFound) {
+      index = 0;
+    }
+  }
+  [formatSelectorPopUpButton selectItemAtIndex:index];
+  [self formatSelectionChanged:self];
+}
+
+@end

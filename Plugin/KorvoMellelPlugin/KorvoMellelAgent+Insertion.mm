@@ -1,0 +1,150 @@
+// What an author does with single citations: inserting one, opening the reference behind one. And
+// the requests that older versions served.
+
+#import "KorvoMellelAgent+Private.h"
+
+#import "OutgoingBuffer.h"
+#import "ProgrammingError.h"
+#import "TextBridge.h"
+
+#include <Formats/EventTable.h>
+#include <Formats/Insertion.h>
+#include <Formats/PayloadReader.h>
+#include <Formats/RecordMarkup.h>
+
+namespace {
+
+constexpr NSInteger insertionOutOfMemoryLine = 1082;
+constexpr NSUInteger expectedTextLength = 100;
+
+}  // namespace
+
+@interface KorvoMellelAgent (InsertionSteps)
+- (void)postNotice:(NSString *)message;
+@end
+
+@implementation KorvoMellelAgent (Insertion)
+
+- (void)handleFindStringEvent:(NSAppleEventDescriptor *)__attribute__((unused))event
+               withReplyEvent:(NSAppleEventDescriptor *)__attribute__((unused))reply {
+  NSString *text = [self assembleSelectedCitations];
+  if (text != nil && [text length] > 0) {
+    [self insertCitation:text];
+  }
+  [self activateMellel];
+}
+
+// A reference without a tag leaves its place empty, so that the author sees where one is missing.
+- (NSMutableString *)assembleSelectedCitations {
+  id<KorvoWordProcessorIntegrationAdapter> adapter = [KorvoMellelAgent adapter];
+  NSArray *references = [adapter selectedReferences];
+  const BOOL several = [references count] > 1;
+  NSMutableString *text = [NSMutableString stringWithCapacity:expectedTextLength];
+  BOOL tagIsMissing = NO;
+  if (several) {
+    [text appendString:@"{"];
+  }
+  for (NSUInteger index = 0; index < [references count]; ++index) {
+    id<KorvoReference> reference = [references objectAtIndex:index];
+    NSLog(@"Mellel: UUID of selected reference: %@", [reference UUID]);
+    NSString *tag = [adapter inTextCitationTagForReference:reference];
+    if (tag == nil || [tag length] == 0) {
+      tagIsMissing = YES;
+    } else {
+      [text appendString:tag];
+    }
+    [text appendString:@";"];
+  }
+  if ([text length] > 0) {
+    [text deleteCharactersInRange:NSMakeRange([text length] - 1, 1)];
+  }
+  if (several) {
+    [text appendString:@"}"];
+  }
+  if (tagIsMissing) {
+    [self postNullTagNotice];
+  }
+  return text;
+}
+
+- (void)insertCitation:(NSString *)citation {
+  const std::u16string text = codeUnits(citation);
+  const std::u16string markup = formats::recordMarkupForInsertion(text);
+  const std::size_t size = formats::sizeOfInsertion(text, markup);
+  OutgoingBuffer buffer([self allocateOutgoingBytes:size], size);
+  if (!buffer) {
+    reportProgrammingError(_cmd, self, insertionOutOfMemoryLine,
+                           @"KOKorvoMellelAgent.insertCitation out of memory");
+    return;
+  }
+  formats::PayloadWriter writer = buffer.writer();
+  formats::writeInsertion(writer, text, markup);
+  const OSStatus status =
+      [self sendAppleEventWithClass:formats::insertionEventClass
+                            eventID:formats::answer::citation
+                     descriptorType:formats::bufferDescriptorType
+                            payload:std::string_view(buffer.bytes(), buffer.size())];
+  if (status != noErr) {
+    NSBeep();
+  }
+}
+
+- (void)postNullTagNotice {
+  [self postNotice:@"One or more of the selected Korvo references has neither a \"Citation "
+                   @"identifier\" field nor sufficient information (author,year) to create one."];
+}
+
+- (void)postNoSelectionNotice {
+  [self postNotice:@"Please select one or more references in your Korvo collections before "
+                   @"attempting to insert into Mellel."];
+}
+
+- (void)handleFindCitationEvent:(NSAppleEventDescriptor *)event
+                 withReplyEvent:(NSAppleEventDescriptor *)__attribute__((unused))reply {
+  NSData *data = [[event paramDescriptorForKeyword:keyDirectObject] data];
+  if (data == nil) {
+    return;
+  }
+  formats::PayloadReader reader(bytesOf(data));
+  NSString *text = stringWithUTF8(reader.readString());
+  NSArray *groups =
+      [self citationGroupsWithCitationStringArray:[NSArray arrayWithObject:text]];
+  if ([groups count] != 1) {
+    return;
+  }
+  NSArray *citations = [[groups objectAtIndex:0] citations];
+  if ([citations count] == 0) {
+    return;
+  }
+  id<KorvoReference> reference = [[citations objectAtIndex:0] reference];
+  if (reference != nil) {
+    [[KorvoMellelAgent adapter] displayEditorForReference:reference];
+  }
+  [self activateMellel];
+}
+
+- (void)handleImportCitationsEvent:(NSAppleEventDescriptor *)__attribute__((unused))event
+                    withReplyEvent:(NSAppleEventDescriptor *)__attribute__((unused))reply {
+}
+
+- (void)handleScanCitationsEvent:(NSAppleEventDescriptor *)__attribute__((unused))event
+                  withReplyEvent:(NSAppleEventDescriptor *)__attribute__((unused))reply {
+  NSLog(@"KorvoMellelAgent.handleScanCitation:  Got a Rmci event - this is obsolete and no longer "
+        @"supported.");
+}
+
+@end
+
+@implementation KorvoMellelAgent (InsertionSteps)
+
+- (void)postNotice:(NSString *)message {
+  id<KorvoWordProcessorIntegrationAdapter> adapter = [KorvoMellelAgent adapter];
+  NSString *header = [self localizedText:@"Notice for Mellel Users"];
+  NSString *text = [NSString stringWithFormat:@"%@\n", [self localizedText:message]];
+  NSAttributedString *summary =
+      [[[NSAttributedString alloc] initWithString:text
+                                       attributes:[adapter bodyTextAttributes]] autorelease];
+  [adapter postNoticeWithHeader:header attributedSummary:summary];
+}
+
+@end

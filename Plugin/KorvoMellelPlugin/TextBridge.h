@@ -1,0 +1,20 @@
+// Cocoa's strings and data, and the views that Formats works on. Each conversion is one copy in
+// bulk.
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+#include <string>
+#include <string_view>
+
+// The UTF-16 code units of the string; none for nil.
+std::u16string codeUnits(NSString *string);
+
+// An autoreleased string of these code units, lone surrogates included.
+NSString *stringWithCodeUnits(std::u16string_view text);
+
+// An autoreleased string of UTF-8 bytes; what is ill-formed becomes U+FFFD.
+NSString *stringWithUTF8(std::string_view bytes);
+
+// The bytes of the data, borrowed from it; none for nil.
+std::string_view bytesOf(NSData *data);

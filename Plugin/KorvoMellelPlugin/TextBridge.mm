@@ -1,0 +1,23 @@
+#import "TextBridge.h"
+
+#include <Formats/Unicode.h>
+
+std::u16string codeUnits(NSString *string) {
+  std::u16string text([string length], u'\0');
+  [string getCharacters:reinterpret_cast<unichar *>(text.data())
+                  range:NSMakeRange(0, text.size())];
+  return text;
+}
+
+NSString *stringWithCodeUnits(std::u16string_view text) {
+  return [NSString stringWithCharacters:reinterpret_cast<const unichar *>(text.data())
+                                 length:text.size()];
+}
+
+NSString *stringWithUTF8(std::string_view bytes) {
+  return stringWithCodeUnits(formats::decodeUTF8(bytes));
+}
+
+std::string_view bytesOf(NSData *data) {
+  return {static_cast<const char *>([data bytes]), [data length]};
+}
