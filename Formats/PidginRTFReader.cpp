@@ -14,11 +14,13 @@ namespace formats {
 
 namespace {
 
-bool endsText(char16_t unit) {
+constexpr auto endsText = [](char16_t unit) {
   return (unit == u'\n') | (unit == u'{') | (unit == u'}') | (unit == u'\\');
-}
+};
 
-bool endsControlWord(char16_t unit) { return (unit == u' ') | (unit == u'\t') | (unit == u'}'); }
+constexpr auto endsControlWord = [](char16_t unit) {
+  return (unit == u' ') | (unit == u'\t') | (unit == u'}');
+};
 
 // One pass over the input.
 class Extractor {

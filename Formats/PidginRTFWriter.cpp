@@ -52,11 +52,12 @@ std::u16string_view escapeOfControlCharacter(char16_t unit) {
   }
 }
 
-bool isAboveASCII(char16_t unit) { return unit >= 0x80; }
+constexpr auto isAboveASCII = [](char16_t unit) { return unit >= 0x80; };
 
-bool isControlCharacter(char16_t unit) {
-  return (unit == u'\'') | (unit == u'{') | (unit == u'}') | (unit == u'\\') | (unit == u'\n');
-}
+constexpr auto isAboveASCIIOrControlCharacter = [](char16_t unit) {
+  return (unit >= 0x80) | (unit == u'\'') | (unit == u'{') | (unit == u'}') | (unit == u'\\') |
+         (unit == u'\n');
+};
 
 template <typename NeedsEscape>
 void appendEscaped(std::u16string &output, std::u16string_view text, NeedsEscape needsEscape) {
@@ -84,8 +85,7 @@ void appendPidginRTF(std::u16string &output, std::u16string_view text,
   if (controlCharacters == ControlCharacters::raw) {
     appendEscaped(output, text, isAboveASCII);
   } else {
-    appendEscaped(output, text,
-                  [](char16_t unit) { return isControlCharacter(unit) | (unit >= 0x80); });
+    appendEscaped(output, text, isAboveASCIIOrControlCharacter);
   }
 }
 
