@@ -84,8 +84,7 @@ ChildProcess::ChildProcess(const std::vector<std::string> &arguments) {
   posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
   posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, out.c_str(), writing, 0600);
   posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, err.c_str(), writing, 0600);
-  const int error =
-      posix_spawnp(&pid_, pointers[0], &actions, nullptr, pointers.data(), environ);
+  const int error = posix_spawnp(&pid_, pointers[0], &actions, nullptr, pointers.data(), environ);
   posix_spawn_file_actions_destroy(&actions);
   if (error != 0) {
     throw std::system_error(error, std::generic_category(), arguments.front());

@@ -1,7 +1,7 @@
 // A program that a test runs, watches and ends.
 //
-// What it prints goes to two files: it never waits for its reader, and a test can look at all of it at
-// any time. Waiting is always bounded, and the program does not outlive its object.
+// What it prints goes to two files: it never waits for its reader, and a test can look at all of it
+// at any time. Waiting is always bounded, and the program does not outlive its object.
 #pragma once
 
 #include <sys/types.h>
@@ -35,7 +35,8 @@ constexpr std::chrono::seconds patience{60};
 
 class ChildProcess {
  public:
-  // Starts arguments[0], found in PATH when it holds no slash. Throws std::system_error if it cannot.
+  // Starts arguments[0], found in PATH when it holds no slash. Throws std::system_error if it
+  // cannot.
   explicit ChildProcess(const std::vector<std::string> &arguments);
   // Kills the program if it still runs.
   ~ChildProcess();

@@ -88,8 +88,8 @@ class TextReader {
 
   void readSymbol(char symbol) {
     if (symbol == '\'') {
-      const std::uint32_t byte =
-          static_cast<std::uint32_t>(std::stoi(std::string(rtf_.substr(position_, 2)), nullptr, 16));
+      const std::uint32_t byte = static_cast<std::uint32_t>(
+          std::stoi(std::string(rtf_.substr(position_, 2)), nullptr, 16));
       position_ += 2;
       add(byte >= 0x80 && byte < 0xA0 ? windows1252[byte - 0x80] : byte);
     } else if (symbol == '*') {
@@ -107,13 +107,15 @@ class TextReader {
 
   void readWord() {
     const std::size_t begin = position_;
-    while (position_ < rtf_.size() && std::isalpha(static_cast<unsigned char>(rtf_[position_])) != 0) {
+    while (position_ < rtf_.size() &&
+           std::isalpha(static_cast<unsigned char>(rtf_[position_])) != 0) {
       ++position_;
     }
     const std::string_view word = rtf_.substr(begin, position_ - begin);
     const std::size_t digits = position_;
-    while (position_ < rtf_.size() && (std::isdigit(static_cast<unsigned char>(rtf_[position_])) != 0 ||
-                                       (rtf_[position_] == '-' && position_ == digits))) {
+    while (position_ < rtf_.size() &&
+           (std::isdigit(static_cast<unsigned char>(rtf_[position_])) != 0 ||
+            (rtf_[position_] == '-' && position_ == digits))) {
       ++position_;
     }
     const std::string parameter(rtf_.substr(digits, position_ - digits));
@@ -128,7 +130,8 @@ class TextReader {
       readUnicode(static_cast<std::uint32_t>(parameter & 0xFFFF));
     } else if (word == "uc") {
       groups_.back().fallbackLength = parameter;
-    } else if (word == "par" || word == "line" || word == "row" || word == "sect" || word == "page") {
+    } else if (word == "par" || word == "line" || word == "row" || word == "sect" ||
+               word == "page") {
       add('\n');
     } else if (word == "cell" || word == "tab") {
       add('\t');

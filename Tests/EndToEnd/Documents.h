@@ -1,5 +1,5 @@
-// What a test knows about RTF, on its own: these few functions share nothing with the word processor
-// that they check. They suit the drafts in Examples/, not every RTF file there is.
+// What a test knows about RTF, on its own: these few functions share nothing with the word
+// processor that they check. They suit the drafts in Examples/, not every RTF file there is.
 #pragma once
 
 #include <optional>
@@ -13,8 +13,8 @@ namespace endtoend {
 // tab; footnotes stand where they are anchored. Tables of fonts, styles and the like have no text.
 std::string textOf(std::string_view rtf);
 
-// A document cut at the braces that can be seen in it: literals[0] spans[0] literals[1] … spans[n-1]
-// literals[n], all of it RTF as it stands in the file. Spans include their braces.
+// A document cut at the braces that can be seen in it: literals[0] spans[0] literals[1] …
+// spans[n-1] literals[n], all of it RTF as it stands in the file. Spans include their braces.
 struct Cut {
   std::vector<std::string> literals;
   std::vector<std::string> spans;

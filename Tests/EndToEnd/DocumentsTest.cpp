@@ -1,8 +1,8 @@
 // The checks are only as good as what they are made with.
-#include "Documents.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include "Documents.h"
 
 namespace {
 
@@ -11,8 +11,9 @@ using testing::ElementsAre;
 using testing::Optional;
 
 TEST(Documents, TextIsReadThroughEscapesAndGroups) {
-  EXPECT_EQ(textOf(R"({\rtf1{\fonttbl{\f0 Times;}}\pard Caf\'e9 {\i \u8220\'93a\u8221\'94} \{b\}\par})"),
-            "Café “a” {b}\n");
+  EXPECT_EQ(
+      textOf(R"({\rtf1{\fonttbl{\f0 Times;}}\pard Caf\'e9 {\i \u8220\'93a\u8221\'94} \{b\}\par})"),
+      "Café “a” {b}\n");
 }
 
 TEST(Documents, FallbacksHaveTheLengthThatTheirGroupSays) {
@@ -20,7 +21,8 @@ TEST(Documents, FallbacksHaveTheLengthThatTheirGroupSays) {
 }
 
 TEST(Documents, ACutPutTogetherAgainIsTheDocument) {
-  const std::string rtf = "{\\rtf1 {\\*\\x \\{disc\\}}\n\\pard one \\{A\\}, two \\{{\\i B}\\}.\\par}";
+  const std::string rtf =
+      "{\\rtf1 {\\*\\x \\{disc\\}}\n\\pard one \\{A\\}, two \\{{\\i B}\\}.\\par}";
   const Cut cut = cutAtBraces(rtf);
   EXPECT_THAT(cut.spans, ElementsAre("\\{A\\}", "\\{{\\i B}\\}"));
   EXPECT_EQ(cut.literals[0] + cut.spans[0] + cut.literals[1] + cut.spans[1] + cut.literals[2], rtf);

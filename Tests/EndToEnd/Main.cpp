@@ -1,6 +1,6 @@
-// Every run of these tests has a bus and a display of its own: two hosts on one bus would be in each
-// other's way, and the clicks of a test should not land in anybody's windows. So the program starts
-// itself once more within a private desktop, unless it only lists its tests.
+// Every run of these tests has a bus and a display of its own: two hosts on one bus would be in
+// each other's way, and the clicks of a test should not land in anybody's windows. So the program
+// starts itself once more within a private desktop, unless it only lists its tests.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -12,8 +12,8 @@
 
 namespace {
 
-// The private desktop's command keeps the pid, so the value is right in the one process it was made for
-// and wrong in a process that inherited it.
+// The private desktop's command keeps the pid, so the value is right in the one process it was made
+// for and wrong in a process that inherited it.
 constexpr const char *desktopOwner = "KORVO_TEST_DESKTOP_OWNER";
 
 bool hasDesktop() {

@@ -1,0 +1,151 @@
+// The dialog that asks for a style, driven by real clicks and keys.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Applications.h"
+#include "Window.h"
+
+namespace {
+
+using namespace endtoend;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr const char *dialogTitle = "Format Citations for Mellel";
+
+// A scan that leaves the choice of the style to the dialog.
+class ScanWithDialog : public testing::Test {
+ protected:
+  static std::vector<std::string> favorites() {
+    return {"--favorite", "apa", "--favorite", "ieee"};
+  }
+
+  std::filesystem::path copy() const { return directory_.path() / "copy.rtf"; }
+
+  std::vector<std::string> command(const std::vector<std::string> &options = {}) const {
+    std::vector<std::string> arguments = {
+        program("mellel"), "scan", example("draft-textedit.rtf").string(), "-o", copy().string()};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    return arguments;
+  }
+
+  static void clickButton(const Window &dialog) { dialog.click(320, -35); }
+  static void clickCloseBox(const Window &dialog) { dialog.click(-12, 11); }
+
+ private:
+  TemporaryDirectory directory_;
+};
+
+TEST_F(ScanWithDialog, ReturnTakesTheFirstFavorite) {
+  Host host(favorites());
+  ChildProcess mellel(command());
+  ASSERT_TRUE(host.process().waitForLine("dialog: open")) << mellel.standardError();
+  const Window dialog(dialogTitle);
+  ASSERT_TRUE(dialog.isOpen());
+  dialog.press("Return");
+  EXPECT_EQ(mellel.waitForExit(), 0) << mellel.standardError();
+  EXPECT_THAT(host.output(), HasSubstr("dialog: closed"));
+  EXPECT_THAT(readFile(copy()), HasSubstr("(Hoare, 1969)"));
+}
+
+TEST_F(ScanWithDialog, TheButtonTakesTheStyleThatIsShown) {
+  Host host(favorites());
+  ChildProcess mellel(command());
+  const Window dialog(dialogTitle);
+  ASSERT_TRUE(dialog.isOpen());
+  clickButton(dialog);
+  EXPECT_EQ(mellel.waitForExit(), 0) << mellel.standardError();
+  EXPECT_THAT(readFile(copy()), HasSubstr("(Hoare, 1969)"));
+}
+
+TEST_F(ScanWithDialog, AnotherStyleFromTheMenuIsTakenAndRememberedForTheNextScan) {
+  Host host(favorites());
+  {
+    ChildProcess mellel(command());
+    const Window dialog(dialogTitle);
+    ASSERT_TRUE(dialog.isOpen());
+    dialog.press("Down");
+    dialog.press("Return");
+    ASSERT_EQ(mellel.waitForExit(), 0) << mellel.standardError();
+    EXPECT_THAT(readFile(copy()), AllOf(HasSubstr("[1]"), Not(HasSubstr("(Hoare, 1969)"))));
+  }
+  std::filesystem::remove(copy());
+  ChildProcess mellel(command());
+  const Window dialog(dialogTitle);
+  ASSERT_TRUE(dialog.isOpen());
+  clickButton(dialog);
+  ASSERT_EQ(mellel.waitForExit(), 0) << mellel.standardError();
+  EXPECT_THAT(readFile(copy()), HasSubstr("[1]"));
+}
+
+TEST_F(ScanWithDialog, TheCloseBoxCancelsAndWritesNothing) {
+  Host host(favorites());
+  ChildProcess mellel(command());
+  const Window dialog(dialogTitle);
+  ASSERT_TRUE(dialog.isOpen());
+  clickCloseBox(dialog);
+  EXPECT_EQ(mellel.waitForExit(), 1);
+  EXPECT_FALSE(std::filesystem::exists(copy()));
+  EXPECT_THAT(host.output(), HasSubstr("dialog: closed"));
+}
+
+TEST_F(ScanWithDialog, AStyleThatNobodyHasOpensIt) {
+  Host host(favorites());
+  ChildProcess mellel(command({"--style", "a-style-that-nobody-has"}));
+  const Window dialog(dialogTitle);
+  ASSERT_TRUE(dialog.isOpen());
+  dialog.press("Return");
+  EXPECT_EQ(mellel.waitForExit(), 0) << mellel.standardError();
+  EXPECT_THAT(readFile(copy()), HasSubstr("(Hoare, 1969)"));
+}
+
+TEST_F(ScanWithDialog, WhoAsksMeanwhileIsAnsweredAfterIt) {
+  Host host(favorites());
+  ChildProcess scanning(command());
+  const Window dialog(dialogTitle);
+  ASSERT_TRUE(dialog.isOpen());
+  ChildProcess opening({program("mellel"), "open", "Hoare 1969#hoare1969"});
+  EXPECT_FALSE(host.process().waitForLine("editor: hoare1969", 0, std::chrono::milliseconds(700)));
+  dialog.press("Return");
+  EXPECT_EQ(scanning.waitForExit(), 0);
+  EXPECT_TRUE(host.process().waitForLine("editor: hoare1969"));
+  EXPECT_EQ(opening.waitForExit(), 0);
+}
+
+TEST_F(ScanWithDialog, TheHostCanBeEndedWhileItIsOpen) {
+  Host host(favorites());
+  ChildProcess mellel(command());
+  ASSERT_TRUE(host.process().waitForLine("dialog: open"));
+  host.process().send(SIGTERM);
+  EXPECT_EQ(host.process().waitForExit(), 0);
+  const auto status = mellel.waitForExit();
+  EXPECT_THAT(status, testing::AnyOf(1, 3)) << mellel.standardError();
+  EXPECT_FALSE(std::filesystem::exists(copy()));
+}
+
+TEST_F(ScanWithDialog, AHostThatDiesWhileItIsOpenIsNoticed) {
+  Host host(favorites());
+  ChildProcess mellel(command());
+  ASSERT_TRUE(host.process().waitForLine("dialog: open"));
+  host.process().send(SIGKILL);
+  EXPECT_EQ(mellel.waitForExit(), 3);
+  EXPECT_FALSE(std::filesystem::exists(copy()));
+}
+
+TEST_F(ScanWithDialog, AWordProcessorThatDiesMeanwhileLeavesTheHostAlive) {
+  Host host(favorites());
+  {
+    ChildProcess mellel(command());
+    ASSERT_TRUE(host.process().waitForLine("dialog: open"));
+    mellel.send(SIGKILL);
+    mellel.waitForExit();
+  }
+  const Window dialog(dialogTitle);
+  ASSERT_TRUE(dialog.isOpen());
+  dialog.press("Return");
+  ASSERT_TRUE(host.process().waitForLine("dialog: closed"));
+  EXPECT_EQ(scan("draft-textedit.rtf", {"--style", "apa"}).result.status, 0);
+}
+
+}  // namespace

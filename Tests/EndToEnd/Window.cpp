@@ -1,0 +1,51 @@
+#include "Window.h"
+
+#include <chrono>
+#include <sstream>
+#include <thread>
+
+#include "ChildProcess.h"
+
+namespace endtoend {
+
+namespace {
+
+// "KEY=number" in a shell's manner, one a line.
+int valueOf(const std::string &text, const std::string &key) {
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) {
+    if (line.starts_with(key + "=")) {
+      return std::stoi(line.substr(key.size() + 1));
+    }
+  }
+  return 0;
+}
+
+}  // namespace
+
+Window::Window(const std::string &title) {
+  const auto deadline = std::chrono::steady_clock::now() + patience;
+  while (!isOpen() && std::chrono::steady_clock::now() < deadline) {
+    std::istringstream found(
+        run({"xdotool", "search", "--onlyvisible", "--name", title}).standardOutput);
+    std::getline(found, identifier_);
+    // A window that has just appeared is not drawn yet, and takes no clicks.
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+  }
+}
+
+void Window::click(int x, int y) const {
+  const std::string geometry =
+      run({"xdotool", "getwindowgeometry", "--shell", identifier_}).standardOutput;
+  const int column = valueOf(geometry, "X") + (x < 0 ? valueOf(geometry, "WIDTH") + x : x);
+  const int row = valueOf(geometry, "Y") + (y < 0 ? valueOf(geometry, "HEIGHT") + y : y);
+  // A button that goes up in the moment it went down is lost on half of all tries.
+  run({"xdotool", "mousemove", std::to_string(column), std::to_string(row), "sleep", "0.1",
+       "mousedown", "1", "sleep", "0.15", "mouseup", "1"});
+}
+
+void Window::press(const std::string &key) const {
+  run({"xdotool", "windowfocus", identifier_, "sleep", "0.1", "key", key});
+}
+
+}  // namespace endtoend

@@ -1,0 +1,24 @@
+// A window of the host as a user meets it: by its title, with a mouse and a keyboard.
+#pragma once
+
+#include <string>
+
+namespace endtoend {
+
+class Window {
+ public:
+  // Waits until a window with this title is on the display.
+  explicit Window(const std::string &title);
+
+  bool isOpen() const { return !identifier_.empty(); }
+  // Clicks at a place within the window, in pixels: from the left edge, or from the right one when
+  // negative; from the upper edge, or from the lower one when negative.
+  void click(int x, int y) const;
+  // Types keys by their X names ("Return"); the window gets the keyboard first.
+  void press(const std::string &key) const;
+
+ private:
+  std::string identifier_;
+};
+
+}  // namespace endtoend
