@@ -6,6 +6,10 @@ find_program(GNUSTEP_CONFIG gnustep-config REQUIRED)
 function(gnustep_query result)
   execute_process(COMMAND ${GNUSTEP_CONFIG} ${ARGN}
     OUTPUT_VARIABLE output OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+  # It asks make for its answers, and without make says nothing and succeeds.
+  if(output STREQUAL "")
+    message(FATAL_ERROR "gnustep-config ${ARGN} says nothing: is make installed?")
+  endif()
   separate_arguments(output UNIX_COMMAND "${output}")
   set(${result} ${output} PARENT_SCOPE)
 endfunction()
