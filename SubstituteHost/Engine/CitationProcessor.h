@@ -28,9 +28,9 @@ namespace engine {
 struct Cite {
   std::string itemId;
   std::u16string pageRange;        // as written: "45-47", or with its own label: "ch. 3"
-  std::u16string prefix;           // printed before the cite, as it is
-  std::u16string suffix;           // printed after the cite, as it is
-  bool yearOnly = false;           // the author stands in the sentence already
+  std::u16string prefix;           // printed before the cite, set off by a blank
+  std::u16string suffix;           // printed after the cite, likewise unless punctuation comes first
+  bool yearOnly = false;           // without the author, who stands in the sentence already
   bool showInText = true;          // false: listed in the bibliography, not shown here
   bool includeInBibliography = true;  // false: shown here; listed only if cited elsewhere too
   bool stripEnclosure = false;     // without the style's brackets around the whole group
@@ -47,6 +47,8 @@ class CitationProcessor {
   // Nothing is started until the first document.
   CitationProcessor();
   explicit CitationProcessor(std::filesystem::path locales);
+  // With another script than the built-in one; its text must outlive the processor.
+  CitationProcessor(std::filesystem::path locales, std::string_view script);
   ~CitationProcessor();
   CitationProcessor(CitationProcessor &&) noexcept;
   CitationProcessor &operator=(CitationProcessor &&) noexcept;
@@ -62,7 +64,10 @@ class CitationProcessor {
 
  private:
   struct Machine;
+  std::expected<void, std::string> start();
+
   std::filesystem::path locales_;
+  std::string_view script_;
   std::unique_ptr<Machine> machine_;
 };
 

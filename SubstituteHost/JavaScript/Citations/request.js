@@ -1,0 +1,76 @@
+// The document to be formatted, as C++ hands it over: flat arrays, because every value
+// that crosses the border costs. See CitationProcessor.cpp, which fills them.
+//
+//   style        text of the CSL file            locale      language that overrides its own
+//   ids, items   citation ids for messages, and the CSL-JSON text of each
+//   groupSizes   how many cites each group has
+//   citeItems    for each cite, which item       citeOptions  for each cite, bits as below
+//   citeTexts    for each cite, three texts: locator, prefix, suffix
+//   listed       for each item, whether the bibliography lists it
+import { itemFromJson } from "./items.js";
+import { cleanText } from "./markers.js";
+
+export const option = { yearOnly: 1, hidden: 2, stripEnclosure: 4, suppressSuperscript: 8 };
+
+// Ids that cannot collide with anything in an object ("__proto__"), in order.
+export const itemId = (index) => "item" + index;
+export const itemIndex = (id) => Number(id.slice(4));
+
+export function readItems(request) {
+  const items = new Map();
+  request.ids.forEach((id, index) => {
+    try {
+      items.set(itemId(index), itemFromJson(request.items[index], itemId(index)));
+    } catch (error) {
+      throw new Error(`${id}: its data cannot be read: ${error.message}`);
+    }
+  });
+  return items;
+}
+
+function readCite(request, cite) {
+  const bits = request.citeOptions[cite];
+  const entry = { id: itemId(request.citeItems[cite]) };
+  const [locator, prefix, suffix] = request.citeTexts.slice(3 * cite, 3 * cite + 3).map(cleanText);
+  if (locator.trim()) {
+    entry.locator = locator.trim();
+    entry.label = "page";
+  }
+  if (prefix) {
+    entry.prefix = prefix;
+  }
+  if (suffix) {
+    entry.suffix = suffix;
+  }
+  if (bits & option.yearOnly) {
+    entry["suppress-author"] = true;
+  }
+  return entry;
+}
+
+// The citations of the document in the shape of citeproc-js. A group of which nothing is
+// to be shown has no citation; a note's number is its place among all groups.
+export function readCitations(request, inNotes) {
+  const citations = [];
+  let cite = 0;
+  request.groupSizes.forEach((size, group) => {
+    const shown = [];
+    let options = 0;
+    for (const last = cite + size; cite < last; cite += 1) {
+      options |= request.citeOptions[cite];
+      if (!(request.citeOptions[cite] & option.hidden)) {
+        shown.push(readCite(request, cite));
+      }
+    }
+    if (shown.length > 0) {
+      citations.push({
+        citationID: "group" + group,
+        citationItems: shown,
+        properties: { noteIndex: inNotes ? group + 1 : 0 },
+        group,
+        options,
+      });
+    }
+  });
+  return citations;
+}
