@@ -1,4 +1,8 @@
+#include <Formats/Unicode.h>
 #include <SubstituteHostEngine/CitationProcessor.h>
+#include <SubstituteHostEngine/EmbeddedScripts.h>
+#include <SubstituteHostEngine/JavaScriptMachine.h>
+#include <SubstituteHostEngine/MarkedText.h>
 
 #include <algorithm>
 #include <array>
@@ -6,11 +10,6 @@
 #include <iterator>
 #include <unordered_map>
 #include <utility>
-
-#include <Formats/Unicode.h>
-#include <SubstituteHostEngine/EmbeddedScripts.h>
-#include <SubstituteHostEngine/JavaScriptMachine.h>
-#include <SubstituteHostEngine/MarkedText.h>
 
 namespace engine {
 
@@ -131,8 +130,8 @@ std::vector<FormattedText> readGroups(const JavaScriptMachine &machine, JSObject
 }
 
 // A locale by its name, or else another of the same language.
-std::expected<std::filesystem::path, std::string> localeFile(
-    const std::filesystem::path &directory, std::string_view name) {
+std::expected<std::filesystem::path, std::string> localeFile(const std::filesystem::path &directory,
+                                                             std::string_view name) {
   const auto fileOf = [&](std::string_view locale) {
     return directory / ("locales-" + std::string(locale) + ".xml");
   };
@@ -148,8 +147,8 @@ std::expected<std::filesystem::path, std::string> localeFile(
     }
   }
   if (sameLanguage.empty()) {
-    return std::unexpected("no citation locale for the language \"" + std::string(name) +
-                           "\" in " + directory.string());
+    return std::unexpected("no citation locale for the language \"" + std::string(name) + "\" in " +
+                           directory.string());
   }
   return *std::ranges::min_element(sameLanguage);
 }

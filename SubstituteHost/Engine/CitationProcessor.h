@@ -8,6 +8,9 @@
 // to the citations.
 #pragma once
 
+#include <SubstituteHostEngine/FormattedText.h>
+#include <SubstituteHostEngine/StyleCatalog.h>
+
 #include <expected>
 #include <filesystem>
 #include <functional>
@@ -18,23 +21,20 @@
 #include <string_view>
 #include <vector>
 
-#include <SubstituteHostEngine/FormattedText.h>
-#include <SubstituteHostEngine/StyleCatalog.h>
-
 namespace engine {
 
 // One cited work at one place of the document, with what the author asked for there.
 // Texts are UTF-16; lone surrogates are printed as U+FFFD, control characters not at all.
 struct Cite {
   std::string itemId;
-  std::u16string pageRange;        // as written: "45-47", or with its own label: "ch. 3"
-  std::u16string prefix;           // printed before the cite, set off by a blank
-  std::u16string suffix;           // printed after the cite, likewise unless punctuation comes first
-  bool yearOnly = false;           // without the author, who stands in the sentence already
-  bool showInText = true;          // false: listed in the bibliography, not shown here
+  std::u16string pageRange;  // as written: "45-47", or with its own label: "ch. 3"
+  std::u16string prefix;     // printed before the cite, set off by a blank
+  std::u16string suffix;     // printed after the cite, likewise unless punctuation comes first
+  bool yearOnly = false;     // without the author, who stands in the sentence already
+  bool showInText = true;    // false: listed in the bibliography, not shown here
   bool includeInBibliography = true;  // false: shown here; listed only if cited elsewhere too
-  bool stripEnclosure = false;     // without the style's brackets around the whole group
-  bool suppressSuperscript = false;  // on the line, where the style would raise it
+  bool stripEnclosure = false;        // without the style's brackets around the whole group
+  bool suppressSuperscript = false;   // on the line, where the style would raise it
 };
 
 using CiteGroup = std::vector<Cite>;

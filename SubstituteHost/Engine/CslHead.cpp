@@ -1,3 +1,4 @@
+#include <expat.h>
 #include <SubstituteHostEngine/CslHead.h>
 
 #include <array>
@@ -5,8 +6,6 @@
 #include <memory>
 #include <string_view>
 #include <vector>
-
-#include <expat.h>
 
 namespace engine {
 
@@ -49,7 +48,8 @@ std::string withSingleBlanks(std::string_view text) {
 
 class HeadParser {
  public:
-  explicit HeadParser(CslPart part) : part_(part), parser_(XML_ParserCreate(nullptr), &XML_ParserFree) {
+  explicit HeadParser(CslPart part)
+      : part_(part), parser_(XML_ParserCreate(nullptr), &XML_ParserFree) {
     XML_SetUserData(parser_.get(), this);
     XML_SetElementHandler(parser_.get(), &HeadParser::onStart, &HeadParser::onEnd);
     XML_SetCharacterDataHandler(parser_.get(), &HeadParser::onText);

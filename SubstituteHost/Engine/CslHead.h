@@ -1,11 +1,11 @@
 // What a citation style says about itself, read from its CSL file.
 #pragma once
 
+#include <SubstituteHostEngine/StyleCatalog.h>
+
 #include <expected>
 #include <filesystem>
 #include <string>
-
-#include <SubstituteHostEngine/StyleCatalog.h>
 
 namespace engine {
 

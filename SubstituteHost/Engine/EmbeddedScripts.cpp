@@ -2,15 +2,20 @@
 // source file with a million numbers. The build names the files.
 #include <SubstituteHostEngine/EmbeddedScripts.h>
 
-#define EMBED_FILE(symbol, path)                            \
-  __asm__(                                                  \
-      ".pushsection .rodata\n"                              \
-      ".global " #symbol "Begin\n"                          \
-      ".hidden " #symbol "Begin\n" #symbol "Begin:\n"       \
-      ".incbin \"" path "\"\n"                              \
-      ".global " #symbol "End\n"                            \
-      ".hidden " #symbol "End\n" #symbol "End:\n"           \
-      ".popsection\n");                                     \
+#define EMBED_FILE(symbol, path)                                               \
+  __asm__(                                                                     \
+      ".pushsection .rodata\n"                                                 \
+      ".global " #symbol                                                       \
+      "Begin\n"                                                                \
+      ".hidden " #symbol "Begin\n" #symbol                                     \
+      "Begin:\n"                                                               \
+      ".incbin \"" path                                                        \
+      "\"\n"                                                                   \
+      ".global " #symbol                                                       \
+      "End\n"                                                                  \
+      ".hidden " #symbol "End\n" #symbol                                       \
+      "End:\n"                                                                 \
+      ".popsection\n");                                                        \
   extern "C" __attribute__((visibility("hidden"))) const char symbol##Begin[]; \
   extern "C" __attribute__((visibility("hidden"))) const char symbol##End[]
 

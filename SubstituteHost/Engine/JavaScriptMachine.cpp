@@ -1,9 +1,8 @@
+#include <Formats/Unicode.h>
 #include <SubstituteHostEngine/JavaScriptMachine.h>
 
 #include <cmath>
 #include <exception>
-
-#include <Formats/Unicode.h>
 
 namespace engine {
 

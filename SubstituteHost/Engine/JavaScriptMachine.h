@@ -5,6 +5,8 @@
 // exception of either language crosses the border.
 #pragma once
 
+#include <JavaScriptCore/JavaScript.h>
+
 #include <expected>
 #include <functional>
 #include <memory>
@@ -12,8 +14,6 @@
 #include <span>
 #include <string>
 #include <string_view>
-
-#include <JavaScriptCore/JavaScript.h>
 
 namespace engine {
 

@@ -3,10 +3,10 @@
 // MarkedText.cpp is the other half). Anything is readable: what does not match is ignored.
 #pragma once
 
+#include <SubstituteHostEngine/FormattedText.h>
+
 #include <optional>
 #include <string_view>
-
-#include <SubstituteHostEngine/FormattedText.h>
 
 namespace engine {
 

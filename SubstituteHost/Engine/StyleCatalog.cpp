@@ -1,4 +1,7 @@
+#include <glib.h>
+#include <SubstituteHostEngine/CslHead.h>
 #include <SubstituteHostEngine/StyleCatalog.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -6,11 +9,6 @@
 #include <memory>
 #include <system_error>
 #include <utility>
-
-#include <glib.h>
-#include <unistd.h>
-
-#include <SubstituteHostEngine/CslHead.h>
 
 namespace engine {
 
@@ -149,9 +147,8 @@ const std::vector<StyleName> &StyleCatalog::all() {
   for (StyleName &name : *names_) {
     sorted.emplace_back(folded(name.title), std::move(name));
   }
-  std::ranges::sort(sorted, {}, [](const auto &entry) {
-    return std::tie(entry.first, entry.second.baseName);
-  });
+  std::ranges::sort(sorted, {},
+                    [](const auto &entry) { return std::tie(entry.first, entry.second.baseName); });
   for (std::size_t index = 0; index < sorted.size(); ++index) {
     byTitle_.try_emplace(std::move(sorted[index].first), index);
     (*names_)[index] = std::move(sorted[index].second);

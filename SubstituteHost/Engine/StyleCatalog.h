@@ -32,7 +32,7 @@ struct StyleName {
 struct Style {
   StyleName name;
   std::filesystem::path file;  // of the independent style: the one that holds the rules
-  std::string locale;  // the language in which it differs from these rules; may be empty
+  std::string locale;          // the language in which it differs from these rules; may be empty
   CitationFormat citationFormat = CitationFormat::authorDate;
   bool hasBibliography = true;
   bool usesSuperscript = false;  // whether the in-text citation is set as superscript
