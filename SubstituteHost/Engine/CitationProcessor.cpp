@@ -3,11 +3,10 @@
 #include <SubstituteHostEngine/EmbeddedScripts.h>
 #include <SubstituteHostEngine/JavaScriptMachine.h>
 #include <SubstituteHostEngine/MarkedText.h>
+#include <SubstituteHostEngine/TextFile.h>
 
 #include <algorithm>
 #include <array>
-#include <fstream>
-#include <iterator>
 #include <unordered_map>
 #include <utility>
 
@@ -25,15 +24,6 @@ unsigned optionBits(const Cite &cite) {
   return (cite.yearOnly ? yearOnlyBit : 0) | (cite.showInText ? 0 : hiddenBit) |
          (cite.stripEnclosure ? stripEnclosureBit : 0) |
          (cite.suppressSuperscript ? suppressSuperscriptBit : 0);
-}
-
-std::expected<std::string, std::string> readFile(const std::filesystem::path &path) {
-  std::ifstream stream(path, std::ios::binary);
-  std::string bytes{std::istreambuf_iterator<char>(stream), {}};
-  if (!stream) {
-    return std::unexpected(path.string() + ": cannot be read");
-  }
-  return bytes;
 }
 
 // The items of a document in the order of first mention: citation numbers follow it.

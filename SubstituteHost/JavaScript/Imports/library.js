@@ -1,1 +1,80 @@
-export const x = 1;
+// Reads a library file into CSL-JSON items, whatever its kind.
+import { readBibTeX } from "./bibtex.js";
+import { readCslJson } from "./cslJson.js";
+import { readRIS } from "./ris.js";
+
+const readers = { bib: readBibTeX, ris: readRIS, json: readCslJson };
+
+// Names that BibLaTeX has for kinds of theses and reports, as they are to be printed.
+const genres = {
+  phdthesis: "PhD thesis",
+  mathesis: "Master\u2019s thesis",
+  mastersthesis: "Master\u2019s thesis",
+  bathesis: "Bachelor\u2019s thesis",
+  candthesis: "Candidate thesis",
+  techreport: "Technical report",
+  resreport: "Research report",
+};
+
+// LaTeX writes an accent on a dotless i or j; composed, the letters are the usual ones.
+function composed(value) {
+  if (typeof value === "string") {
+    const dotted = value.replace(/\u0131(?=[\u0300-\u036f])/g, "i").replace(/\u0237(?=[\u0300-\u036f])/g, "j");
+    return dotted.normalize("NFC");
+  }
+  if (Array.isArray(value)) {
+    return value.map(composed);
+  }
+  if (value !== null && typeof value === "object") {
+    return Object.fromEntries(Object.entries(value).map(([name, member]) => [name, composed(member)]));
+  }
+  return value;
+}
+
+function tidy({ key, item }) {
+  const { "citation-key": ignoredKey, id: ignoredId, ...fields } = composed(item);
+  if (Object.hasOwn(genres, fields.genre ?? "")) {
+    fields.genre = genres[fields.genre];
+  }
+  if (typeof fields.type !== "string" || !fields.type) {
+    fields.type = "document";
+  }
+  return JSON.stringify({ id: key, ...fields });
+}
+
+// Of entries that are the same in every field one is enough; others that share a key are
+// all kept, since which of them is meant only the author can tell.
+function withoutRepetitions(references, problems) {
+  const seen = new Map();
+  return references.filter((reference) => {
+    const first = reference.key && seen.get(reference.key);
+    if (!first) {
+      seen.set(reference.key, reference);
+      return true;
+    }
+    const repeated = first.json === reference.json;
+    const consequence = repeated
+      ? "the two are the same, one is kept"
+      : "both are kept, and citing this key finds both";
+    problems.push({
+      line: reference.line,
+      reason: `${reference.key}: the citation key stands already in line ${first.line}; ${consequence}`,
+    });
+    return !repeated;
+  });
+}
+
+// `kind` is the file's extension. Gives parallel arrays: keys and items (JSON) of the
+// references, lines and reasons of the problems.
+export function readLibrary(kind, text) {
+  const { references, problems } = readers[kind](text);
+  const tidied = references.map((reference) => ({ ...reference, json: tidy(reference) }));
+  const kept = withoutRepetitions(tidied, problems);
+  problems.sort((left, right) => left.line - right.line);
+  return {
+    keys: kept.map(({ key }) => key),
+    items: kept.map(({ json }) => json),
+    problemLines: problems.map(({ line }) => line),
+    problemReasons: problems.map(({ reason }) => reason),
+  };
+}

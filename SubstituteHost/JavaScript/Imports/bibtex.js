@@ -1,0 +1,138 @@
+// BibTeX and BibLaTeX files, converted by citation-js.
+import { plugins } from "@citation-js/core";
+import "@citation-js/plugin-bibtex";
+
+import "./latexCommands.js";
+import { cutEntries } from "./bibtexEntries.js";
+import { convertSound } from "./salvage.js";
+
+// citation-js adds a file's own abbreviations to the general ones, for all files to come.
+const { defaultStrings: abbreviations } = plugins.config.get("@bibtex").constants;
+const general = { ...abbreviations };
+
+function forgetAbbreviations() {
+  for (const name of Object.keys(abbreviations)) {
+    delete abbreviations[name];
+  }
+  Object.assign(abbreviations, general);
+}
+
+// The abbreviations that an entry's fields use without quotes, outside all braces.
+const abbreviationUse = /[=#]\s*([A-Za-z_][A-Za-z0-9_:+.-]*)/y;
+
+function usedAbbreviations(entry) {
+  const used = [];
+  let depth = 0;
+  let quoted = false;
+  for (let index = 0; index < entry.text.length; index += 1) {
+    const character = entry.text[index];
+    if (character === "\\") {
+      index += 1;
+    } else if (character === "{") {
+      depth += 1;
+    } else if (character === "}") {
+      depth -= 1;
+    } else if (character === '"' && depth === 1) {
+      quoted = !quoted;
+    } else if ((character === "=" || character === "#") && depth === 1 && !quoted) {
+      abbreviationUse.lastIndex = index;
+      const match = abbreviationUse.exec(entry.text);
+      if (match) {
+        used.push({ name: match[1], start: abbreviationUse.lastIndex - match[1].length, end: abbreviationUse.lastIndex });
+      }
+    }
+  }
+  return used;
+}
+
+const definedName = /@[ \t]*string\s*[{(]\s*([^\s=]+)\s*=/i;
+
+// An abbreviation that nothing defines would vanish; its name is put in its place.
+function spellOut(entry, defined, problems) {
+  let text = entry.text;
+  for (const { name, start, end } of usedAbbreviations(entry).reverse()) {
+    if (!defined.has(name.toLowerCase())) {
+      text = `${text.slice(0, start)}{${name}}${text.slice(end)}`;
+      problems.push({ line: entry.line, reason: `${entry.key}: the abbreviation "${name}" is not defined; its name is taken as the text` });
+    }
+  }
+  return { ...entry, text };
+}
+
+function describe(entry, reason) {
+  return { line: entry.line, reason: `${entry.key || "@" + entry.kind}: ${reason}` };
+}
+
+// citation-js counts places within the text it was given, not within the file.
+function withoutPlace(reason) {
+  return `cannot be read: ${reason.replace(/^.*?(?:Syntax error|invalid syntax)[^:]*:\s*/i, "").replace(/ at line \d+ col(?:umn)? \d+:?/i, "")}`;
+}
+
+function convert(entries) {
+  const source = entries.map(({ text }) => text).join("\n");
+  return plugins.input.chain(source, { forceType: "@biblatex/text", generateGraph: false });
+}
+
+function convertReferences(prelude, entries) {
+  const items = convert([...prelude, ...entries]);
+  if (items.length !== entries.length) {
+    throw new Error("not one reference for each entry");
+  }
+  return items;
+}
+
+// The definitions of abbreviations that can be read. A file of nothing else is none to
+// citation-js, so that one reference goes with them.
+function soundDefinitions(definitions, problems) {
+  const { results, broken } = convertSound(definitions, (entries) => {
+    convert([...entries, { text: "@misc{x,}" }]);
+    return entries;
+  });
+  reportBroken(broken, problems);
+  return results.map(([entry]) => entry);
+}
+
+// A "$" without a partner is meant as the sign itself more often than not.
+const withPlainDollars = (entry) => ({ ...entry, text: entry.text.replace(/(\\.)|\$/gs, (match, escaped) => escaped ?? "\\$") });
+
+function convertWithPlainDollars(prelude, broken, problems) {
+  const retried = [...broken.keys()].filter(({ text }) => text.includes("$")).map((entry) => [entry, withPlainDollars(entry)]);
+  const again = convertSound(retried.map(([, entry]) => entry), (entries) => convertReferences(prelude, entries));
+  for (const [original, entry] of retried.filter(([, changed]) => !again.broken.has(changed))) {
+    broken.delete(original);
+    problems.push(describe(entry, "a formula is not closed; every $ is taken as the sign itself"));
+  }
+  return again.results;
+}
+
+function reportBroken(broken, problems) {
+  for (const [entry, reason] of broken) {
+    problems.push(describe(entry, withoutPlace(reason)));
+  }
+}
+
+export function readBibTeX(text) {
+  forgetAbbreviations();
+  const problems = [];
+  const closed = [];
+  for (const entry of cutEntries(text)) {
+    if (entry.text === undefined) {
+      problems.push(describe(entry, "the entry is not closed"));
+    } else {
+      closed.push(entry);
+    }
+  }
+  const definitions = closed.filter(({ kind }) => kind === "string");
+  const names = definitions.map((entry) => definedName.exec(entry.text)?.[1].toLowerCase());
+  const defined = new Set([...Object.keys(general), ...names]);
+  const entries = closed
+    .filter(({ kind }) => kind !== "string" && kind !== "preamble")
+    .map((entry) => spellOut(entry, defined, problems));
+
+  const prelude = soundDefinitions(definitions, problems);
+  const { results, broken } = convertSound(entries, (sound) => convertReferences(prelude, sound));
+  const rescued = convertWithPlainDollars(prelude, broken, problems);
+  reportBroken(broken, problems);
+  const references = [...results, ...rescued].map(([{ line, key }, item]) => ({ line, key, item }));
+  return { references: references.sort((left, right) => left.line - right.line), problems };
+}
