@@ -116,6 +116,15 @@ TEST_F(EngineImport, AnInstitutionInBracesStaysWhole) {
   EXPECT_NE(result.references[0].cslJson.find("\"World Health Organization\""), std::string::npos);
 }
 
+TEST_F(EngineImport, ListsOfPublishersAreOneTextAndLanguagesHaveTheirCodes) {
+  const ImportResult result =
+      import("a.bib", "@book{a, publisher = {Strahan and Cadell}, language = {ngerman}}");
+  ASSERT_EQ(result.references.size(), 1u);
+  EXPECT_NE(result.references[0].cslJson.find(R"("publisher":"Strahan and Cadell")"),
+            std::string::npos);
+  EXPECT_NE(result.references[0].cslJson.find(R"("language":"de")"), std::string::npos);
+}
+
 TEST_F(EngineImport, ThesesAndReportsAreNamedInWords) {
   const ImportResult result = import("a.bib",
                                      "@phdthesis{a, title={A}}\n@mastersthesis{b, title={B}}\n"

@@ -111,6 +111,30 @@ function reportBroken(broken, problems) {
   }
 }
 
+// Languages as LaTeX calls them, and as everybody else does.
+const languages = new Map(
+  Object.entries({
+    american: "en-US", australian: "en-AU", austrian: "de-AT", brazil: "pt-BR", brazilian: "pt-BR", british: "en-GB",
+    bulgarian: "bg", canadian: "en-CA", catalan: "ca", chinese: "zh", croatian: "hr", czech: "cs", danish: "da",
+    dutch: "nl", english: "en", estonian: "et", finnish: "fi", francais: "fr", french: "fr", german: "de", greek: "el",
+    hebrew: "he", hungarian: "hu", icelandic: "is", italian: "it", japanese: "ja", korean: "ko", latin: "la",
+    latvian: "lv", lithuanian: "lt", magyar: "hu", naustrian: "de-AT", ngerman: "de", norsk: "nb", norwegian: "no",
+    nynorsk: "nn", persian: "fa", polish: "pl", portuges: "pt", portuguese: "pt", romanian: "ro", russian: "ru",
+    serbian: "sr", slovak: "sk", slovene: "sl", slovenian: "sl", spanish: "es", swedish: "sv", swissgerman: "de-CH",
+    turkish: "tr", ukenglish: "en-GB", ukrainian: "uk", usenglish: "en-US",
+  }),
+);
+
+// BibLaTeX has lists of publishers and places where CSL has one text.
+function plainFields(item) {
+  const fields = Object.entries(item).map(([name, value]) =>
+    Array.isArray(value) && value.every((member) => typeof member === "string") ? [name, value.join(" and ")] : [name, value],
+  );
+  const plain = Object.fromEntries(fields);
+  const language = typeof plain.language === "string" && languages.get(plain.language.toLowerCase());
+  return language ? { ...plain, language } : plain;
+}
+
 export function readBibTeX(text) {
   forgetAbbreviations();
   const problems = [];
@@ -133,6 +157,6 @@ export function readBibTeX(text) {
   const { results, broken } = convertSound(entries, (sound) => convertReferences(prelude, sound));
   const rescued = convertWithPlainDollars(prelude, broken, problems);
   reportBroken(broken, problems);
-  const references = [...results, ...rescued].map(([{ line, key }, item]) => ({ line, key, item }));
+  const references = [...results, ...rescued].map(([{ line, key }, item]) => ({ line, key, item: plainFields(item) }));
   return { references: references.sort((left, right) => left.line - right.line), problems };
 }
