@@ -1,5 +1,7 @@
 #import "KOMellelScanController.h"
 
+#import "HostArray.h"
+
 extern "C" {
 const int32_t KOMellelScanWaitingForUser = -1;
 const int32_t KOMellelScanNoAction = 0;
@@ -12,6 +14,9 @@ NSString *const KOMellelScanLastStylePrefKey = @"Last Style Used For Mellel Scan
 @interface KOMellelScanController (Private)
 - (void)setAdapter:(id<KorvoWordProcessorIntegrationAdapter>)newAdapter;
 - (void)populateFormatList;
+// Called by the nib. With setters it is the same on every platform who owns the outlets.
+- (void)setFormatSelectorPopUpButton:(NSPopUpButton *)popUpButton;
+- (void)setGenerateCopyWithBibInStyleButton:(NSButton *)button;
 @end
 
 @implementation KOMellelScanController
@@ -48,6 +53,9 @@ NSString *const KOMellelScanLastStylePrefKey = @"Last Style Used For Mellel Scan
 
 - (IBAction)formatSelectionChanged:(id)__attribute__((unused))sender {
   NSString *title = [formatSelectorPopUpButton titleOfSelectedItem];
+  if (title == nil) {
+    return;
+  }
   id<KorvoBibStyle> style = [[adapter bibStyleNamed:title] retain];
   [selectedBibStyle release];
   selectedBibStyle = style;
@@ -96,9 +104,21 @@ NSString *const KOMellelScanLastStylePrefKey = @"Last Style Used For Mellel Scan
   adapter = newAdapter;
 }
 
+- (void)setFormatSelectorPopUpButton:(NSPopUpButton *)popUpButton {
+  [popUpButton retain];
+  [formatSelectorPopUpButton release];
+  formatSelectorPopUpButton = popUpButton;
+}
+
+- (void)setGenerateCopyWithBibInStyleButton:(NSButton *)button {
+  [button retain];
+  [generateCopyWithBibInStyleButton release];
+  generateCopyWithBibInStyleButton = button;
+}
+
 - (void)populateFormatList {
   [formatSelectorPopUpButton removeAllItems];
-  [formatSelectorPopUpButton addItemsWithTitles:[adapter favoriteBibStyleNames]];
+  [formatSelectorPopUpButton addItemsWithTitles:stringsIn([adapter favoriteBibStyleNames])];
   if ([formatSelectorPopUpButton numberOfItems] == 0) {
     return;
   }

@@ -4,6 +4,7 @@
 #import "KorvoMellelAgent+Private.h"
 
 #import "AutoreleasePool.h"
+#import "HostArray.h"
 #import "ProgrammingError.h"
 #import "TextBridge.h"
 
@@ -76,7 +77,8 @@ void append(NSMutableAttributedString *summary, NSString *text, NSDictionary *at
   const NSUInteger count = [groupStrings count];
   NSMutableArray *groups = [NSMutableArray arrayWithCapacity:count];
   id<KorvoWordProcessorIntegrationAdapter> adapter = [KorvoMellelAgent adapter];
-  Parse parse = {adapter, [adapter currentLibrary],
+  // Every citation is looked up in the same library, even if the user selects another meanwhile.
+  Parse parse = {adapter, [[[adapter currentLibrary] retain] autorelease],
                  [[[NSMutableAttributedString alloc] init] autorelease]};
   for (NSUInteger index = 0; index < count; ++index) {
     AutoreleasePool pool;
@@ -178,7 +180,7 @@ void append(NSMutableAttributedString *summary, NSString *text, NSDictionary *at
   id<KorvoCitationGroup> group =
       required([parse.adapter createCitationGroup], @"citation group (createCitationGroup)");
   for (NSUInteger index = 0; index < [citationStrings count]; ++index) {
-    id<KorvoCitation> citation = [self citationWithString:[citationStrings objectAtIndex:index]
+    id<KorvoCitation> citation = [self citationWithString:stringAt(citationStrings, index)
                                                     parse:parse];
     if (citation != nil) {
       [group addCitation:citation];

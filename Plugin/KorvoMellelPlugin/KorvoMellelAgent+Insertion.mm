@@ -3,6 +3,7 @@
 
 #import "KorvoMellelAgent+Private.h"
 
+#import "HostArray.h"
 #import "OutgoingBuffer.h"
 #import "ProgrammingError.h"
 #import "TextBridge.h"
@@ -45,7 +46,7 @@ constexpr NSUInteger expectedTextLength = 100;
     [text appendString:@"{"];
   }
   for (NSUInteger index = 0; index < [references count]; ++index) {
-    id<KorvoReference> reference = [references objectAtIndex:index];
+    id<KorvoReference> reference = objectAt(references, index);
     NSLog(@"Mellel: UUID of selected reference: %@", [reference UUID]);
     NSString *tag = [adapter inTextCitationTagForReference:reference];
     if (tag == nil || [tag length] == 0) {
@@ -113,10 +114,11 @@ constexpr NSUInteger expectedTextLength = 100;
     return;
   }
   NSArray *citations = [[groups objectAtIndex:0] citations];
-  if ([citations count] == 0) {
+  id<KorvoCitation> citation = [citations count] > 0 ? objectAt(citations, 0) : nil;
+  if (citation == nil) {
     return;
   }
-  id<KorvoReference> reference = [[citations objectAtIndex:0] reference];
+  id<KorvoReference> reference = [citation reference];
   if (reference != nil) {
     [[KorvoMellelAgent adapter] displayEditorForReference:reference];
   }

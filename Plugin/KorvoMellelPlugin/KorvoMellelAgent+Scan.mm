@@ -105,7 +105,7 @@ std::size_t sizeOfPidginRTF(NSAttributedString *text) {
   NSMutableArray *citationArray = [NSMutableArray arrayWithCapacity:expectedCitations];
   NSMutableArray *xmlArray = [NSMutableArray arrayWithCapacity:expectedCitations];
   id<KorvoWordProcessorIntegrationAdapter> adapter = [KorvoMellelAgent adapter];
-  id<KorvoLibrary> library = [adapter currentLibrary];
+  id<KorvoLibrary> library = [[[adapter currentLibrary] retain] autorelease];
   for (NSUInteger index = 0; index < [citations count]; ++index) {
     AutoreleasePool pool;
     NSString *citation = [citations objectAtIndex:index];
@@ -363,6 +363,9 @@ std::size_t sizeOfPidginRTF(NSAttributedString *text) {
   NSArray *groups = [self citationGroupsWithCitationStringArray:citations];
   NSArray *hostCitations =
       [[KorvoMellelAgent adapter] citationArrayForCitationGroupArray:groups];
+  if (hostCitations == nil) {
+    hostCitations = [NSArray array];
+  }
   [style setPropertiesInCitationArray:hostCitations];
   content.groupStrings = [self citationGroupStringsWithGroupArray:groups andStyle:style];
   for (NSUInteger index = 0; index < [content.groupStrings count]; ++index) {

@@ -7,7 +7,7 @@ void reportProgrammingError(SEL method, id object, NSInteger lineNumber, NSStrin
                      object:object
                        file:file != nil ? file : @"<Unknown File>"
                  lineNumber:lineNumber
-                description:@"%@", description];
+                description:description];
 }
 
 id required(id object, NSString *what) {

@@ -10,7 +10,8 @@
 // The UTF-16 code units of the string; none for nil.
 std::u16string codeUnits(NSString *string);
 
-// An autoreleased string of these code units, lone surrogates included.
+// An autoreleased string of these code units; never nil. GNUstep refuses lone surrogates: where it does,
+// they become U+FFFD.
 NSString *stringWithCodeUnits(std::u16string_view text);
 
 // An autoreleased string of UTF-8 bytes; what is ill-formed becomes U+FFFD.

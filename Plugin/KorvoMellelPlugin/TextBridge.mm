@@ -10,8 +10,10 @@ std::u16string codeUnits(NSString *string) {
 }
 
 NSString *stringWithCodeUnits(std::u16string_view text) {
-  return [NSString stringWithCharacters:reinterpret_cast<const unichar *>(text.data())
-                                 length:text.size()];
+  NSString *string =
+      [NSString stringWithCharacters:reinterpret_cast<const unichar *>(text.data())
+                              length:text.size()];
+  return string != nil ? string : stringWithUTF8(formats::encodeUTF8(text));
 }
 
 NSString *stringWithUTF8(std::string_view bytes) {

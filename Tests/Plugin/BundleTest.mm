@@ -1,0 +1,76 @@
+// The bundle as a host meets it: loaded at run time, known by nothing but the host contract. The
+// other tests compile the plug-in's sources in, which gives them its private methods; this one
+// shows that what is shipped loads and brings its resources along.
+
+#import <Cocoa/Cocoa.h>
+#import <HostContract/HostContract.h>
+
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+NSBundle *bundle() {
+  return [NSBundle bundleWithPath:[NSString stringWithUTF8String:PLUGIN_BUNDLE]];
+}
+
+class PluginBundle : public testing::Test {
+ protected:
+  void SetUp() override { pool_ = [[NSAutoreleasePool alloc] init]; }
+  void TearDown() override { [pool_ drain]; }
+
+ private:
+  NSAutoreleasePool *pool_ = nil;
+};
+
+TEST_F(PluginBundle, NamesItsPrincipalClassAndIdentifier) {
+  NSDictionary *information = [bundle() infoDictionary];
+  EXPECT_TRUE([[information objectForKey:@"NSPrincipalClass"] isEqual:@"KorvoMellelAgent"]);
+  EXPECT_TRUE([[bundle() bundleIdentifier] isEqual:@"org.korvo.mellel-plugin"]);
+}
+
+TEST_F(PluginBundle, PrincipalClassAnswersTheHostsQuestions) {
+  Class agent = [bundle() principalClass];
+  ASSERT_NE(agent, Nil);
+  EXPECT_TRUE([agent conformsToProtocol:@protocol(KorvoPlugin)]);
+  EXPECT_TRUE([agent conformsToProtocol:@protocol(KorvoWordProcessorIntegrationPlugin)]);
+  EXPECT_TRUE([[agent registrationName] isEqual:@"Mellel"]);
+  EXPECT_EQ([(Class<KorvoPlugin>)agent version], 2);
+}
+
+TEST_F(PluginBundle, BringsTheDialogAndTheTextsAlong) {
+  EXPECT_NE([bundle() pathForResource:@"MellelScanDialog" ofType:@"xib"], nil);
+  NSString *path = [bundle() pathForResource:@"Plugin"
+                                      ofType:@"strings"
+                                 inDirectory:nil
+                             forLocalization:@"en"];
+  ASSERT_NE(path, nil);
+  NSDictionary *texts = [NSDictionary dictionaryWithContentsOfFile:path];
+  EXPECT_EQ([texts count], 8u);
+  // English texts are their own keys.
+  NSEnumerator *keys = [texts keyEnumerator];
+  while (NSString *key = [keys nextObject]) {
+    EXPECT_TRUE([[texts objectForKey:key] isEqual:key]) << [key UTF8String];
+  }
+}
+
+TEST_F(PluginBundle, ExportsTheOutcomesOfTheScanDialog) {
+  ASSERT_NE([bundle() principalClass], Nil);
+  void *code =
+      dlopen([[bundle() executablePath] fileSystemRepresentation], RTLD_LAZY | RTLD_NOLOAD);
+  ASSERT_NE(code, nullptr);
+  const auto valueOf = [code](const char *name) {
+    const auto *value = static_cast<const int32_t *>(dlsym(code, name));
+    return value == nullptr ? -99 : *value;
+  };
+  EXPECT_EQ(valueOf("KOMellelScanWaitingForUser"), -1);
+  EXPECT_EQ(valueOf("KOMellelScanNoAction"), 0);
+  EXPECT_EQ(valueOf("KOMellelScanReformatAction"), 1);
+  EXPECT_EQ(valueOf("KOMellelScanGenerateCopyAction"), 2);
+  auto *key = static_cast<NSString **>(dlsym(code, "KOMellelScanLastStylePrefKey"));
+  ASSERT_NE(key, nullptr);
+  EXPECT_TRUE([*key isEqual:@"Last Style Used For Mellel Scan"]);
+  dlclose(code);
+}
+
+}  // namespace

@@ -1,0 +1,17 @@
+// What the plug-in did, in order: messages to the host, to the application and to the carrier all
+// write a line here, so that a test compares one list.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace plugin_test {
+
+inline std::vector<std::string> &calls() {
+  static std::vector<std::string> lines;
+  return lines;
+}
+
+inline void logCall(std::string line) { calls().push_back(std::move(line)); }
+
+}  // namespace plugin_test

@@ -1,0 +1,93 @@
+#import "RecordingApplication.h"
+
+#include "CallLog.h"
+
+using plugin_test::logCall;
+
+namespace plugin_test {
+
+std::function<void()> &duringModalLoop() {
+  static std::function<void()> action;
+  return action;
+}
+
+}  // namespace plugin_test
+
+@implementation KOMainWindowController
+@end
+@implementation KOReferenceEditorWindowController
+@end
+@implementation KOMainWindowControllerOfAnother
+@end
+
+@implementation RecordingWindow
+- (id)delegate {
+  return windowDelegate;
+}
+- (NSInteger)level {
+  return windowLevel;
+}
+- (void)setLevel:(NSInteger)level {
+  logCall("setLevel " + std::to_string(level));
+  windowLevel = level;
+}
+- (void)close {
+  logCall("close");
+}
+@end
+
+@implementation RecordingApplication
+- (id)init {
+  self = [super init];
+  allWindows = [[NSMutableArray alloc] init];
+  return self;
+}
+- (void)dealloc {
+  [allWindows release];
+  [super dealloc];
+}
+- (NSArray *)windows {
+  return allWindows;
+}
+- (BOOL)isHidden {
+  logCall("isHidden");
+  return hidden;
+}
+- (void)hide:(id)__attribute__((unused))sender {
+  logCall("hide");
+}
+- (void)unhide:(id)__attribute__((unused))sender {
+  logCall("unhide");
+}
+- (void)activateIgnoringOtherApps:(BOOL)flag {
+  logCall(flag ? "activateIgnoringOtherApps YES" : "activateIgnoringOtherApps NO");
+}
+- (void)deactivate {
+  logCall("deactivate");
+}
+- (NSInteger)runModalForWindow:(NSWindow *)__attribute__((unused))window {
+  logCall("runModal");
+  if (plugin_test::duringModalLoop()) {
+    plugin_test::duringModalLoop()();
+  }
+  return -1000;
+}
+@end
+
+@implementation ScriptedScanController
+- (void)dealloc {
+  [scriptedWindow release];
+  [super dealloc];
+}
+- (id)window {
+  return scriptedWindow;
+}
+- (int32_t)chosenAction {
+  logCall("chosenAction");
+  return action;
+}
+- (id)selectedBibStyle {
+  logCall("selectedBibStyle");
+  return style;
+}
+@end
