@@ -113,6 +113,7 @@ struct Library::State {
 
   Database database;
   std::filesystem::path name;
+  bool isTemporary = false;
   std::optional<Statement> byIdentifier;
   std::optional<Statement> byCitationName;
   std::optional<Statement> selectSummary;
@@ -281,11 +282,14 @@ std::expected<Library, LibraryError> Library::temporary(const std::filesystem::p
   auto database = Database::temporary();
   if (!database) return std::unexpected(name.string() + ": " + database.error());
   auto state = std::make_unique<State>(std::move(*database), name);
+  state->isTemporary = true;
   if (auto made = state->createSchema(); !made) return state->error(made.error());
   return opened(std::move(state));
 }
 
 const std::filesystem::path &Library::name() const { return state_->name; }
+
+bool Library::isTemporary() const { return state_->isTemporary; }
 
 std::expected<Library::Addition, LibraryError> Library::add(
     std::span<const NewReference> references) {

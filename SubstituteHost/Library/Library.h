@@ -65,6 +65,8 @@ class Library {
 
   // The file it was opened from, or the name of a temporary one.
   const std::filesystem::path &name() const;
+  // Whether changes last only until the program ends.
+  bool isTemporary() const;
 
   struct Addition {
     std::size_t added = 0;

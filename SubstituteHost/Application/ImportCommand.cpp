@@ -1,0 +1,28 @@
+#include <SubstituteHostApplication/ImportCommand.h>
+#include <SubstituteHostLibrary/LibraryFile.h>
+
+#include <cstdlib>
+#include <iostream>
+
+namespace application {
+
+int runImport(const ImportFiles &import) {
+  engine::LibraryImporter importer;
+  const auto report = library::importIntoLibraryFile(import.files, import.database, importer);
+  if (!report) {
+    std::cerr << "korvo: " << report.error() << "\n";
+    return EXIT_FAILURE;
+  }
+  for (const engine::ImportProblem &problem : report->problems) {
+    std::cerr << "korvo: " << problem.message() << "\n";
+  }
+  std::cout << "imported " << report->addition.added << " references into "
+            << import.database.string();
+  if (report->addition.alreadyThere > 0) {
+    std::cout << " (" << report->addition.alreadyThere << " were there already)";
+  }
+  std::cout << std::endl;
+  return EXIT_SUCCESS;
+}
+
+}  // namespace application

@@ -1,0 +1,49 @@
+#import <Foundation/Foundation.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+#include <string_view>
+#include <vector>
+
+#include <SubstituteHostApplication/CommandLine.h>
+#include <SubstituteHostApplication/ImportCommand.h>
+#include <SubstituteHostApplication/RunCommand.h>
+
+namespace {
+
+constexpr int badArgument = 2;
+
+int carryOut(const application::Command &command, const std::filesystem::path &program) {
+  if (std::holds_alternative<application::ShowHelp>(command)) {
+    std::cout << application::helpText() << std::flush;
+    return EXIT_SUCCESS;
+  }
+  if (const auto *import = std::get_if<application::ImportFiles>(&command)) {
+    return application::runImport(*import);
+  }
+  return application::runHost(std::get<application::RunHost>(command), program);
+}
+
+}  // namespace
+
+int main(int argc, char **argv, char **environment) {
+  // A script that stops reading must not end the host.
+  std::signal(SIGPIPE, SIG_IGN);
+  // AppKit takes words among the arguments for files to open: it gets to see none of them.
+  [NSProcessInfo initializeWithArguments:argv count:1 environment:environment];
+  NSAutoreleasePool *pool = [[NSAutoreleasePool alloc] init];
+  const std::vector<std::string_view> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
+  const auto command = application::parseCommandLine(arguments);
+  int status = badArgument;
+  if (command) {
+    std::error_code error;
+    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
+    status = carryOut(*command, program);
+  } else {
+    std::cerr << "korvo: " << command.error() << std::endl;
+  }
+  [pool release];
+  return status;
+}

@@ -1,0 +1,148 @@
+#import <SubstituteHostObjects/KOAdapter.h>
+
+#import <SubstituteHostObjects/CitationGroupString.h>
+#import <SubstituteHostObjects/KOCitation.h>
+#import <SubstituteHostObjects/KOCitationGroup.h>
+#import <SubstituteHostObjects/KOLibrary.h>
+#import <SubstituteHostObjects/KOReference.h>
+#import <SubstituteHostObjects/NoticeText.h>
+#import <SubstituteHostObjects/PidginRTFText.h>
+#import <SubstituteHostObjects/StyleShelf.h>
+#import <SubstituteHostObjects/TextBridge.h>
+
+namespace {
+
+KOReference *ownReference(id reference) {
+  return [reference isKindOfClass:[KOReference class]] ? reference : nil;
+}
+
+}  // namespace
+
+@implementation KOAdapter
+
+- (id)initWithInterface:(id<KOUserInterface>)interface styles:(host::StyleShelf &)shelf {
+  self = [super init];
+  if (self != nil) {
+    interface_ = interface;
+    shelf_ = &shelf;
+    reportedProblems_ = [[NSMutableSet alloc] init];
+  }
+  return self;
+}
+
+- (void)dealloc {
+  [reportedProblems_ release];
+  [super dealloc];
+}
+
+- (void)reportProblem:(NSString *)problem {
+  NSLog(@"%@", problem);
+  if ([reportedProblems_ containsObject:problem]) return;
+  [reportedProblems_ addObject:problem];
+  NSAttributedString *summary =
+      [[[NSAttributedString alloc] initWithString:problem
+                                       attributes:host::bodyTextAttributes()] autorelease];
+  [interface_ showNoticeWithHeader:@"Something went wrong" summary:summary];
+}
+
+- (NSArray *)selectedReferences {
+  return [interface_ selectedReferences];
+}
+
+- (NSString *)inTextCitationTagForReference:(id<KorvoReference>)reference {
+  KOReference *own = ownReference(reference);
+  if (own == nil) return nil;
+  const auto tag = [own citationTag];
+  if (!tag) [self reportProblem:host::stringFromUTF8(tag.error())];
+  return tag && *tag ? host::stringFromUTF8(**tag) : nil;
+}
+
+- (void)displayEditorForReference:(id<KorvoReference>)reference {
+  if (KOReference *own = ownReference(reference)) [interface_ displayEditorForReference:own];
+}
+
+- (NSAttributedString *)summaryWithTitleForReference:(id<KorvoReference>)reference {
+  return host::summaryWithTitle(ownReference(reference));
+}
+
+- (id<KorvoLibrary>)currentLibrary {
+  return [interface_ currentLibrary];
+}
+
+- (NSSet *)referencesMatchingTag:(NSString *)tag inLibrary:(id<KorvoLibrary>)library {
+  if (![(id)library isKindOfClass:[KOLibrary class]]) return [NSSet set];
+  KOLibrary *searched = (KOLibrary *)library;
+  const auto rows = [searched library].matching(host::utf8(tag));
+  if (!rows) {
+    [self reportProblem:host::stringFromUTF8(rows.error())];
+    return [NSSet set];
+  }
+  NSMutableSet *references = [NSMutableSet setWithCapacity:rows->size()];
+  for (const library::ReferenceRow row : *rows) {
+    [references addObject:[searched referenceAtRow:row]];
+  }
+  return references;
+}
+
+- (id<KorvoCitationGroup>)createCitationGroup {
+  return [[[KOCitationGroup alloc] init] autorelease];
+}
+
+- (id<KorvoCitation>)createCitation {
+  return [[[KOCitation alloc] init] autorelease];
+}
+
+- (NSArray *)citationStringArrayForCitationGroupString:(NSString *)groupString {
+  const std::u16string text = host::utf16(groupString);
+  NSMutableArray *strings = [NSMutableArray array];
+  for (const std::u16string_view piece : host::citationStrings(text)) {
+    [strings addObject:host::stringFromUTF16(piece)];
+  }
+  return strings;
+}
+
+- (NSArray *)citationArrayForCitationGroupArray:(NSArray *)groups {
+  NSMutableArray *citations = [NSMutableArray array];
+  for (NSUInteger index = 0; index < [groups count]; ++index) {
+    [citations addObjectsFromArray:[(KOCitationGroup *)[groups objectAtIndex:index] citations]];
+  }
+  return citations;
+}
+
+- (NSString *)pidginRTFForAttributedString:(NSAttributedString *)text {
+  return host::pidginRTF(text);
+}
+
+- (NSDictionary *)bodyTextAttributes {
+  return host::bodyTextAttributes();
+}
+
+- (NSDictionary *)subtitleTextAttributes {
+  return host::subtitleTextAttributes();
+}
+
+- (NSDictionary *)notesTextAttributes {
+  return host::notesTextAttributes();
+}
+
+- (void)postNoticeWithHeader:(NSString *)header attributedSummary:(NSAttributedString *)summary {
+  [interface_ showNoticeWithHeader:header summary:summary];
+}
+
+- (id<KorvoBibStyle>)bibStyleNamed:(NSString *)name {
+  return shelf_->style(host::utf8(name));
+}
+
+- (id<KorvoBibStyle>)defaultStyle {
+  return shelf_->style(shelf_->defaultStyle());
+}
+
+- (NSArray *)favoriteBibStyleNames {
+  NSMutableArray *names = [NSMutableArray array];
+  for (const std::string &title : shelf_->favorites()) {
+    [names addObject:host::stringFromUTF8(title)];
+  }
+  return names;
+}
+
+@end

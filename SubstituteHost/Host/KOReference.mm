@@ -1,0 +1,56 @@
+#import <SubstituteHostObjects/KOReference.h>
+
+#import <SubstituteHostObjects/TextBridge.h>
+
+@implementation KOReference
+
+- (id)initWithLibrary:(KOLibrary *)holder row:(library::ReferenceRow)row {
+  self = [super init];
+  if (self != nil) {
+    library_ = [holder retain];
+    row_ = row;
+  }
+  return self;
+}
+
+- (void)dealloc {
+  [library_ release];
+  [super dealloc];
+}
+
+- (KOLibrary *)library {
+  return library_;
+}
+
+- (library::ReferenceRow)row {
+  return row_;
+}
+
+- (std::expected<std::optional<library::ReferenceSummary>, library::LibraryError>)summary {
+  return [library_ library].summary(row_);
+}
+
+- (std::expected<std::optional<std::string>, library::LibraryError>)cslJson {
+  return [library_ library].cslJson(row_);
+}
+
+- (std::expected<std::optional<std::string>, library::LibraryError>)citationTag {
+  return [library_ library].citationTag(row_);
+}
+
+- (NSString *)UUID {
+  const auto summary = [self summary];
+  return summary && *summary ? host::stringFromUTF8((*summary)->uuid) : @"";
+}
+
+// Every look-up makes its own object: what they name makes them equal.
+- (BOOL)isEqual:(id)other {
+  if (![other isKindOfClass:[KOReference class]]) return NO;
+  return library_ == [(KOReference *)other library] && row_ == [(KOReference *)other row];
+}
+
+- (NSUInteger)hash {
+  return static_cast<NSUInteger>(row_);
+}
+
+@end
