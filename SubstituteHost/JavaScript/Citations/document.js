@@ -13,13 +13,47 @@ import { plainReference } from "./items.js";
 import { endOfId } from "./markers.js";
 import { itemId, itemIndex, option, readCitations, readItems } from "./request.js";
 
+// What a group is sorted by, found once for each item. The style's sort keys do not depend
+// on the citation; the author's names do on how they are told apart from others, which
+// printing can change.
+class SortKeys {
+  #keys = new Map();
+  #authors = new Map();
+  #engine;
+
+  constructor(engine) {
+    this.#engine = engine;
+  }
+
+  of(item) {
+    let keys = this.#keys.get(item.id);
+    if (!keys) {
+      keys = CSL.getSortKeys.call(this.#engine, item, "citation_sort");
+      this.#keys.set(item.id, keys);
+    }
+    return [...keys];
+  }
+
+  author(item) {
+    const engine = this.#engine;
+    const { disambig } = engine.registry.registry[item.id];
+    const name = `${item.id} ${JSON.stringify(disambig)}`;
+    let author = this.#authors.get(name);
+    if (author === undefined) {
+      engine.tmp.authorstring_request = true;
+      CSL.getAmbiguousCite.call(engine, item, disambig);
+      engine.tmp.authorstring_request = false;
+      author = engine.registry.authorstrings[item.id];
+      this.#authors.set(name, author);
+    }
+    return author;
+  }
+}
+
 // As processCitationCluster does it: the cites of one author stay together.
-function sortGrouped(engine, sorted) {
+function sortGrouped(engine, sortKeys, sorted) {
   for (const [item, cite] of sorted) {
-    engine.tmp.authorstring_request = true;
-    CSL.getAmbiguousCite.call(engine, item, engine.registry.registry[item.id].disambig);
-    engine.tmp.authorstring_request = false;
-    cite.sortkeys = [engine.registry.authorstrings[item.id], ...cite.sortkeys];
+    cite.sortkeys = [sortKeys.author(item), ...cite.sortkeys];
   }
   sorted.sort(engine.citation.srt.compareCompositeKeys);
   let author = false;
@@ -37,15 +71,15 @@ function sortGrouped(engine, sorted) {
 // decides which names are spelt out, and by these the cites are grouped.
 const needsPositions = (engine) => engine.opt.update_mode === CSL.POSITION;
 
-function sortCites(engine, sorted) {
+function sortCites(engine, sortKeys, sorted) {
   if (sorted.length < 2 || engine.citation_sort.tokens.length === 0) {
     return;
   }
   for (const [item, cite] of sorted) {
-    cite.sortkeys = CSL.getSortKeys.call(engine, item, "citation_sort");
+    cite.sortkeys = sortKeys.of(item);
   }
   if (engine.opt.grouped_sort && !engine.opt.citation_number_sort) {
-    sortGrouped(engine, sorted);
+    sortGrouped(engine, sortKeys, sorted);
   }
   sorted.sort(engine.citation.srt.compareCompositeKeys);
 }
@@ -60,7 +94,7 @@ function readLabel(engine, item, cite) {
   }
 }
 
-function register(engine, citation) {
+function register(engine, sortKeys, citation) {
   citation.sortedItems = citation.citationItems.map((given) => {
     const item = engine.retrieveItem(given.id);
     engine.transform.loadAbbreviation("default", "hereinafter", item.id, item.language);
@@ -70,7 +104,7 @@ function register(engine, citation) {
   });
   engine.registry.citationreg.citationById[citation.citationID] = citation;
   if (needsPositions(engine)) {
-    sortCites(engine, citation.sortedItems);
+    sortCites(engine, sortKeys, citation.sortedItems);
   }
 }
 
@@ -106,9 +140,6 @@ function withLayout(engine, changes, step) {
 }
 
 function printAsStyled(engine, citation) {
-  if (!needsPositions(engine)) {
-    sortCites(engine, citation.sortedItems);
-  }
   engine.tmp.citation_pos = citation.properties.index;
   engine.tmp.citation_note_index = citation.properties.noteIndex;
   engine.tmp.citation_id = citation.citationID;
@@ -156,14 +187,21 @@ function attempt(request, citation, step) {
 function printCitations(request, engine) {
   const texts = new Array(request.groupSizes.length).fill("");
   const citations = readCitations(request, isNoteStyle(engine));
+  const sortKeys = new SortKeys(engine);
   for (const citation of citations) {
-    attempt(request, citation, () => register(engine, citation));
+    attempt(request, citation, () => register(engine, sortKeys, citation));
   }
   if (citations.length > 0) {
     evaluatePositions(engine, citations);
   }
   for (const citation of citations) {
-    texts[citation.group] = attempt(request, citation, () => print(engine, citation)).replace(placeholder, "");
+    const text = attempt(request, citation, () => {
+      if (!needsPositions(engine)) {
+        sortCites(engine, sortKeys, citation.sortedItems);
+      }
+      return print(engine, citation);
+    });
+    texts[citation.group] = text.replace(placeholder, "");
   }
   return texts;
 }

@@ -80,19 +80,22 @@ function collatorOf(locale) {
   return collator;
 }
 
-// The order of citeproc-js (getSortCompare), with its collator kept.
+// The order of citeproc-js (getSortCompare), with its collator kept, and each text's
+// small letters too.
 function comparisonOf(engine) {
-  let compareText;
-  let bracketsCount;
-  return (left, right) => {
-    if (!compareText) {
-      const collator = collatorOf(engine().opt["default-locale-sort"]);
-      compareText = (a, b) =>
-        collator.compare(CSL.toLocaleLowerCase.call(engine(), a), CSL.toLocaleLowerCase.call(engine(), b));
-      bracketsCount = compareText("[x", "x") !== 0;
+  const smallLetters = new Map();
+  let collator;
+  const inSmallLetters = (text) => {
+    let small = smallLetters.get(text);
+    if (small === undefined) {
+      small = CSL.toLocaleLowerCase.call(engine(), text);
+      smallLetters.set(text, small);
     }
-    const bare = (text) => (bracketsCount ? text.replace(/^[[\]'"]*/g, "") : text);
-    return compareText(bare(left), bare(right));
+    return small;
+  };
+  return (left, right) => {
+    collator ??= collatorOf(engine().opt["default-locale-sort"]);
+    return collator.compare(inSmallLetters(left), inSmallLetters(right));
   };
 }
 
