@@ -14,6 +14,7 @@ NSString *const KOMellelScanLastStylePrefKey = @"Last Style Used For Mellel Scan
 @interface KOMellelScanController (Private)
 - (void)setAdapter:(id<KorvoWordProcessorIntegrationAdapter>)newAdapter;
 - (void)populateFormatList;
+- (NSString *)selectedTitle;
 // Called by the nib. With setters it is the same on every platform who owns the outlets.
 - (void)setFormatSelectorPopUpButton:(NSPopUpButton *)popUpButton;
 - (void)setGenerateCopyWithBibInStyleButton:(NSButton *)button;
@@ -52,7 +53,7 @@ NSString *const KOMellelScanLastStylePrefKey = @"Last Style Used For Mellel Scan
 }
 
 - (IBAction)formatSelectionChanged:(id)__attribute__((unused))sender {
-  NSString *title = [formatSelectorPopUpButton titleOfSelectedItem];
+  NSString *title = [self selectedTitle];
   if (title == nil) {
     return;
   }
@@ -63,7 +64,7 @@ NSString *const KOMellelScanLastStylePrefKey = @"Last Style Used For Mellel Scan
 }
 
 - (IBAction)buttonClicked:(id)sender {
-  NSString *title = [formatSelectorPopUpButton titleOfSelectedItem];
+  NSString *title = [self selectedTitle];
   if (title == nil) {
     return;
   }
@@ -114,6 +115,11 @@ NSString *const KOMellelScanLastStylePrefKey = @"Last Style Used For Mellel Scan
   [button retain];
   [generateCopyWithBibInStyleButton release];
   generateCopyWithBibInStyleButton = button;
+}
+
+// nil for an empty menu. (The menu's own titleOfSelectedItem is then an empty string on GNUstep.)
+- (NSString *)selectedTitle {
+  return [[formatSelectorPopUpButton selectedItem] title];
 }
 
 - (void)populateFormatList {

@@ -21,6 +21,8 @@ struct HostScript {
   std::function<NSString *(NSAttributedString *)> pidginRTF;
   // The formatted text of a group; else "[N]" with the number of citations.
   std::function<NSAttributedString *(NSArray *)> formatGroup;
+  // The bibliography; else a RecordingBibliography.
+  std::function<NSAttributedString *()> formatBibliography;
 };
 HostScript &hostScript();
 

@@ -141,6 +141,9 @@ using plugin_test::hostScript;
   const bool isMutable = [attributes isKindOfClass:[NSMutableDictionary class]];
   logCall("bibliography of " + std::to_string([citationArray count]) + ", attributes " +
           std::to_string([attributes count]) + (isMutable ? " mutable" : " fixed"));
+  if (hostScript().formatBibliography) {
+    return hostScript().formatBibliography();
+  }
   if (hasNoBibliography) {
     return nil;
   }

@@ -1,0 +1,342 @@
+// The scan dialog as a user meets it: the real nib in a real window, with real clicks and keys.
+//
+// The program runs on a desktop of its own (see its main function), where no window manager draws
+// title bars: GNUstep draws them itself.
+
+#import <KOMellelScanController.h>
+
+#include <Formats/ScanReply.h>
+#include <Formats/ScanRequest.h>
+#include <Platform/Testing/RecordingCarrier.h>
+
+#include "Support/CallLog.h"
+#include "Support/LogCapture.h"
+#import "Support/RecordingHost.h"
+#import "Support/ScriptedUser.h"
+#include "Support/Text.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <optional>
+
+namespace plugin_test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+NSString *const lastStyleKey = @"Last Style Used For Mellel Scan";
+
+class ScanDialog : public testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    NSAutoreleasePool *pool = [[NSAutoreleasePool alloc] init];
+    NSDictionary *ownDecorations =
+        [NSDictionary dictionaryWithObject:@"NO" forKey:@"GSBackHandlesWindowDecorations"];
+    [[NSUserDefaults standardUserDefaults] registerDefaults:ownDecorations];
+    [NSApplication sharedApplication];
+    [NSApp finishLaunching];
+    NSBundle *bundle = [NSBundle bundleWithPath:[NSString stringWithUTF8String:PLUGIN_BUNDLE]];
+    [[bundle principalClass] class];
+    [pool drain];
+  }
+
+  void SetUp() override {
+    pool_ = [[NSAutoreleasePool alloc] init];
+    host_ = [[RecordingHost alloc] init];
+    hostScript() = {};
+    setLastStyle(nil);
+    log_.emplace();
+    calls().clear();
+  }
+
+  void TearDown() override {
+    log_.reset();
+    [window() close];
+    [pool_ drain];
+    [host_ release];
+  }
+
+  // The host's favourites, all of which it knows.
+  void offer(std::initializer_list<const char *> styleNames) {
+    NSMutableArray *favorites = [NSMutableArray array];
+    for (const char *name : styleNames) {
+      [host_ addStyle:name];
+      [favorites addObject:ns(name)];
+    }
+    host_->favorites = favorites;
+  }
+
+  void open() {
+    controller_ =
+        [NSClassFromString(@"KOMellelScanController") openMellelScanControllerWithAdapter:host_];
+  }
+
+  static void setLastStyle(NSString *name) {
+    if (name == nil) {
+      [[NSUserDefaults standardUserDefaults] removeObjectForKey:lastStyleKey];
+    } else {
+      [[NSUserDefaults standardUserDefaults] setObject:name forKey:lastStyleKey];
+    }
+  }
+  static std::string lastStyle() {
+    return str([[NSUserDefaults standardUserDefaults] stringForKey:lastStyleKey]);
+  }
+
+  NSWindow *window() { return [controller_ window]; }
+  NSPopUpButton *menu() { return [controller_ valueForKey:@"formatSelectorPopUpButton"]; }
+  NSButton *button() { return [controller_ valueForKey:@"generateCopyWithBibInStyleButton"]; }
+  std::string selectedTitle() { return str([menu() titleOfSelectedItem]); }
+  std::string selectedStyle() {
+    RecordingStyle *style = (RecordingStyle *)[controller_ selectedBibStyle];
+    return style == nil ? "(nil)" : style->styleName;
+  }
+
+  NSAutoreleasePool *pool_ = nil;
+  RecordingHost *host_ = nil;
+  KOMellelScanController *controller_ = nil;
+  std::optional<LogCapture> log_;
+};
+
+TEST_F(ScanDialog, FavoritesStandInTheMenuInTheHostsOrder) {
+  offer({"Vancouver", "APA", "IEEE"});
+  open();
+  EXPECT_EQ([[menu() itemTitles] count], 3u);
+  EXPECT_EQ(str([[menu() itemTitles] componentsJoinedByString:@","]), "Vancouver,APA,IEEE");
+  EXPECT_EQ([controller_ chosenAction], -1);
+}
+
+TEST_F(ScanDialog, WithoutStoredStyleTheFirstIsSelectedAndStored) {
+  offer({"APA", "IEEE"});
+  open();
+  EXPECT_EQ(selectedTitle(), "APA");
+  EXPECT_EQ(selectedStyle(), "APA");
+  EXPECT_EQ(lastStyle(), "APA");
+}
+
+TEST_F(ScanDialog, StoredStyleIsSelectedAgain) {
+  offer({"APA", "IEEE", "Nature"});
+  setLastStyle(@"Nature");
+  open();
+  EXPECT_EQ(selectedTitle(), "Nature");
+  EXPECT_EQ(selectedStyle(), "Nature");
+  EXPECT_EQ(lastStyle(), "Nature");
+}
+
+TEST_F(ScanDialog, StoredStyleThatIsNoFavoriteAnyMoreGivesWayToTheFirst) {
+  offer({"APA", "IEEE"});
+  setLastStyle(@"Gone");
+  open();
+  EXPECT_EQ(selectedTitle(), "APA");
+  EXPECT_EQ(lastStyle(), "APA");
+}
+
+TEST_F(ScanDialog, StoredValueThatIsNoStringIsNoStyle) {
+  offer({"APA"});
+  [[NSUserDefaults standardUserDefaults] setObject:[NSArray arrayWithObject:@"x"]
+                                            forKey:lastStyleKey];
+  open();
+  EXPECT_EQ(selectedTitle(), "APA");
+  EXPECT_EQ(lastStyle(), "APA");
+}
+
+TEST_F(ScanDialog, NoFavoritesSelectNothingStoreNothingAndTheButtonDoesNothing) {
+  // First nil, then an empty array.
+  for (int turn = 0; turn < 2; ++turn) {
+    host_->favorites = turn == 0 ? nil : [NSArray array];
+    open();
+    EXPECT_EQ([menu() numberOfItems], 0);
+    EXPECT_EQ(selectedStyle(), "(nil)");
+    EXPECT_EQ(lastStyle(), "(nil)");
+    [controller_ buttonClicked:button()];
+    [controller_ formatSelectionChanged:menu()];
+    EXPECT_EQ([controller_ chosenAction], -1);
+    EXPECT_EQ(lastStyle(), "(nil)");
+    EXPECT_THAT(log_->lines(), IsEmpty());
+    [window() close];
+  }
+}
+
+TEST_F(ScanDialog, OddElementsAmongTheFavoritesAreLeftOut) {
+  [host_ addStyle:"APA"];
+  host_->favorites = array({[NSNull null], @"APA"});
+  open();
+  EXPECT_EQ(str([[menu() itemTitles] componentsJoinedByString:@","]), "APA");
+}
+
+TEST_F(ScanDialog, StyleThatTheHostDoesNotKnowIsStoredButNotTaken) {
+  host_->favorites = array({@"Unknown"});
+  open();
+  EXPECT_EQ(selectedStyle(), "(nil)");
+  EXPECT_EQ(lastStyle(), "Unknown");
+  [controller_ buttonClicked:button()];
+  EXPECT_EQ([controller_ chosenAction], -1);
+  EXPECT_THAT(log_->lines(),
+              ElementsAre("KOMellelScanController.buttonClicked:  Can't find style named Unknown"));
+}
+
+TEST_F(ScanDialog, UnexpectedButtonIsLoggedAndLeavesTheDialogOpen) {
+  offer({"APA"});
+  open();
+  [controller_ buttonClicked:menu()];
+  EXPECT_EQ([controller_ chosenAction], -1);
+  EXPECT_THAT(log_->lines(),
+              ElementsAre("KOMellelScanController.buttonClicked:  Heard from an unexpected "
+                          "button"));
+}
+
+TEST_F(ScanDialog, ButtonDoesNotChangeTheSelectedStyle) {
+  offer({"APA", "IEEE"});
+  open();
+  [menu() selectItemAtIndex:1];
+  ScriptedUser user;
+  user.clickOn(button());
+  EXPECT_EQ(user.runModal(window()), 2);
+  EXPECT_EQ(selectedStyle(), "APA");
+}
+
+TEST_F(ScanDialog, ClickOnTheButtonEndsTheSessionWithItsAction) {
+  offer({"APA"});
+  open();
+  ScriptedUser user;
+  user.clickOn(button());
+  EXPECT_EQ(user.runModal(window()), 2);
+  EXPECT_EQ([controller_ chosenAction], 2);
+  EXPECT_EQ(selectedStyle(), "APA");
+  EXPECT_TRUE([window() isVisible]) << "the caller closes the window";
+}
+
+TEST_F(ScanDialog, ReturnPressesTheButton) {
+  offer({"APA"});
+  open();
+  ScriptedUser user;
+  user.press(window(), "Return");
+  EXPECT_EQ(user.runModal(window()), 2);
+  EXPECT_EQ([controller_ chosenAction], 2);
+}
+
+TEST_F(ScanDialog, CloseBoxEndsTheSessionWithoutActionAndLeavesTheWindowToTheCaller) {
+  offer({"APA"});
+  open();
+  ScriptedUser user;
+  user.clickOnCloseBoxOf(window());
+  EXPECT_EQ(user.runModal(window()), 0);
+  EXPECT_EQ([controller_ chosenAction], 0);
+  EXPECT_TRUE([window() isVisible]);
+}
+
+TEST_F(ScanDialog, StyleIsChosenFromTheMenuWithTheMouse) {
+  offer({"APA", "IEEE", "Nature"});
+  open();
+  ScriptedUser user;
+  user.drawToNextItemOf(menu());
+  user.clickOn(button());
+  const NSInteger code = user.runModal(window());
+  EXPECT_EQ(code, 2);
+  EXPECT_EQ(selectedTitle(), "IEEE");
+  EXPECT_EQ(selectedStyle(), "IEEE");
+  EXPECT_EQ(lastStyle(), "IEEE");
+}
+
+TEST_F(ScanDialog, ButtonKeepsTheDialogOpenForAStyleThatTheHostDoesNotKnow) {
+  host_->favorites = array({@"Unknown"});
+  open();
+  ScriptedUser user;
+  user.clickOn(button());
+  user.pause();
+  user.clickOnCloseBoxOf(window());
+  EXPECT_EQ(user.runModal(window()), 0);
+  EXPECT_EQ(log_->lines().size(), 1u);
+}
+
+TEST_F(ScanDialog, NibConnectsTheWindowToItsOwner) {
+  offer({"APA"});
+  open();
+  ASSERT_NE(window(), nil);
+  EXPECT_EQ((id)[window() delegate], controller_);
+  EXPECT_EQ((id)[menu() target], controller_);
+  EXPECT_EQ(str(NSStringFromSelector([menu() action])), "formatSelectionChanged:");
+  EXPECT_EQ((id)[button() target], controller_);
+  EXPECT_EQ(str(NSStringFromSelector([button() action])), "buttonClicked:");
+  EXPECT_EQ(str([button() keyEquivalent]), "\r");
+  EXPECT_TRUE([window() styleMask] & NSClosableWindowMask);
+  EXPECT_FALSE([window() styleMask] & NSResizableWindowMask);
+  EXPECT_EQ([controller_ windowShouldClose:window()], NO);
+}
+
+// The views that hold text, with room for all of it.
+TEST_F(ScanDialog, NoTextIsCutOffAndNothingOverlaps) {
+  offer({"American Psychological Association 7th edition"});
+  open();
+  NSView *content = [window() contentView];
+  NSArray *views = [content subviews];
+  for (NSUInteger index = 0; index < [views count]; ++index) {
+    NSView *view = [views objectAtIndex:index];
+    EXPECT_TRUE(NSContainsRect([content bounds], [view frame])) << index;
+    EXPECT_GE(NSMinX([view frame]), 18);
+    EXPECT_GE(NSMinY([view frame]), 18);
+    if ([view respondsToSelector:@selector(cell)]) {
+      const NSSize needed = [[(NSControl *)view cell] cellSize];
+      EXPECT_LE(needed.width, NSWidth([view frame])) << index;
+      EXPECT_LE(needed.height, NSHeight([view frame])) << index;
+    }
+    for (NSUInteger other = index + 1; other < [views count]; ++other) {
+      EXPECT_FALSE(NSIntersectsRect([view frame], [[views objectAtIndex:other] frame]));
+    }
+  }
+}
+
+TEST_F(ScanDialog, ClosedDialogsLeaveNoWindowsBehind) {
+  offer({"APA"});
+  const NSUInteger before = [[NSApp windows] count];
+  for (int turn = 0; turn < 20; ++turn) {
+    NSAutoreleasePool *pool = [[NSAutoreleasePool alloc] init];
+    open();
+    [window() close];
+    controller_ = nil;
+    [pool drain];
+  }
+  EXPECT_LE([[NSApp windows] count], before + 1);
+}
+
+// The whole way of a final scan with the application, the dialog and the RTF conversion real.
+TEST_F(ScanDialog, FinalScanGoesThroughTheDialogToAnAnswerWithRealRTF) {
+  offer({"APA"});
+  host_->matches["Smith"] = {"smith"};
+  platform::RecordingCarrier carrier;
+  Class agent = NSClassFromString(@"KorvoMellelAgent");
+  [agent setAdapter:host_];
+  hostScript().formatBibliography = [] {
+    return (NSAttributedString *)[[[NSAttributedString alloc]
+        initWithString:@"Smith (2001)"
+            attributes:[NSDictionary dictionaryWithObject:[NSFont boldSystemFontOfSize:12]
+                                                   forKey:NSFontAttributeName]] autorelease];
+  };
+  const formats::CitationPair citation = {"Smith", ""};
+  const std::string request = formats::encodeFinalScanRequest(7, true, "", {&citation, 1});
+  // The dialog opens inside the handler: Return reaches it by its title.
+  open();
+  NSWindow *likeIt = window();
+  ScriptedUser user;
+  user.press(likeIt, "Return");
+  [likeIt orderOut:nil];
+  controller_ = nil;
+  user.start();
+  constexpr OSType mellel = 0x6D4C654C;
+  constexpr OSType finalScan = 0x53434E51;
+  EXPECT_EQ(carrier.deliver(mellel, finalScan, request).status, noErr);
+  ASSERT_EQ(carrier.sent.size(), 1u);
+  const std::string payload =
+      platform::RecordingCarrier::directObject(carrier.sent[0]).value_or("");
+  const auto reply = formats::decodeScanReply(payload);
+  ASSERT_TRUE(reply) << reply.error();
+  EXPECT_EQ(reply->styleName, "APA");
+  ASSERT_TRUE(reply->bibliography);
+  EXPECT_TRUE(reply->bibliography->starts_with("{\\rtf1")) << *reply->bibliography;
+  EXPECT_NE(reply->bibliography->find("Smith (2001)"), std::string_view::npos);
+  [agent setAdapter:nil];
+}
+
+}  // namespace
+}  // namespace plugin_test

@@ -1,0 +1,126 @@
+#import "ScriptedUser.h"
+
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <sstream>
+
+// Ends a modal loop that nothing else ended. Stopping alone does not wake the loop: it takes an
+// event, and one more turn of the run loop to look for it.
+@interface ModalLoopGuard : NSObject
+- (void)endModalLoop:(NSTimer *)timer;
+- (void)turn:(NSTimer *)timer;
+@end
+
+@implementation ModalLoopGuard
+- (void)endModalLoop:(NSTimer *)__attribute__((unused))timer {
+  [NSApp stopModalWithCode:plugin_test::ScriptedUser::nobodyEndedIt];
+  [NSApp postEvent:[NSEvent otherEventWithType:NSApplicationDefined
+                                      location:NSZeroPoint
+                                 modifierFlags:0
+                                     timestamp:0
+                                  windowNumber:0
+                                       context:nil
+                                       subtype:0
+                                         data1:0
+                                         data2:0]
+           atStart:NO];
+  [[NSRunLoop currentRunLoop] addTimer:[NSTimer timerWithTimeInterval:0
+                                                               target:self
+                                                             selector:@selector(turn:)
+                                                             userInfo:nil
+                                                              repeats:NO]
+                               forMode:NSModalPanelRunLoopMode];
+}
+- (void)turn:(NSTimer *)__attribute__((unused))timer {
+}
+@end
+
+namespace plugin_test {
+namespace {
+
+constexpr NSTimeInterval longestSession = 4;
+
+}  // namespace
+
+ScriptedUser::~ScriptedUser() {
+  if (pid_ == 0) {
+    return;
+  }
+  for (int attempt = 0; attempt < 100; ++attempt) {
+    if (waitpid(pid_, nullptr, WNOHANG) != 0) {
+      return;
+    }
+    usleep(50000);
+  }
+  kill(pid_, SIGKILL);
+  waitpid(pid_, nullptr, 0);
+}
+
+void ScriptedUser::clickAt(NSPoint point) {
+  const CGFloat height = NSHeight([[NSScreen mainScreen] frame]);
+  std::ostringstream line;
+  line << "xdotool mousemove " << static_cast<int>(point.x) << ' '
+       << static_cast<int>(height - point.y)
+       << " sleep 0.05 mousedown 1 sleep 0.15 mouseup 1\nsleep 0.2\n";
+  script_ += line.str();
+}
+
+void ScriptedUser::clickOn(NSView *view) {
+  const NSRect bounds = [view convertRect:[view bounds] toView:nil];
+  clickAt([[view window] convertBaseToScreen:NSMakePoint(NSMidX(bounds), NSMidY(bounds))]);
+}
+
+void ScriptedUser::drawToNextItemOf(NSPopUpButton *menu) {
+  const NSRect bounds = [menu convertRect:[menu bounds] toView:nil];
+  const NSPoint point =
+      [[menu window] convertBaseToScreen:NSMakePoint(NSMidX(bounds), NSMidY(bounds))];
+  const int x = static_cast<int>(point.x);
+  const int y = static_cast<int>(NSHeight([[NSScreen mainScreen] frame]) - point.y);
+  // The open menu lies over the button with the shown item in its place, each item as high as the
+  // button.
+  const int nextItem = y + static_cast<int>(NSHeight(bounds));
+  std::ostringstream line;
+  line << "xdotool mousemove " << x << ' ' << y << " sleep 0.05 mousedown 1 sleep 0.3 mousemove "
+       << x << ' ' << (y + nextItem) / 2 << " sleep 0.1 mousemove " << x << ' ' << nextItem
+       << " sleep 0.2\nxdotool mouseup 1\nsleep 0.3\n";
+  script_ += line.str();
+}
+
+// The windows' decorations are GNUstep's own here: the close box is in the upper right corner.
+void ScriptedUser::clickOnCloseBoxOf(NSWindow *window) {
+  const NSRect frame = [window frame];
+  clickAt(NSMakePoint(NSMaxX(frame) - 12, NSMaxY(frame) - 11));
+}
+
+void ScriptedUser::press(NSWindow *window, const std::string &key) {
+  script_ += "xdotool search --onlyvisible --name '" + std::string([[window title] UTF8String]) +
+             "' windowfocus sleep 0.1 key " + key + "\nsleep 0.2\n";
+}
+
+void ScriptedUser::pause() { script_ += "sleep 0.5\n"; }
+
+void ScriptedUser::start() {
+  std::string shell = "sh";
+  std::string option = "-c";
+  char *arguments[] = {shell.data(), option.data(), script_.data(), nullptr};
+  posix_spawn(&pid_, "/bin/sh", nullptr, nullptr, arguments, environ);
+}
+
+NSInteger ScriptedUser::runModal(NSWindow *window) {
+  ModalLoopGuard *guard = [[[ModalLoopGuard alloc] init] autorelease];
+  NSTimer *timer = [NSTimer timerWithTimeInterval:longestSession
+                                           target:guard
+                                         selector:@selector(endModalLoop:)
+                                         userInfo:nil
+                                          repeats:NO];
+  [[NSRunLoop currentRunLoop] addTimer:timer forMode:NSModalPanelRunLoopMode];
+  start();
+  const NSInteger code = [NSApp runModalForWindow:window];
+  [timer invalidate];
+  return code;
+}
+
+}  // namespace plugin_test
