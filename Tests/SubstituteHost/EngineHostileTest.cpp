@@ -125,6 +125,18 @@ TEST(EngineHostile, AStyleFileThatIsGoneOrBrokenIsAnErrorOfOneLine) {
   EXPECT_EQ(printOne("apa", {cite("smith2001")}), "(Smith, 2001)");
 }
 
+TEST(EngineHostile, AnItemOnWhichAStyleFailsIsNamed) {
+  // The nested stand-ins for a missing author in this style break the processor.
+  Items items = library();
+  items["nobodys"] = R"({"type":"book","title":"T"})";
+  EXPECT_TRUE(
+      failureOf(style("organon"),
+                {{cite("smith2001")}, {cite("jones1999")}, {cite("nobodys")}, {cite("gogh1888")}},
+                items)
+          .starts_with("style \"Organon\": nobodys: the style's rules fail on it: "));
+  EXPECT_FALSE(printOne("organon", {cite("smith2001")}).empty());
+}
+
 TEST(EngineHostile, AMissingLocaleIsAnErrorThatNamesIt) {
   const TemporaryDirectory directory;
   engine::CitationProcessor poor(directory / "");

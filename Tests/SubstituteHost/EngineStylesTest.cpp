@@ -1,6 +1,8 @@
 // Known citations and bibliographies, compared with what the styles' manuals prescribe.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "EngineDocument.h"
 
 using namespace enginetest;
@@ -156,4 +158,48 @@ TEST(EngineStyles, ADocumentWithoutCitationsHasNeitherTextsNorEntries) {
   const Printed printed = print("apa", {});
   EXPECT_TRUE(printed.groups.empty());
   EXPECT_TRUE(printed.entries.empty());
+}
+
+// Every eightieth of the installed styles, with every option in one document.
+TEST(EngineStyles, OfEverySortFormatWithoutPlaceholdersOrMarks) {
+  Cite year = cite("jones1999");
+  year.yearOnly = true;
+  Cite hidden = cite("curie1903");
+  hidden.showInText = false;
+  Cite stripped = cite("smith2001");
+  stripped.stripEnclosure = true;
+  Cite onTheLine = cite("gogh1888");
+  onTheLine.suppressSuperscript = true;
+  const std::vector<CiteGroup> groups = {{cite("smith2001", u"45")},
+                                         {cite("jones1999"), cite("smith2001b")},
+                                         {year},
+                                         {hidden},
+                                         {stripped},
+                                         {onTheLine},
+                                         {cite("smith2001", u"45")},
+                                         {cite("smith2001")},
+                                         {hidden, year}};
+  engine::StyleCatalog catalog("/usr/share/citation-style-language/styles", {});
+  std::size_t formatted = 0;
+  for (std::size_t index = 0; index < catalog.all().size(); index += 80) {
+    const std::string name = catalog.all()[index].baseName;
+    const Printed printed = print(name, groups);
+    for (std::size_t group = 0; group < groups.size(); ++group) {
+      EXPECT_EQ(printed.groups[group].empty(), group == 3) << name << ", group " << group;
+    }
+    std::string all;
+    for (const auto *texts : {&printed.groups, &printed.entries}) {
+      for (const std::string &text : *texts) {
+        all += text;
+      }
+    }
+    for (const char *wrong : {"NO_PRINTED_FORM", "STYLE ERROR", "undefined", "NaN"}) {
+      EXPECT_EQ(all.find(wrong), std::string::npos) << name << ": " << all;
+    }
+    EXPECT_TRUE(std::ranges::none_of(
+        all, [](unsigned char byte) { return byte < 32 && byte != '\t' && byte != '\n'; }))
+        << name << ": " << all;
+    ++formatted;
+  }
+  EXPECT_GT(formatted, 100u);
 }

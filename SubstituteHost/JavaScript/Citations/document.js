@@ -7,86 +7,19 @@
 // The engine is used up by that: a second printing can come out differently.
 import CSL from "citeproc";
 
-import { hasBracket, withoutBrackets, withoutOuterBrackets } from "./enclosure.js";
+import { printBibliography } from "./bibliography.js";
 import { isNoteStyle, makeEngine } from "./engine.js";
-import { plainReference } from "./items.js";
-import { endOfId } from "./markers.js";
-import { itemId, itemIndex, option, readCitations, readItems } from "./request.js";
+import { placeholder } from "./placeholder.js";
+import { print } from "./printing.js";
+import { itemId, itemIndex, readCitations, readItems } from "./request.js";
+import { needsPositions, sortCites, SortKeys } from "./sorting.js";
 
-// What a group is sorted by, found once for each item. The style's sort keys do not depend
-// on the citation; the author's names do on how they are told apart from others, which
-// printing can change.
-class SortKeys {
-  #keys = new Map();
-  #authors = new Map();
-  #engine;
-
-  constructor(engine) {
-    this.#engine = engine;
-  }
-
-  of(item) {
-    let keys = this.#keys.get(item.id);
-    if (!keys) {
-      keys = CSL.getSortKeys.call(this.#engine, item, "citation_sort");
-      this.#keys.set(item.id, keys);
-    }
-    return [...keys];
-  }
-
-  author(item) {
-    const engine = this.#engine;
-    const { disambig } = engine.registry.registry[item.id];
-    const name = `${item.id} ${JSON.stringify(disambig)}`;
-    let author = this.#authors.get(name);
-    if (author === undefined) {
-      engine.tmp.authorstring_request = true;
-      CSL.getAmbiguousCite.call(engine, item, disambig);
-      engine.tmp.authorstring_request = false;
-      author = engine.registry.authorstrings[item.id];
-      this.#authors.set(name, author);
-    }
-    return author;
-  }
-}
-
-// As processCitationCluster does it: the cites of one author stay together.
-function sortGrouped(engine, sortKeys, sorted) {
-  for (const [item, cite] of sorted) {
-    cite.sortkeys = [sortKeys.author(item), ...cite.sortkeys];
-  }
-  sorted.sort(engine.citation.srt.compareCompositeKeys);
-  let author = false;
-  let key = false;
-  sorted.forEach(([, cite], index) => {
-    if (cite.sortkeys[0] !== author) {
-      [author, key] = cite.sortkeys;
-    }
-    cite.sortkeys[0] = `${key}${index}`;
-  });
-}
-
-// Positions depend on the order of cites, so that it must be known before them. In styles
-// without positions it must be found as late as possible: what has been printed before
-// decides which names are spelt out, and by these the cites are grouped.
-const needsPositions = (engine) => engine.opt.update_mode === CSL.POSITION;
-
-function sortCites(engine, sortKeys, sorted) {
-  if (sorted.length < 2 || engine.citation_sort.tokens.length === 0) {
-    return;
-  }
-  for (const [item, cite] of sorted) {
-    cite.sortkeys = sortKeys.of(item);
-  }
-  if (engine.opt.grouped_sort && !engine.opt.citation_number_sort) {
-    sortGrouped(engine, sortKeys, sorted);
-  }
-  sorted.sort(engine.citation.srt.compareCompositeKeys);
-}
+const messageOf = (error) => error?.message ?? error;
 
 function readLabel(engine, item, cite) {
   const unlabelled = ["bill", "gazette", "legislation", "regulation", "treaty"];
-  const match = cite.locator && !unlabelled.includes(item.type) && CSL.LOCATOR_LABELS_REGEXP.exec(cite.locator);
+  const match =
+    cite.locator && !unlabelled.includes(item.type) && CSL.LOCATOR_LABELS_REGEXP.exec(cite.locator);
   const label = match && CSL.LOCATOR_LABELS_MAP[match[2]];
   if (label && engine.getTerm(label)) {
     cite.label = label;
@@ -127,50 +60,6 @@ function evaluatePositions(engine, citations) {
   });
 }
 
-// What an author asks of a whole group changes the citation layout while it is printed.
-function withLayout(engine, changes, step) {
-  const layout = engine.citation.opt;
-  const { layout_prefix, layout_suffix, layout_decorations } = layout;
-  Object.assign(layout, changes);
-  try {
-    return step();
-  } finally {
-    Object.assign(layout, { layout_prefix, layout_suffix, layout_decorations });
-  }
-}
-
-function printAsStyled(engine, citation) {
-  engine.tmp.citation_pos = citation.properties.index;
-  engine.tmp.citation_note_index = citation.properties.noteIndex;
-  engine.tmp.citation_id = citation.citationID;
-  return engine.process_CitationCluster(citation.sortedItems, citation);
-}
-
-function printWithoutEnclosure(engine, citation) {
-  const { layout_prefix, layout_suffix } = engine.citation.opt;
-  if (hasBracket(layout_prefix) || hasBracket(layout_suffix)) {
-    const changes = { layout_prefix: withoutBrackets(layout_prefix), layout_suffix: withoutBrackets(layout_suffix) };
-    return withLayout(engine, changes, () => printAsStyled(engine, citation));
-  }
-  const text = printAsStyled(engine, citation);
-  const authorsOwn = citation.citationItems.some(({ prefix = "", suffix = "" }) => hasBracket(prefix + suffix));
-  return isNoteStyle(engine) || authorsOwn ? text : withoutOuterBrackets(text);
-}
-
-function print(engine, citation) {
-  const { layout_decorations } = engine.citation.opt;
-  const changes =
-    citation.options & option.suppressSuperscript
-      ? { layout_decorations: layout_decorations.filter(([name]) => name !== "@vertical-align") }
-      : {};
-  return withLayout(engine, changes, () =>
-    citation.options & option.stripEnclosure ? printWithoutEnclosure(engine, citation) : printAsStyled(engine, citation),
-  );
-}
-
-// What citeproc-js says in place of nothing.
-const placeholder = /\[NO_PRINTED_FORM\]|(?:\d+\. )?\[CSL STYLE ERROR: reference with no printed form\.\]/g;
-
 function describe(request, citation) {
   const ids = citation.citationItems.map((cite) => request.ids[itemIndex(cite.id)]);
   return `citation ${citation.group + 1} (${ids.join("; ")})`;
@@ -180,7 +69,9 @@ function attempt(request, citation, step) {
   try {
     return step();
   } catch (error) {
-    throw new Error(`${describe(request, citation)}: ${error?.message ?? error}`);
+    throw new Error(
+      `${describe(request, citation)}: the style's rules fail on it: ${messageOf(error)}`,
+    );
   }
 }
 
@@ -206,51 +97,29 @@ function printCitations(request, engine) {
   return texts;
 }
 
-// The style's own rules on what to leave out stay in force beside the author's.
-function exclusions(engine) {
-  const { exclude_types, exclude_with_fields } = engine.bibliography.opt;
-  return [
-    { field: "unlisted", value: "yes" },
-    ...Object.values(exclude_types ?? []).map((value) => ({ field: "type", value })),
-    ...Object.values(exclude_with_fields ?? []).map((field) => ({ field, value: true })),
-  ];
+function attemptBibliography(request, engine, items) {
+  try {
+    return printBibliography(engine, items);
+  } catch (error) {
+    const id = engine.registry.getSortedIds()[engine.tmp.bibliography_pos];
+    const place = id ? `bibliography entry ${request.ids[itemIndex(id)]}` : "bibliography";
+    throw new Error(`${place}: the style's rules fail on it: ${messageOf(error)}`);
+  }
 }
 
-function entryTexts(printed) {
-  const texts = new Map();
-  for (const entry of printed) {
-    const [id, text] = entry.split(endOfId);
-    if (text.search(placeholder) < 0) {
-      texts.set(id, text);
+// Which item a style's rules fail on, found by halves: an engine that failed tells nothing.
+function findUnprintable(makeFresh, ids) {
+  let suspects = ids;
+  while (suspects.length > 1) {
+    const half = suspects.slice(0, suspects.length >> 1);
+    try {
+      makeFresh().updateItems(half);
+      suspects = suspects.slice(half.length);
+    } catch {
+      suspects = half;
     }
   }
-  return texts;
-}
-
-// A style may leave works out of its bibliography on purpose, but not out of a numbered
-// list: there the number stands in the text.
-function printBibliography(engine, items) {
-  const made = engine.makeBibliography({ exclude: exclusions(engine) });
-  if (!made) {
-    return { entries: [], entryItems: [] };
-  }
-  const [layout, printed] = made;
-  const texts = entryTexts(printed);
-  if (engine.opt.update_mode === CSL.NUMERIC) {
-    for (const id of layout.entry_ids.flat().filter((unprinted) => !texts.has(unprinted))) {
-      texts.set(id, plainReference(items.get(id)));
-    }
-  }
-  const ids = layout.entry_ids.flat().filter((id) => texts.get(id));
-  return {
-    entries: ids.map((id) => texts.get(id)),
-    entryItems: ids.map(itemIndex),
-    hangingIndent: Boolean(layout.hangingindent),
-    secondFieldAlign: layout["second-field-align"] || "",
-    firstFieldCharacters: layout.maxoffset || 0,
-    entrySpacing: layout.entryspacing,
-    lineSpacing: layout.linespacing,
-  };
+  return suspects[0];
 }
 
 // An engine that knows every item of the document, in the order of first mention.
@@ -261,14 +130,24 @@ export function prepare(request, readLocale) {
       items.get(itemId(index)).unlisted = "yes";
     }
   });
-  const engine = makeEngine(request.style, request.locale, readLocale, items);
-  engine.updateItems([...items.keys()]);
+  const makeFresh = () => makeEngine(request.style, request.locale, readLocale, items);
+  const engine = makeFresh();
+  try {
+    engine.updateItems([...items.keys()]);
+  } catch (error) {
+    const id = findUnprintable(makeFresh, [...items.keys()]);
+    throw new Error(
+      `${request.ids[itemIndex(id)]}: the style's rules fail on it: ${messageOf(error)}`,
+    );
+  }
   return { engine, items };
 }
 
 export function formatDocument(request, readLocale) {
   const { engine, items } = prepare(request, readLocale);
   const groups = printCitations(request, engine);
-  const bibliography = request.wantsBibliography ? printBibliography(engine, items) : { entries: [], entryItems: [] };
+  const bibliography = request.wantsBibliography
+    ? attemptBibliography(request, engine, items)
+    : { entries: [], entryItems: [] };
   return { groups, ...bibliography };
 }

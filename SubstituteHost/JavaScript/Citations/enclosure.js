@@ -6,15 +6,28 @@
 // brackets stand around, and only if the text begins and ends with such a pair.
 
 const closing = new Map(
-  ["()", "[]", "{}", "<>", "\u2039\u203a", "\u00ab\u00bb", "\uff08\uff09", "\uff3b\uff3d", "\u3010\u3011", "\u3014\u3015"].map(
-    (pair) => [pair[0], pair[1]],
-  ),
+  [
+    "()",
+    "[]",
+    "{}",
+    "<>",
+    "\u2039\u203a",
+    "\u00ab\u00bb",
+    "\uff08\uff09",
+    "\uff3b\uff3d",
+    "\u3010\u3011",
+    "\u3014\u3015",
+  ].map((pair) => [pair[0], pair[1]]),
 );
 const closers = new Set(closing.values());
 const isBracket = (character) => closing.has(character) || closers.has(character);
 
 export const hasBracket = (affix) => [...affix].some(isBracket);
-export const withoutBrackets = (affix) => [...affix].filter((character) => !isBracket(character)).join("").trim();
+export const withoutBrackets = (affix) =>
+  [...affix]
+    .filter((character) => !isBracket(character))
+    .join("")
+    .trim();
 
 // The places of the outermost brackets, in pairs; nothing when they do not match.
 function outerPairs(text) {
@@ -43,10 +56,19 @@ const isMark = (character) => character < " ";
 export function withoutOuterBrackets(text) {
   const pairs = outerPairs(text);
   const first = text.split("").findIndex((character) => !isMark(character));
-  const last = text.length - 1 - text.split("").reverse().findIndex((character) => !isMark(character));
+  const last =
+    text.length -
+    1 -
+    text
+      .split("")
+      .reverse()
+      .findIndex((character) => !isMark(character));
   if (pairs.length === 0 || pairs[0][0] !== first || pairs.at(-1)[1] !== last) {
     return text;
   }
   const places = new Set(pairs.flat());
-  return text.split("").filter((character, index) => !places.has(index)).join("");
+  return text
+    .split("")
+    .filter((character, index) => !places.has(index))
+    .join("");
 }

@@ -38,14 +38,19 @@ function printsMoreThanAffixes(level, cite) {
 // suffix) with the year between them in place of everything that the style prescribes.
 function yearTokens(engine) {
   const tokens = engine.citation.tokens;
-  const start = tokens.findIndex((token) => token.name === "layout" && token.tokentype === CSL.START);
-  const end = tokens.findLastIndex((token) => token.name === "layout" && token.tokentype === CSL.END);
+  const start = tokens.findIndex(
+    (token) => token.name === "layout" && token.tokentype === CSL.START,
+  );
+  const end = tokens.findLastIndex(
+    (token) => token.name === "layout" && token.tokentype === CSL.END,
+  );
   const year = new CSL.Token("text", CSL.SINGLETON);
   year.execs.push((state, item) => {
     state.output.append(yearOf(state, item), "empty");
   });
-  return [...tokens.slice(start, start + 2), year, ...tokens.slice(end - 1, end + 1)].map((token, index) =>
-    Object.assign(Object.create(Object.getPrototypeOf(token)), token, { next: index + 1 }),
+  return [...tokens.slice(start, start + 2), year, ...tokens.slice(end - 1, end + 1)].map(
+    (token, index) =>
+      Object.assign(Object.create(Object.getPrototypeOf(token)), token, { next: index + 1 }),
   );
 }
 
@@ -74,7 +79,11 @@ const collators = new Map();
 function collatorOf(locale) {
   let collator = collators.get(locale);
   if (!collator) {
-    collator = new Intl.Collator(locale, { sensitivity: "base", ignorePunctuation: true, numeric: true });
+    collator = new Intl.Collator(locale, {
+      sensitivity: "base",
+      ignorePunctuation: true,
+      numeric: true,
+    });
     collators.set(locale, collator);
   }
   return collator;

@@ -7,7 +7,14 @@ import { cleanText } from "./markers.js";
 
 const dateFields = new Set(CSL.DATE_VARIABLES);
 const nameFields = new Set(CSL.NAME_VARIABLES);
-const nameTexts = ["family", "given", "literal", "suffix", "non-dropping-particle", "dropping-particle"];
+const nameTexts = [
+  "family",
+  "given",
+  "literal",
+  "suffix",
+  "non-dropping-particle",
+  "dropping-particle",
+];
 
 function textOf(value) {
   return typeof value === "string" || typeof value === "number" ? cleanText(String(value)) : "";
@@ -32,7 +39,9 @@ function personOf(value) {
 }
 
 function peopleOf(value) {
-  return (Array.isArray(value) ? value : [value]).map(personOf).filter((person) => person !== undefined);
+  return (Array.isArray(value) ? value : [value])
+    .map(personOf)
+    .filter((person) => person !== undefined);
 }
 
 function datePartsOf(parts) {
@@ -55,7 +64,10 @@ function dateOf(value) {
     return undefined;
   }
   const parts = Array.isArray(value["date-parts"])
-    ? value["date-parts"].slice(0, 2).map(datePartsOf).filter((numbers) => numbers.length > 0)
+    ? value["date-parts"]
+        .slice(0, 2)
+        .map(datePartsOf)
+        .filter((numbers) => numbers.length > 0)
     : [];
   const date = {};
   if (parts.length > 0) {
@@ -103,7 +115,11 @@ export function itemFromJson(json, id) {
 }
 
 function nameText(person) {
-  return person.literal || [person["non-dropping-particle"], person.family].filter(Boolean).join(" ") || person.given;
+  return (
+    person.literal ||
+    [person["non-dropping-particle"], person.family].filter(Boolean).join(" ") ||
+    person.given
+  );
 }
 
 function yearText(date) {
@@ -118,5 +134,7 @@ export function yearOf(engine, item) {
 // What is printed of an item when a style finds nothing to print: its plainest facts.
 export function plainReference(item) {
   const names = (item.author || item.editor || []).map(nameText).join(", ");
-  return [names, item.title || item["container-title"] || item.URL, yearText(item.issued)].filter(Boolean).join(". ");
+  return [names, item.title || item["container-title"] || item.URL, yearText(item.issued)]
+    .filter(Boolean)
+    .join(". ");
 }

@@ -22,7 +22,9 @@ function plain(state, text) {
 
 function quote(openTerm, closeTerm) {
   return (state, text) =>
-    text === undefined ? state.getTerm(openTerm) : state.getTerm(openTerm) + text + state.getTerm(closeTerm);
+    text === undefined
+      ? state.getTerm(openTerm)
+      : state.getTerm(openTerm) + text + state.getTerm(closeTerm);
 }
 
 CSL.Output.Formats.runs = {
@@ -49,7 +51,9 @@ CSL.Output.Formats.runs = {
   "@quotes/true": quote("open-quote", "close-quote"),
   // Without a text it stands for an apostrophe.
   "@quotes/inner": (state, text) =>
-    text === undefined ? "\u2019" : state.getTerm("open-inner-quote") + text + state.getTerm("close-inner-quote"),
+    text === undefined
+      ? "\u2019"
+      : state.getTerm("open-inner-quote") + text + state.getTerm("close-inner-quote"),
   "@quotes/false": plain,
   "@passthrough/true": plain,
   "@strip-periods/true": plain,

@@ -14,5 +14,9 @@ export function formatDocument(request, readLocale) {
   });
   const made = request.wantsBibliography && engine.makeBibliography();
   const entries = made ? made[1].map((entry) => entry.split(endOfId)) : [];
-  return { groups, entries: entries.map(([, text]) => text), entryItems: entries.map(([id]) => itemIndex(id)) };
+  return {
+    groups,
+    entries: entries.map(([, text]) => text),
+    entryItems: entries.map(([id]) => itemIndex(id)),
+  };
 }

@@ -38,7 +38,11 @@ function usedAbbreviations(entry) {
       abbreviationUse.lastIndex = index;
       const match = abbreviationUse.exec(entry.text);
       if (match) {
-        used.push({ name: match[1], start: abbreviationUse.lastIndex - match[1].length, end: abbreviationUse.lastIndex });
+        used.push({
+          name: match[1],
+          start: abbreviationUse.lastIndex - match[1].length,
+          end: abbreviationUse.lastIndex,
+        });
       }
     }
   }
@@ -53,7 +57,10 @@ function spellOut(entry, defined, problems) {
   for (const { name, start, end } of usedAbbreviations(entry).reverse()) {
     if (!defined.has(name.toLowerCase())) {
       text = `${text.slice(0, start)}{${name}}${text.slice(end)}`;
-      problems.push({ line: entry.line, reason: `${entry.key}: the abbreviation "${name}" is not defined; its name is taken as the text` });
+      problems.push({
+        line: entry.line,
+        reason: `${entry.key}: the abbreviation "${name}" is not defined; its name is taken as the text`,
+      });
     }
   }
   return { ...entry, text };
@@ -93,11 +100,19 @@ function soundDefinitions(definitions, problems) {
 }
 
 // A "$" without a partner is meant as the sign itself more often than not.
-const withPlainDollars = (entry) => ({ ...entry, text: entry.text.replace(/(\\.)|\$/gs, (match, escaped) => escaped ?? "\\$") });
+const withPlainDollars = (entry) => ({
+  ...entry,
+  text: entry.text.replace(/(\\.)|\$/gs, (match, escaped) => escaped ?? "\\$"),
+});
 
 function convertWithPlainDollars(prelude, broken, problems) {
-  const retried = [...broken.keys()].filter(({ text }) => text.includes("$")).map((entry) => [entry, withPlainDollars(entry)]);
-  const again = convertSound(retried.map(([, entry]) => entry), (entries) => convertReferences(prelude, entries));
+  const retried = [...broken.keys()]
+    .filter(({ text }) => text.includes("$"))
+    .map((entry) => [entry, withPlainDollars(entry)]);
+  const again = convertSound(
+    retried.map(([, entry]) => entry),
+    (entries) => convertReferences(prelude, entries),
+  );
   for (const [original, entry] of retried.filter(([, changed]) => !again.broken.has(changed))) {
     broken.delete(original);
     problems.push(describe(entry, "a formula is not closed; every $ is taken as the sign itself"));
@@ -114,24 +129,72 @@ function reportBroken(broken, problems) {
 // Languages as LaTeX calls them, and as everybody else does.
 const languages = new Map(
   Object.entries({
-    american: "en-US", australian: "en-AU", austrian: "de-AT", brazil: "pt-BR", brazilian: "pt-BR", british: "en-GB",
-    bulgarian: "bg", canadian: "en-CA", catalan: "ca", chinese: "zh", croatian: "hr", czech: "cs", danish: "da",
-    dutch: "nl", english: "en", estonian: "et", finnish: "fi", francais: "fr", french: "fr", german: "de", greek: "el",
-    hebrew: "he", hungarian: "hu", icelandic: "is", italian: "it", japanese: "ja", korean: "ko", latin: "la",
-    latvian: "lv", lithuanian: "lt", magyar: "hu", naustrian: "de-AT", ngerman: "de", norsk: "nb", norwegian: "no",
-    nynorsk: "nn", persian: "fa", polish: "pl", portuges: "pt", portuguese: "pt", romanian: "ro", russian: "ru",
-    serbian: "sr", slovak: "sk", slovene: "sl", slovenian: "sl", spanish: "es", swedish: "sv", swissgerman: "de-CH",
-    turkish: "tr", ukenglish: "en-GB", ukrainian: "uk", usenglish: "en-US",
+    american: "en-US",
+    australian: "en-AU",
+    austrian: "de-AT",
+    brazil: "pt-BR",
+    brazilian: "pt-BR",
+    british: "en-GB",
+    bulgarian: "bg",
+    canadian: "en-CA",
+    catalan: "ca",
+    chinese: "zh",
+    croatian: "hr",
+    czech: "cs",
+    danish: "da",
+    dutch: "nl",
+    english: "en",
+    estonian: "et",
+    finnish: "fi",
+    francais: "fr",
+    french: "fr",
+    german: "de",
+    greek: "el",
+    hebrew: "he",
+    hungarian: "hu",
+    icelandic: "is",
+    italian: "it",
+    japanese: "ja",
+    korean: "ko",
+    latin: "la",
+    latvian: "lv",
+    lithuanian: "lt",
+    magyar: "hu",
+    naustrian: "de-AT",
+    ngerman: "de",
+    norsk: "nb",
+    norwegian: "no",
+    nynorsk: "nn",
+    persian: "fa",
+    polish: "pl",
+    portuges: "pt",
+    portuguese: "pt",
+    romanian: "ro",
+    russian: "ru",
+    serbian: "sr",
+    slovak: "sk",
+    slovene: "sl",
+    slovenian: "sl",
+    spanish: "es",
+    swedish: "sv",
+    swissgerman: "de-CH",
+    turkish: "tr",
+    ukenglish: "en-GB",
+    ukrainian: "uk",
+    usenglish: "en-US",
   }),
 );
 
 // BibLaTeX has lists of publishers and places where CSL has one text.
 function plainFields(item) {
   const fields = Object.entries(item).map(([name, value]) =>
-    Array.isArray(value) && value.every((member) => typeof member === "string") ? [name, value.join(" and ")] : [name, value],
+    Array.isArray(value) && value.every((member) => typeof member === "string")
+      ? [name, value.join(" and ")]
+      : [name, value],
   );
   const plain = Object.fromEntries(fields);
-  const language = typeof plain.language === "string" && languages.get(plain.language.toLowerCase());
+  const language =
+    typeof plain.language === "string" && languages.get(plain.language.toLowerCase());
   return language ? { ...plain, language } : plain;
 }
 
@@ -157,6 +220,10 @@ export function readBibTeX(text) {
   const { results, broken } = convertSound(entries, (sound) => convertReferences(prelude, sound));
   const rescued = convertWithPlainDollars(prelude, broken, problems);
   reportBroken(broken, problems);
-  const references = [...results, ...rescued].map(([{ line, key }, item]) => ({ line, key, item: plainFields(item) }));
+  const references = [...results, ...rescued].map(([{ line, key }, item]) => ({
+    line,
+    key,
+    item: plainFields(item),
+  }));
   return { references: references.sort((left, right) => left.line - right.line), problems };
 }

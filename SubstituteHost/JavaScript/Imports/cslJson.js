@@ -81,7 +81,10 @@ export function readCslJson(text) {
     references = salvaged.references;
     problems.push(...salvaged.problems);
     if (problems.length === 0) {
-      problems.push({ line: 0, reason: `the file is no valid JSON (${error.message}); its items are read one by one` });
+      problems.push({
+        line: 0,
+        reason: `the file is no valid JSON (${error.message}); its items are read one by one`,
+      });
     }
   }
   const sound = references.filter(({ line, item }) => {
@@ -90,5 +93,8 @@ export function readCslJson(text) {
     }
     return isObject(item);
   });
-  return { references: sound.map(({ line, item }) => ({ line, key: keyOf(item), item })), problems };
+  return {
+    references: sound.map(({ line, item }) => ({ line, key: keyOf(item), item })),
+    problems,
+  };
 }

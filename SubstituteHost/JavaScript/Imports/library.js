@@ -19,14 +19,18 @@ const genres = {
 // LaTeX writes an accent on a dotless i or j; composed, the letters are the usual ones.
 function composed(value) {
   if (typeof value === "string") {
-    const dotted = value.replace(/\u0131(?=[\u0300-\u036f])/g, "i").replace(/\u0237(?=[\u0300-\u036f])/g, "j");
+    const dotted = value
+      .replace(/\u0131(?=[\u0300-\u036f])/g, "i")
+      .replace(/\u0237(?=[\u0300-\u036f])/g, "j");
     return dotted.normalize("NFC");
   }
   if (Array.isArray(value)) {
     return value.map(composed);
   }
   if (value !== null && typeof value === "object") {
-    return Object.fromEntries(Object.entries(value).map(([name, member]) => [name, composed(member)]));
+    return Object.fromEntries(
+      Object.entries(value).map(([name, member]) => [name, composed(member)]),
+    );
   }
   return value;
 }

@@ -16,7 +16,10 @@ function cutRecords(text) {
     const [, tag, value = ""] = tagLine.exec(line) ?? [];
     if (tag === "TY") {
       if (record) {
-        problems.push({ line: record.line, reason: "the record has no end (ER); it is taken to end at the next" });
+        problems.push({
+          line: record.line,
+          reason: "the record has no end (ER); it is taken to end at the next",
+        });
       }
       record = { line: index + 1, tags: [["TY", value.trim()]] };
       records.push(record);
@@ -31,7 +34,10 @@ function cutRecords(text) {
     }
   });
   if (record) {
-    problems.push({ line: record.line, reason: "the record has no end (ER); the file may be cut short" });
+    problems.push({
+      line: record.line,
+      reason: "the record has no end (ER); the file may be cut short",
+    });
   }
   return { records, problems };
 }
@@ -42,7 +48,10 @@ function sourceOf({ tags }) {
 }
 
 function convert(records) {
-  const items = plugins.input.chain(records.map(sourceOf).join(""), { forceType: "@ris/file", generateGraph: false });
+  const items = plugins.input.chain(records.map(sourceOf).join(""), {
+    forceType: "@ris/file",
+    generateGraph: false,
+  });
   if (items.length !== records.length) {
     throw new Error("not one reference for each record");
   }
