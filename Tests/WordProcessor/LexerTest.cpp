@@ -85,12 +85,9 @@ TEST(Lexer, SourceLineBreaksAreTokensOfTheirOwn) {
 
 TEST(Lexer, TokensPutTogetherAreTheInputForEveryShortString) {
   const std::string alphabet = "\\{}'a1- \n\xE9";
-  std::vector<std::size_t> digits(6, 0);
-  for (std::size_t length = 0; length <= digits.size(); ++length) {
-    std::size_t count = 1;
-    for (std::size_t index = 0; index < length; ++index) {
-      count *= alphabet.size();
-    }
+  constexpr std::size_t greatestLength = 5;
+  std::size_t count = 1;
+  for (std::size_t length = 0; length <= greatestLength; ++length, count *= alphabet.size()) {
     for (std::size_t number = 0; number < count; ++number) {
       std::string bytes;
       for (std::size_t rest = number; bytes.size() < length; rest /= alphabet.size()) {

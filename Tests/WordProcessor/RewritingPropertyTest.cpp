@@ -125,7 +125,7 @@ void expectOnlyCitationsChangeInAll(const std::vector<std::string> &tokens,
 }
 
 TEST(Rewriting, ChangesOnlyCitationsInEveryShortDocumentWithGroupsAndFormatting) {
-  expectOnlyCitationsChangeInAll({"\\{", "\\}", "{", "}", "a", "\\b", " ", "\\i0 ", "\n"}, 6);
+  expectOnlyCitationsChangeInAll({"\\{", "\\}", "{", "}", "a", "\\b", " ", "\\i0 ", "\n"}, 5);
 }
 
 TEST(Rewriting, ChangesOnlyCitationsInEveryShortDocumentWithFallbacksAndStories) {
@@ -143,7 +143,7 @@ TEST(Rewriting, ChangesOnlyCitationsInRandomDocuments) {
       "\xE9",    "\\bin1 x", "\\f1",        "\\-",       "{\\shptxt ", "\\u0",  "-1"};
   std::mt19937 random(12);
   int understood = 0;
-  for (int round = 0; round < 60'000; ++round) {
+  for (int round = 0; round < 30'000; ++round) {
     std::string rtf = "{\\rtf1\\ansi{\\fonttbl{\\f0\\fcharset0 A;}{\\f1\\fcharset128 B;}}";
     std::size_t depth = 1;
     for (auto length = random() % 24; length > 0; --length) {
@@ -162,7 +162,7 @@ TEST(Rewriting, ChangesOnlyCitationsInRandomDocuments) {
     }
     understood += charactersOf(rtf) ? 1 : 0;
   }
-  EXPECT_GT(understood, 50'000);
+  EXPECT_GT(understood, 25'000);
 }
 
 TEST(Rewriting, HostileBytesAreRefusedOrLeftAsTheyAre) {

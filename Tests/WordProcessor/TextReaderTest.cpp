@@ -11,6 +11,7 @@ namespace {
 using testing::documentWith;
 using testing::errorOf;
 using testing::textOf;
+using namespace std::string_view_literals;
 
 std::string textOfBody(std::string_view body) {
   return textOf(documentWith(body)).value_or("(refused)");
@@ -29,7 +30,7 @@ TEST(TextReader, PicturesObjectsAndListNumbersAreNoText) {
 }
 
 TEST(TextReader, BinaryDataIsNoText) {
-  EXPECT_EQ(textOfBody(std::string("a{\\pict\\bin5 }}\\{x}b") + std::string("\\bin2 }}", 8)), "ab");
+  EXPECT_EQ(textOfBody("a{\\pict\\bin5 }}\\{x}b\\bin2 }}"), "ab");
 }
 
 TEST(TextReader, UnknownIgnorableDestinationsAreNoText) {
@@ -104,7 +105,7 @@ TEST(TextReader, FirstSurrogateAloneIsNothingAndSecondAloneTheReplacementCharact
 }
 
 TEST(TextReader, NulCharactersAreNothing) {
-  EXPECT_EQ(textOfBody(std::string("a\\u0 ?b\\'00c\0d", 16)), "abcd");
+  EXPECT_EQ(textOfBody("a\\u0 ?b\\'00c\0d"sv), "abcd");
 }
 
 TEST(TextReader, BytesAreReadInTheCodePageOfTheFont) {
@@ -171,7 +172,7 @@ TEST(TextReader, BracesTooManyAreRefused) {
 }
 
 TEST(TextReader, PaddingAfterTheDocumentIsAllowed) {
-  EXPECT_EQ(textOf(std::string("{\\rtf1 a}\r\n\0\x1A ", 14)), "a");
+  EXPECT_EQ(textOf("{\\rtf1 a}\r\n\0\x1A "sv), "a");
 }
 
 TEST(TextReader, DeepGroupsAreReadAndTooDeepOnesRefused) {
