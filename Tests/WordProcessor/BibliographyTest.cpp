@@ -74,13 +74,14 @@ TEST(Bibliography, EntriesBringTheirIndentsButNoFonts) {
             "{\\li360\\lin360\\fi-360\\tx360\\b0\\i0\\scaps0\\ulnone\\nosupersub\\uc0 "
             "Ko\\u322 akowski, L. {\\i Main Currents}.\\par}\n");
   EXPECT_EQ(bibliographyInBodyFormat({entries.front()}, {28, 3, 22}),
-            "{\\pard\\plain\\s28\\li360\\lin360\\fi-360\\tx360\\f3\\fs22\\uc0 "
+            "{\\pard\\plain\\s28\\ql\\li360\\lin360\\fi-360\\tx360\\f3\\fs22\\uc0 "
             "Ko\\u322 akowski, L. {\\i Main Currents}.\\par}\n");
 }
 
 TEST(Bibliography, BodyFormatThatTheDocumentDoesNotNameIsLeftOut) {
   const Bibliography entries = *readBibliography("{\\rtf1 a}");
-  EXPECT_EQ(bibliographyInBodyFormat(entries, {}), "{\\pard\\plain\\li0\\lin0\\fi0\\uc0 a\\par}\n");
+  EXPECT_EQ(bibliographyInBodyFormat(entries, {}),
+            "{\\pard\\plain\\ql\\li0\\lin0\\fi0\\uc0 a\\par}\n");
 }
 
 TEST(Bibliography, SmallCapitalsAreKept) {

@@ -106,8 +106,8 @@ TEST(FormattedDocument, ParagraphsEndThatEndedAControlWordLeavesABlank) {
 TEST(FormattedDocument, BibliographyGoesToTheEndOtherwise) {
   EXPECT_EQ(formattedBody("\\pard\\f0\\fs20 text", "", twoEntries()),
             "\\pard\\f0\\fs20 text\\par\n"
-            "{\\pard\\plain\\li720\\lin720\\fi-720\\f0\\fs20\\uc0 A\\par}\n"
-            "{\\pard\\plain\\li720\\lin720\\fi-720\\f0\\fs20\\uc0 B\\par}\n");
+            "{\\pard\\plain\\ql\\li720\\lin720\\fi-720\\f0\\fs20\\uc0 A\\par}\n"
+            "{\\pard\\plain\\ql\\li720\\lin720\\fi-720\\f0\\fs20\\uc0 B\\par}\n");
 }
 
 TEST(FormattedDocument, BibliographyAtTheEndComesBeforeTrailingDestinations) {

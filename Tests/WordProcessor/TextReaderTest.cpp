@@ -104,9 +104,7 @@ TEST(TextReader, FirstSurrogateAloneIsNothingAndSecondAloneTheReplacementCharact
   EXPECT_EQ(textOfBody("\\uc0\\u-10179 x\\u-10179\\'62\\u-8704 y"), "xb\xEF\xBF\xBDy");
 }
 
-TEST(TextReader, NulCharactersAreNothing) {
-  EXPECT_EQ(textOfBody("a\\u0 ?b\\'00c\0d"sv), "abcd");
-}
+TEST(TextReader, NulCharactersAreNothing) { EXPECT_EQ(textOfBody("a\\u0 ?b\\'00c\0d"sv), "abcd"); }
 
 TEST(TextReader, BytesAreReadInTheCodePageOfTheFont) {
   EXPECT_EQ(textOf("{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl{\\f0\\fcharset0 A;}"

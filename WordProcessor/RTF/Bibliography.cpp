@@ -92,6 +92,8 @@ std::string bibliographyInBodyFormat(const Bibliography &bibliography, const Bod
   if (body.style >= 0) {
     before += controlWord("s", body.style);
   }
+  // Justified lines would tear short entries apart.
+  before += "\\ql";
   std::string after;
   if (body.font >= 0) {
     after += controlWord("f", body.font);

@@ -1,0 +1,130 @@
+#include "Conversation.h"
+
+#include <Formats/CitationResolution.h>
+#include <Formats/CitationText.h>
+#include <Formats/RecordMarkup.h>
+#include <Formats/Unicode.h>
+#include <Formats/VerifiedMarker.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace wordprocessor {
+
+namespace {
+
+std::string countOf(std::size_t count, std::string_view things) {
+  return std::to_string(count) + ' ' + std::string(things);
+}
+
+std::expected<void, std::string> checkBelongs(std::string_view answer, std::uint32_t documentID,
+                                              std::uint32_t expectedID, std::size_t count,
+                                              std::size_t expectedCount) {
+  if (documentID != expectedID) {
+    return std::unexpected(std::string(answer) + " belongs to another document");
+  }
+  if (count != expectedCount) {
+    return std::unexpected(std::string(answer) + " holds " + countOf(count, "citations") +
+                           " where " + std::to_string(expectedCount) + " were asked for");
+  }
+  return {};
+}
+
+// Whether there is a citation in the text and all of them ask not to be shown.
+bool asksToBeHidden(std::string_view citation) {
+  const std::u16string text = formats::decodeUTF8(formats::withoutVerifiedMarkers(citation));
+  bool isHidden = false;
+  for (const std::u16string_view component : formats::citationComponents(text)) {
+    const formats::CitationText parsed = formats::parseCitationText(component);
+    if (parsed.searchText.empty()) {
+      continue;
+    }
+    if (!parsed.excludeFromBody) {
+      return false;
+    }
+    isHidden = true;
+  }
+  return isHidden;
+}
+
+bool isFormatted(const FormattedText &text, std::string_view citation) {
+  const std::string plain = plainText(text);
+  if (plain.empty()) {
+    return asksToBeHidden(citation);
+  }
+  return !(plain.starts_with('{') && plain.ends_with('}'));
+}
+
+}  // namespace
+
+std::vector<formats::CitationPair> citationPairs(std::span<const Citation> citations) {
+  std::vector<formats::CitationPair> pairs;
+  pairs.reserve(citations.size());
+  for (const Citation &citation : citations) {
+    pairs.push_back({citation.text, formats::withoutVerifiedMarkers(citation.text)});
+  }
+  return pairs;
+}
+
+std::size_t FormattedCitations::count() const {
+  return static_cast<std::size_t>(
+      std::count_if(texts.begin(), texts.end(), [](const auto &text) { return text.has_value(); }));
+}
+
+std::expected<FormattedCitations, std::string> readScanReply(std::string_view payload,
+                                                             std::uint32_t documentID,
+                                                             std::span<const Citation> citations,
+                                                             bool wantsBibliography) {
+  const auto reply = formats::decodeScanReply(payload);
+  if (!reply) {
+    return std::unexpected(reply.error());
+  }
+  if (const auto belongs = checkBelongs("scan reply", reply->documentID, documentID,
+                                        reply->groups.size(), citations.size());
+      !belongs) {
+    return std::unexpected(belongs.error());
+  }
+  FormattedCitations formatted;
+  formatted.styleName = reply->styleName;
+  for (std::size_t index = 0; index < citations.size(); ++index) {
+    auto text = readPidginRTF(reply->groups[index]);
+    if (!text) {
+      return std::unexpected("scan reply: for {" + citations[index].text + "}: " + text.error());
+    }
+    const bool counts = isFormatted(*text, citations[index].text);
+    formatted.texts.push_back(counts ? std::optional(std::move(*text)) : std::nullopt);
+  }
+  // The host may send one that was asked for earlier.
+  if (wantsBibliography && reply->bibliography) {
+    auto bibliography = readBibliography(*reply->bibliography);
+    if (!bibliography) {
+      return std::unexpected("the bibliography is broken: " + bibliography.error());
+    }
+    formatted.bibliography = std::move(*bibliography);
+  }
+  return formatted;
+}
+
+std::expected<std::vector<CheckedCitation>, std::string> readCitationResolution(
+    std::string_view payload, std::uint32_t documentID, std::size_t citationCount) {
+  const auto resolution = formats::decodeCitationResolution(payload);
+  if (!resolution) {
+    return std::unexpected(resolution.error());
+  }
+  if (const auto belongs = checkBelongs("citation resolution", resolution->documentID, documentID,
+                                        resolution->citations.size(), citationCount);
+      !belongs) {
+    return std::unexpected(belongs.error());
+  }
+  std::vector<CheckedCitation> checked;
+  for (const formats::ResolvedCitation &resolved : resolution->citations) {
+    CheckedCitation &entry = checked.emplace_back();
+    entry.citation = resolved.citation;
+    for (const std::string_view record : formats::tagsInRecordMarkup(resolved.markup)) {
+      entry.records.emplace_back(record);
+    }
+  }
+  return checked;
+}
+
+}  // namespace wordprocessor

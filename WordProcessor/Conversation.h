@@ -1,0 +1,55 @@
+// The requests of a scan and what comes back, checked: a document is rewritten only from an answer
+// that belongs to it and is whole.
+#pragma once
+
+#include <Formats/ScanReply.h>
+#include <Formats/ScanRequest.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <expected>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "RTF/Bibliography.h"
+#include "RTF/CitationFinder.h"
+#include "RTF/FormattedText.h"
+
+namespace wordprocessor {
+
+// As the document's citations travel: the text between the braces and, for a receiver that
+// passes over what begins with "verified", the text without such markers. Views into the
+// citations.
+std::vector<formats::CitationPair> citationPairs(std::span<const Citation> citations);
+
+struct FormattedCitations {
+  std::string styleName;  // UTF-8
+  // One for each citation. None where the host formatted nothing: the citation stays as it is.
+  std::vector<std::optional<FormattedText>> texts;
+  // Nothing if the answer holds none, or none was wanted.
+  std::optional<Bibliography> bibliography;
+
+  std::size_t count() const;  // of the citations that were formatted
+};
+
+// What the answer to a scan says of these citations. A citation that the host could not format
+// comes back as text in braces. Nothing at all is an answer only to citations that ask not to
+// be shown.
+std::expected<FormattedCitations, std::string> readScanReply(std::string_view payload,
+                                                             std::uint32_t documentID,
+                                                             std::span<const Citation> citations,
+                                                             bool wantsBibliography);
+
+// The answer to a preliminary scan: for each citation the parts that the host reads in it.
+struct CheckedCitation {
+  std::string citation;
+  std::vector<std::string> records;
+};
+
+std::expected<std::vector<CheckedCitation>, std::string> readCitationResolution(
+    std::string_view payload, std::uint32_t documentID, std::size_t citationCount);
+
+}  // namespace wordprocessor

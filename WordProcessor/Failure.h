@@ -1,0 +1,23 @@
+// Why a command ends without having done its work.
+#pragma once
+
+#include <string>
+
+namespace wordprocessor {
+
+// The process's exit statuses.
+enum class Status : int {
+  done = 0,
+  cancelledByHost = 1,
+  wrongUsage = 2,
+  noHost = 3,
+  brokenDocumentOrReply = 4
+};
+
+struct Failure {
+  Status status = Status::brokenDocumentOrReply;
+  // For standard error: one line, without a full stop.
+  std::string line;
+};
+
+}  // namespace wordprocessor

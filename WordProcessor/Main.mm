@@ -1,0 +1,35 @@
+// The process `mellel`: one command, one exit status, one line where something is wrong.
+#include <Platform/AutoreleasePool.h>
+
+#include <exception>
+#include <iostream>
+#include <string>
+
+#include "Commands.h"
+#include "Options.h"
+
+namespace {
+
+int tell(const wordprocessor::Failure &failure) {
+  std::cerr << "mellel: " << failure.line << std::endl;
+  return static_cast<int>(failure.status);
+}
+
+}  // namespace
+
+int main(int argc, char *argv[]) {
+  using wordprocessor::Status;
+  const platform::AutoreleasePool pool;
+  const auto options = wordprocessor::parseOptions({argv + 1, argv + argc});
+  if (!options) {
+    return tell({Status::wrongUsage, options.error()});
+  }
+  const auto done = wordprocessor::run(*options);
+  if (!done) {
+    return tell(done.error());
+  }
+  if (!std::cout.flush()) {
+    return tell({Status::brokenDocumentOrReply, "cannot write to standard output"});
+  }
+  return static_cast<int>(Status::done);
+}

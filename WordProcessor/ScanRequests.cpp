@@ -1,0 +1,95 @@
+#include "ScanRequests.h"
+
+#include <Formats/EventTable.h>
+#include <Formats/ScanRequest.h>
+
+namespace wordprocessor {
+
+namespace {
+
+std::unexpected<Failure> broken(const std::string &line) {
+  return std::unexpected(
+      Failure{Status::brokenDocumentOrReply, "Korvo's answer is broken: " + line});
+}
+
+std::string citationsOf(const Document &document) {
+  const std::size_t count = document.text.citations.size();
+  return std::to_string(count) + (count == 1 ? " citation" : " citations");
+}
+
+std::expected<FormattedCitations, Failure> checkedReply(const std::string &payload,
+                                                        std::uint32_t documentID,
+                                                        const Document &document,
+                                                        const FormatOptions &options) {
+  auto formatted =
+      readScanReply(payload, documentID, document.text.citations, options.wantsBibliography);
+  if (!formatted) {
+    return broken(formatted.error());
+  }
+  return std::move(*formatted);
+}
+
+std::expected<FormattedCitations, Failure> formatByScan(Host &host, const Document &document,
+                                                        const FormatOptions &options) {
+  const std::uint32_t documentID = makeDocumentID();
+  if (const auto checked = checkCitations(host, document, documentID); !checked) {
+    return std::unexpected(checked.error());
+  }
+  const Request request{
+      formats::request::finalScan,
+      formats::encodeFinalScanRequest(documentID, options.wantsBibliography, options.style,
+                                      citationPairs(document.text.citations)),
+      "waiting for Korvo to format " + citationsOf(document), true};
+  const auto payload = host.ask(request, {formats::mellelSignature, formats::answer::finalScan});
+  if (!payload) {
+    return std::unexpected(payload.error());
+  }
+  return checkedReply(*payload, documentID, document, options);
+}
+
+std::expected<FormattedCitations, Failure> formatLive(Host &host, const Document &document,
+                                                      const FormatOptions &options) {
+  const Request request{
+      formats::request::liveBibliography,
+      formats::encodeLiveBibliographyRequest(makeDocumentID(), options.wantsBibliography,
+                                             options.style, citationPairs(document.text.citations)),
+      "waiting for Korvo to format " + citationsOf(document), false};
+  const auto payload = host.askForReply(request);
+  if (!payload) {
+    return std::unexpected(payload.error());
+  }
+  if (!*payload) {
+    return std::unexpected(Failure{Status::cancelledByHost, "cancelled in Korvo"});
+  }
+  // A live bibliography belongs to no document: it is answered with the ID 0.
+  return checkedReply(**payload, 0, document, options);
+}
+
+}  // namespace
+
+std::expected<std::vector<CheckedCitation>, Failure> checkCitations(Host &host,
+                                                                    const Document &document,
+                                                                    std::uint32_t documentID) {
+  const Request request{
+      formats::request::preliminaryScan,
+      formats::encodePreliminaryScanRequest(documentID, citationPairs(document.text.citations)),
+      "waiting for Korvo to look up " + citationsOf(document), false};
+  const auto payload =
+      host.ask(request, {formats::mellelSignature, formats::answer::citationResolution});
+  if (!payload) {
+    return std::unexpected(payload.error());
+  }
+  auto checked = readCitationResolution(*payload, documentID, document.text.citations.size());
+  if (!checked) {
+    return broken(checked.error());
+  }
+  return *checked;
+}
+
+std::expected<FormattedCitations, Failure> formatCitations(Host &host, const Document &document,
+                                                           const FormatOptions &options) {
+  return options.isLive ? formatLive(host, document, options)
+                        : formatByScan(host, document, options);
+}
+
+}  // namespace wordprocessor
