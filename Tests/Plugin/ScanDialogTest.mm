@@ -4,6 +4,7 @@
 // title bars: GNUstep draws them itself.
 
 #import <KOMellelScanController.h>
+#import <KorvoMellelAgent+Private.h>
 
 #include <Formats/ScanReply.h>
 #include <Formats/ScanRequest.h>
@@ -298,6 +299,39 @@ TEST_F(ScanDialog, ClosedDialogsLeaveNoWindowsBehind) {
     [pool drain];
   }
   EXPECT_LE([[NSApp windows] count], before + 1);
+}
+
+// AppKit's beep, counted: the drawing context's table of functions is exchanged for a copy.
+int beeps = 0;
+void countBeep(NSGraphicsContext *, SEL) { ++beeps; }
+
+class BeepCounter {
+ public:
+  BeepCounter() : context_(GSCurrentContext()), original_(context_->methods), table_(*original_) {
+    beeps = 0;
+    table_.NSBeep = countBeep;
+    context_->methods = &table_;
+  }
+  ~BeepCounter() { context_->methods = original_; }
+  BeepCounter(const BeepCounter &) = delete;
+  BeepCounter &operator=(const BeepCounter &) = delete;
+
+ private:
+  NSGraphicsContext *context_;
+  const gsMethodTable *original_;
+  gsMethodTable table_;
+};
+
+TEST_F(ScanDialog, InsertionThatCannotBeSentBeepsOnceAndOneThatCanDoesNot) {
+  platform::RecordingCarrier carrier;
+  const BeepCounter counter;
+  id agent = [NSClassFromString(@"KorvoMellelAgent") defaultInstance];
+  [agent insertCitation:@"A"];
+  EXPECT_EQ(beeps, 0);
+  carrier.sendResult = std::unexpected(OSStatus{procNotFound});
+  [agent insertCitation:@"A"];
+  EXPECT_EQ(beeps, 1);
+  EXPECT_THAT(log_->lines(), IsEmpty());
 }
 
 // The whole way of a final scan with the application, the dialog and the RTF conversion real.
