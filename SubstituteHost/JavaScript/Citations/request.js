@@ -33,7 +33,8 @@ function readCite(request, cite) {
   const entry = { id: itemId(request.citeItems[cite]) };
   const [locator, prefix, suffix] = request.citeTexts.slice(3 * cite, 3 * cite + 3).map(cleanText);
   if (locator.trim()) {
-    entry.locator = locator.trim();
+    // Styles that shorten page ranges know them by the hyphen only; all print the dash.
+    entry.locator = locator.trim().replace(/(\d)\s*–\s*(?=\d)/g, "$1-");
     entry.label = "page";
   }
   if (prefix) {
