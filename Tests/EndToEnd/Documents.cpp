@@ -169,7 +169,7 @@ Cut cutAtBraces(const std::string &rtf) {
   Cut cut;
   std::size_t literalBegin = 0;
   // In what comes before the first paragraph, braces belong to the names of list markers.
-  std::size_t position = rtf.find("\n\\pard");
+  std::size_t position = rtf.find("\\pard");
   while ((position = rtf.find("\\{", position)) != std::string::npos) {
     const std::size_t end = rtf.find("\\}", position);
     if (end == std::string::npos) {

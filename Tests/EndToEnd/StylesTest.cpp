@@ -70,6 +70,21 @@ TEST(Styles, ApaKnowsParticlesAccentsAndOtherAlphabets) {
   EXPECT_EQ(copy.formatted("{Vaswani et al. 2017#vaswani2017}"), "(Vaswani et al., 2017)");
 }
 
+TEST(Styles, ApaLeavesOutOneCitationOfAGroupAndStillListsIt) {
+  const Scan copy = scanInStyle(notes, "apa");
+  EXPECT_EQ(copy.formatted("{Turing 1950#turing1950@442;!Smith 1996#smith1996}"),
+            "(Turing, 1950, p. 442)");
+  EXPECT_THAT(copy.bibliography(), HasSubstr("Smith, B. C. (1996)"));
+}
+
+TEST(Styles, ApaSetsCitationsInTableCellsAndFootnotes) {
+  const Scan copy = scanInStyle(essay, "apa");
+  EXPECT_EQ(copy.formatted("{Ångström 1868#angstrom1868}"), "(Ångström, 1868)");
+  EXPECT_EQ(copy.formatted("{Watson and Crick 1953#watson1953@737; Franklin and Gosling 1953\\, "
+                           "both cautious\\#franklin1953}"),
+            "(Franklin & Gosling, 1953, both cautious; Watson & Crick, 1953, p. 737)");
+}
+
 TEST(Styles, IeeeNumbersInOrderOfAppearance) {
   const Scan copy = scanInStyle(essay, "ieee");
   EXPECT_EQ(copy.formatted("{Mars Climate Orbiter Board 1999#mco1999}"), "[1]");

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <sstream>
 
 #include "Applications.h"
 
@@ -18,10 +19,18 @@ constexpr int usageError = 2;
 constexpr int noHost = 3;
 constexpr int brokenDocument = 4;
 
-// Exactly one line, and it says something.
+// Exactly one line, and it says something. Lines about a wait, which come on a slow machine only,
+// end with dots and do not count.
 void expectOneLine(const std::string &text) {
-  EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 1) << text;
-  EXPECT_GT(text.size(), 10u) << text;
+  std::istringstream lines(text);
+  int count = 0;
+  for (std::string line; std::getline(lines, line);) {
+    if (!line.ends_with("...")) {
+      ++count;
+      EXPECT_GT(line.size(), 10u) << text;
+    }
+  }
+  EXPECT_EQ(count, 1) << text;
 }
 
 TEST(Trouble, WithoutAHostTheScanSaysSo) {

@@ -14,6 +14,8 @@ class Window {
   // Clicks at a place within the window, in pixels: from the left edge, or from the right one when
   // negative; from the upper edge, or from the lower one when negative.
   void click(int x, int y) const;
+  // The same, but the button goes up so many pixels further down: how an item is taken from a menu.
+  void clickAndDrag(int x, int y, int down) const;
   // Types keys by their X names ("Return"); the window gets the keyboard first.
   void press(const std::string &key) const;
 
