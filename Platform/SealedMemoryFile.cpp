@@ -46,8 +46,11 @@ std::expected<SealedMemoryFile, OSStatus> SealedMemoryFile::open(int descriptor,
   const int seals = fcntl(descriptor, F_GET_SEALS);
   struct stat status {};
   if (seals < 0 || (seals & allSeals) != allSeals || fstat(descriptor, &status) != 0 ||
-      status.st_size < 0 || static_cast<std::size_t>(status.st_size) > largestSize) {
+      status.st_size < 0) {
     return std::unexpected(OSStatus{errAECorruptData});
+  }
+  if (static_cast<std::size_t>(status.st_size) > largestSize) {
+    return std::unexpected(OSStatus{memFullErr});
   }
   SealedMemoryFile file;
   if (auto mapped = file.map(descriptor, static_cast<std::size_t>(status.st_size)); !mapped) {

@@ -19,8 +19,8 @@ class SealedMemoryFile {
   static std::expected<SealedMemoryFile, OSStatus> create(std::span<const std::byte> contents);
 
   /// Maps the file behind a descriptor that somebody else made; the descriptor stays the caller's.
-  /// errAECorruptData when it is no memory file, lacks a seal or is longer than `largestSize`
-  /// bytes; memFullErr.
+  /// errAECorruptData when it is no memory file or lacks a seal; memFullErr when it is longer than
+  /// `largestSize` bytes or cannot be mapped.
   static std::expected<SealedMemoryFile, OSStatus> open(int descriptor, std::size_t largestSize);
 
   SealedMemoryFile(SealedMemoryFile &&other) noexcept;

@@ -1,21 +1,170 @@
 #include <Platform/Bus/BusCarrier.h>
+#include <Platform/Bus/BusConnection.h>
+#include <Platform/Bus/BusNames.h>
+#include <Platform/Bus/EventInbox.h>
+#include <Platform/Bus/ParameterCodec.h>
+
+#include <algorithm>
+#include <string>
 
 namespace platform {
 namespace {
 
-/// Reaches nobody yet.
+constexpr std::chrono::seconds defaultTimeOut{60};
+constexpr long ticksInASecond = 60;
+
+std::chrono::microseconds asDuration(long timeOutInTicks) {
+  if (timeOutInTicks == kNoTimeOut) {
+    return BusConnection::noTimeOut;
+  }
+  if (timeOutInTicks == kAEDefaultTimeout) {
+    return defaultTimeOut;
+  }
+  // A century: far enough from the end of the clock's range.
+  constexpr long longest = 100L * 366 * 24 * 3600 * ticksInASecond;
+  return std::chrono::microseconds(std::min(timeOutInTicks, longest) * 1'000'000 / ticksInASecond);
+}
+
+/// A call of the other process's object that never starts a process.
+std::expected<Message, OSStatus> newCall(sd_bus *bus, const std::string &destination,
+                                         const char *method, bool wantsReply) {
+  sd_bus_message *message = nullptr;
+  if (sd_bus_message_new_method_call(bus, &message, destination.c_str(), objectPath, interfaceName,
+                                     method) < 0) {
+    return std::unexpected(OSStatus{memFullErr});
+  }
+  Message call = adoptMessage(message);
+  if (sd_bus_message_set_auto_start(message, 0) < 0 ||
+      sd_bus_message_set_expect_reply(message, wantsReply ? 1 : 0) < 0) {
+    return std::unexpected(OSStatus{memFullErr});
+  }
+  return call;
+}
+
 class BusCarrier final : public Carrier {
-  std::expected<Parameters, OSStatus> send(const OutgoingEvent &) override {
-    return std::unexpected(OSStatus{connectionInvalid});
-  }
-  std::expected<std::vector<Process>, OSStatus> processes() override {
-    return std::unexpected(OSStatus{connectionInvalid});
-  }
-  std::expected<Process, OSStatus> process(ProcessSerialNumber) override {
-    return std::unexpected(OSStatus{connectionInvalid});
-  }
-  OSStatus activate(ProcessSerialNumber) override { return connectionInvalid; }
+ public:
+  std::expected<Parameters, OSStatus> send(const OutgoingEvent &event) override;
+  std::expected<std::vector<Process>, OSStatus> processes() override;
+  std::expected<Process, OSStatus> process(ProcessSerialNumber serialNumber) override;
+  OSStatus activate(ProcessSerialNumber serialNumber) override;
+
+ private:
+  /// The connection that has the name at this moment.
+  std::expected<std::string, OSStatus> ownerOf(FourCharCode signature);
+  /// A serial number is the process's number on this machine and the signature that it declared.
+  std::expected<Process, OSStatus> processOfSignature(FourCharCode signature);
+
+  BusConnection &connection() { return BusConnection::session(); }
 };
+
+std::expected<std::string, OSStatus> BusCarrier::ownerOf(FourCharCode signature) {
+  const auto reply = connection().ask("GetNameOwner", busName(signature));
+  if (!reply) {
+    return std::unexpected(reply.error());
+  }
+  const char *owner = nullptr;
+  if (sd_bus_message_read_basic(reply->get(), 's', &owner) <= 0) {
+    return std::unexpected(OSStatus{connectionInvalid});
+  }
+  return owner;
+}
+
+std::expected<Parameters, OSStatus> BusCarrier::send(const OutgoingEvent &event) {
+  // A message without reply would be dropped silently where nobody has the name: ask first.
+  const auto owner = ownerOf(event.targetSignature);
+  if (!owner) {
+    return std::unexpected(owner.error());
+  }
+  const auto bus = connection().open();
+  if (!bus) {
+    return std::unexpected(bus.error());
+  }
+  const char *ownName = nullptr;
+  if (event.wantsReply && sd_bus_get_unique_name(*bus, &ownName) >= 0 && *owner == ownName) {
+    // Nothing is dispatched during a wait, so this one would never end.
+    return std::unexpected(OSStatus{errAEEventFailed});
+  }
+  const auto call = newCall(*bus, *owner, "Send", event.wantsReply);
+  if (!call) {
+    return std::unexpected(call.error());
+  }
+  if (sd_bus_message_append(call->get(), "uu", event.eventClass, event.eventID) < 0) {
+    return std::unexpected(OSStatus{memFullErr});
+  }
+  if (const auto appended = appendParameters(call->get(), event.parameters); !appended) {
+    return std::unexpected(appended.error());
+  }
+  if (!event.wantsReply) {
+    const OSStatus status = connection().send(call->get());
+    connection().arm();
+    return status == noErr ? std::expected<Parameters, OSStatus>() : std::unexpected(status);
+  }
+  const auto reply = connection().call(call->get(), asDuration(event.timeOutInTicks));
+  if (!reply) {
+    return std::unexpected(reply.error());
+  }
+  if (sd_bus_message_has_signature(reply->get(), parametersSignature) <= 0) {
+    return std::unexpected(OSStatus{errAECorruptData});
+  }
+  return readParameters(*reply, largestInboxSize);
+}
+
+std::expected<Process, OSStatus> BusCarrier::processOfSignature(FourCharCode signature) {
+  const auto reply = connection().ask("GetConnectionUnixProcessID", busName(signature));
+  if (!reply) {
+    return std::unexpected(reply.error());
+  }
+  UInt32 processNumber = 0;
+  if (sd_bus_message_read_basic(reply->get(), 'u', &processNumber) <= 0) {
+    return std::unexpected(OSStatus{connectionInvalid});
+  }
+  return Process{{processNumber, signature}, signature};
+}
+
+std::expected<std::vector<Process>, OSStatus> BusCarrier::processes() {
+  const auto names = connection().listNames();
+  if (!names) {
+    return std::unexpected(names.error());
+  }
+  std::vector<Process> found;
+  for (const std::string &name : *names) {
+    const auto signature = signatureInBusName(name);
+    // One that ended since the names were listed is left out.
+    if (const auto process =
+            signature ? processOfSignature(*signature) : std::unexpected(OSStatus{procNotFound})) {
+      found.push_back(*process);
+    }
+  }
+  std::ranges::sort(found, {}, &Process::signature);
+  return found;
+}
+
+std::expected<Process, OSStatus> BusCarrier::process(ProcessSerialNumber serialNumber) {
+  const auto running = processOfSignature(serialNumber.lowLongOfPSN);
+  if (running && running->serialNumber.highLongOfPSN != serialNumber.highLongOfPSN) {
+    return std::unexpected(OSStatus{procNotFound});
+  }
+  return running;
+}
+
+OSStatus BusCarrier::activate(ProcessSerialNumber serialNumber) {
+  const auto running = process(serialNumber);
+  if (!running) {
+    return running.error();
+  }
+  const auto bus = connection().open();
+  if (!bus) {
+    return bus.error();
+  }
+  // Without reply: the other process may itself be waiting for a reply of this one.
+  const auto call = newCall(*bus, busName(running->signature), "Activate", false);
+  if (!call) {
+    return call.error();
+  }
+  const OSStatus status = connection().send(call->get());
+  connection().arm();
+  return status;
+}
 
 }  // namespace
 

@@ -1,0 +1,266 @@
+#include <ApplicationServices/MacErrors.h>
+#include <Platform/Bus/BusConnection.h>
+#include <Platform/Bus/BusNames.h>
+#include <poll.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <utility>
+
+namespace platform {
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::milliseconds firstPause = 250ms;
+constexpr std::chrono::milliseconds longestPause = 4s;
+/// So that a flood of messages leaves the run loop time for other things.
+constexpr int messagesInOneTurn = 1000;
+
+constexpr char driverName[] = "org.freedesktop.DBus";
+constexpr char driverPath[] = "/org/freedesktop/DBus";
+
+struct AwaitedReply {
+  Message message;
+
+  static int arrived(sd_bus_message *message, void *self, sd_bus_error *) {
+    static_cast<AwaitedReply *>(self)->message = shareMessage(message);
+    return 1;
+  }
+};
+
+std::uint64_t asBusTime(std::chrono::microseconds timeOut) {
+  // sd-bus takes 0 for its own default.
+  return timeOut == BusConnection::noTimeOut
+             ? UINT64_MAX
+             : static_cast<std::uint64_t>(std::max(timeOut, 1us).count());
+}
+
+}  // namespace
+
+BusConnection &BusConnection::session() {
+  static BusConnection *connection = new BusConnection();
+  return *connection;
+}
+
+BusConnection::BusConnection()
+    : wakeUp_([this] { runLoopTurn(); }),
+      reconnection_([this] { reconnect(); }),
+      pause_(firstPause) {}
+
+std::expected<sd_bus *, OSStatus> BusConnection::open() {
+  if (bus_ != nullptr && !hasHungUp()) {
+    return bus_.get();
+  }
+  // What arrived before the bus went away is still to be had.
+  processWaiting();
+  drop();
+  sd_bus *opened = nullptr;
+  const char *uniqueName = nullptr;
+  if (sd_bus_open_user_with_description(&opened, "apple-events") < 0) {
+    return std::unexpected(OSStatus{connectionInvalid});
+  }
+  Connection connection(opened);
+  // The bus's greeting is awaited, to know that somebody is there.
+  if (sd_bus_get_unique_name(opened, &uniqueName) < 0) {
+    return std::unexpected(OSStatus{connectionInvalid});
+  }
+  bus_ = std::move(connection);
+  descriptor_ =
+      std::make_unique<RunLoopDescriptor>(sd_bus_get_fd(opened), [this] { runLoopTurn(); });
+  reconnection_.cancel();
+  pause_ = firstPause;
+  for (BusClient *client : std::vector(clients_)) {
+    client->busIsBack(opened);
+  }
+  arm();
+  return opened;
+}
+
+void BusConnection::addClient(BusClient *client) { clients_.push_back(client); }
+
+void BusConnection::removeClient(BusClient *client) {
+  std::erase(clients_, client);
+  if (clients_.empty()) {
+    reconnection_.cancel();
+  }
+}
+
+void BusConnection::addTask(std::function<void()> task) {
+  tasks_.push_back(std::move(task));
+  wakeUp_.callAfter(0us);
+}
+
+OSStatus BusConnection::send(sd_bus_message *message) {
+  sd_bus *bus = sd_bus_message_get_bus(message);
+  const int sent = sd_bus_send(bus, message, nullptr);
+  const int flushed = sent < 0 ? sent : sd_bus_flush(bus);
+  if (flushed >= 0) {
+    return noErr;
+  }
+  if (bus == bus_.get() && !isOpen()) {
+    drop();
+  }
+  return flushed == -ENOBUFS || flushed == -ENOMEM ? memFullErr : connectionInvalid;
+}
+
+std::expected<Message, OSStatus> BusConnection::call(sd_bus_message *message,
+                                                     std::chrono::microseconds timeOut) {
+  sd_bus *bus = sd_bus_message_get_bus(message);
+  AwaitedReply reply;
+  sd_bus_slot *slot = nullptr;
+  const auto start = Clock::now();
+  if (sd_bus_call_async(bus, &slot, message, AwaitedReply::arrived, &reply, asBusTime(timeOut)) <
+      0) {
+    if (!isOpen()) {
+      drop();
+    }
+    return std::unexpected(OSStatus{connectionInvalid});
+  }
+  const Slot awaited(slot);
+  while (reply.message == nullptr) {
+    int result = sd_bus_process(bus, nullptr);
+    if (result == 0 && reply.message == nullptr) {
+      result = sd_bus_wait(bus, UINT64_MAX);
+    }
+    if (result < 0 && result != -EINTR) {
+      drop();
+      return std::unexpected(OSStatus{connectionInvalid});
+    }
+  }
+  arm();
+  const sd_bus_error *error = sd_bus_message_get_error(reply.message.get());
+  if (error == nullptr) {
+    return reply.message;
+  }
+  // sd-bus words a time-out of its own as the bus words the death of the one who should answer.
+  const OSStatus status = statusOfError(error->name);
+  const bool isLate = timeOut != noTimeOut && Clock::now() - start >= timeOut;
+  return std::unexpected(status == connectionInvalid && isLate ? OSStatus{errAETimeout} : status);
+}
+
+std::expected<Message, OSStatus> BusConnection::askOn(sd_bus *bus, const char *method,
+                                                      const std::string &name) {
+  BusError error;
+  sd_bus_message *reply = nullptr;
+  const char *types = name.empty() ? nullptr : "s";
+  if (sd_bus_call_method(bus, driverName, driverPath, driverName, method, error.out(), &reply,
+                         types, name.c_str()) >= 0) {
+    return adoptMessage(reply);
+  }
+  const char *errorName = error.get().name;
+  return std::unexpected(errorName == nullptr ? OSStatus{connectionInvalid}
+                                              : statusOfError(errorName));
+}
+
+std::expected<Message, OSStatus> BusConnection::ask(const char *method, const std::string &name) {
+  const auto bus = open();
+  if (!bus) {
+    return std::unexpected(bus.error());
+  }
+  auto answer = askOn(*bus, method, name);
+  if (!answer && !isOpen()) {
+    drop();
+  }
+  arm();
+  return answer;
+}
+
+std::expected<std::vector<std::string>, OSStatus> BusConnection::listNames() {
+  const auto reply = ask("ListNames", "");
+  if (!reply) {
+    return std::unexpected(reply.error());
+  }
+  std::vector<std::string> names;
+  const char *name = nullptr;
+  if (sd_bus_message_enter_container(reply->get(), 'a', "s") < 0) {
+    return std::unexpected(OSStatus{connectionInvalid});
+  }
+  while (sd_bus_message_read_basic(reply->get(), 's', &name) > 0) {
+    names.emplace_back(name);
+  }
+  return names;
+}
+
+void BusConnection::arm() {
+  std::uint64_t due = UINT64_MAX;
+  if (bus_ != nullptr) {
+    const int events = sd_bus_get_events(bus_.get());
+    descriptor_->setWatchesWriting(events >= 0 && (events & POLLOUT) != 0);
+    if (sd_bus_get_timeout(bus_.get(), &due) < 0) {
+      due = UINT64_MAX;
+    }
+  }
+  if (!tasks_.empty()) {
+    due = 0;
+  }
+  if (due == UINT64_MAX) {
+    wakeUp_.cancel();
+    return;
+  }
+  // Due times are of the monotonic clock, which is the steady clock here.
+  const auto now =
+      std::chrono::duration_cast<std::chrono::microseconds>(Clock::now().time_since_epoch());
+  wakeUp_.callAfter(std::chrono::microseconds(due) - now);
+}
+
+void BusConnection::runLoopTurn() {
+  processWaiting();
+  arm();
+  runTasks();
+}
+
+void BusConnection::processWaiting() {
+  for (int count = 0; bus_ != nullptr && count < messagesInOneTurn; ++count) {
+    const int result = sd_bus_process(bus_.get(), nullptr);
+    if (result < 0) {
+      drop();
+    }
+    if (result <= 0) {
+      return;
+    }
+  }
+}
+
+void BusConnection::runTasks() {
+  // A task that runs a nested run loop leaves the ones behind it to that loop. Tasks that tasks add
+  // are left to the next turn.
+  for (std::size_t count = tasks_.size(); count > 0 && !tasks_.empty(); --count) {
+    const std::function<void()> task = std::move(tasks_.front());
+    tasks_.pop_front();
+    task();
+  }
+}
+
+void BusConnection::reconnect() {
+  if (!open()) {
+    reconnection_.callAfter(pause_);
+    pause_ = std::min(pause_ * 2, longestPause);
+  }
+}
+
+void BusConnection::drop() {
+  if (bus_ == nullptr) {
+    return;
+  }
+  descriptor_.reset();
+  bus_.reset();
+  for (BusClient *client : std::vector(clients_)) {
+    client->busIsGone();
+  }
+  arm();
+  if (!clients_.empty()) {
+    reconnection_.callAfter(pause_);
+  }
+}
+
+bool BusConnection::isOpen() const { return bus_ != nullptr && sd_bus_is_open(bus_.get()) > 0; }
+
+bool BusConnection::hasHungUp() const {
+  pollfd entry{sd_bus_get_fd(bus_.get()), 0, 0};
+  return !isOpen() || poll(&entry, 1, 0) > 0;
+}
+
+}  // namespace platform

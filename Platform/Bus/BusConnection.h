@@ -1,0 +1,86 @@
+// The one connection of a process to the session bus.
+//
+// Everything that arrives is taken off the bus inside sd_bus_process, where nothing may be called
+// that could come back to the bus. So what arrives is only noted there; what it leads to (handlers,
+// callbacks) is a task, run later from the run loop. Tasks also run in nested run loops, as of a
+// modal dialog, but never inside a wait for a reply.
+#pragma once
+
+#include <ApplicationServices/MacTypes.h>
+#include <Platform/Bus/BusHandles.h>
+#include <Platform/Bus/RunLoop.h>
+
+#include <chrono>
+#include <deque>
+#include <expected>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace platform {
+
+/// What holds something on the bus that has to be made anew after the bus was gone.
+class BusClient {
+ public:
+  virtual ~BusClient() = default;
+  /// There is a new connection. Must not open or lose it.
+  virtual void busIsBack(sd_bus *bus) = 0;
+  /// The connection has ended; what was on it is void.
+  virtual void busIsGone() = 0;
+};
+
+class BusConnection {
+ public:
+  /// Made with the first use, by the thread whose run loop is to serve it. Never destroyed.
+  static BusConnection &session();
+
+  /// The connection, opened where there is none or where it has ended. connectionInvalid.
+  std::expected<sd_bus *, OSStatus> open();
+
+  /// While there are clients, a lost connection is tried again and again, with growing pauses.
+  void addClient(BusClient *client);
+  void removeClient(BusClient *client);
+
+  /// To be run from the run loop.
+  void addTask(std::function<void()> task);
+
+  /// Sends a message and sees it leave the process. connectionInvalid; memFullErr.
+  OSStatus send(sd_bus_message *message);
+
+  /// Sends a method call and waits for the answer. Nothing is dispatched meanwhile. errAETimeout,
+  /// connectionInvalid, or the status that the error in the answer stands for.
+  std::expected<Message, OSStatus> call(sd_bus_message *message, std::chrono::microseconds timeOut);
+  static constexpr std::chrono::microseconds noTimeOut = std::chrono::microseconds::max();
+
+  /// Asks the bus itself, about a name. procNotFound when nobody owns the name.
+  std::expected<Message, OSStatus> ask(const char *method, const std::string &name);
+  /// The same on a given connection only.
+  static std::expected<Message, OSStatus> askOn(sd_bus *bus, const char *method,
+                                                const std::string &name);
+  std::expected<std::vector<std::string>, OSStatus> listNames();
+
+  /// To be called after anything that may have taken messages off the socket.
+  void arm();
+
+ private:
+  BusConnection();
+
+  void runLoopTurn();
+  void processWaiting();
+  void runTasks();
+  void reconnect();
+  void drop();
+  bool isOpen() const;
+  bool hasHungUp() const;
+
+  RunLoopTimer wakeUp_;
+  RunLoopTimer reconnection_;
+  Connection bus_;
+  std::unique_ptr<RunLoopDescriptor> descriptor_;
+  std::vector<BusClient *> clients_;
+  std::deque<std::function<void()>> tasks_;
+  std::chrono::milliseconds pause_;
+};
+
+}  // namespace platform

@@ -1,0 +1,225 @@
+#include <ApplicationServices/MacErrors.h>
+#include <Platform/Bus/BusNames.h>
+#include <Platform/Bus/EventReceiver.h>
+#include <Platform/Bus/ParameterCodec.h>
+#include <Platform/EventDispatch.h>
+#include <Platform/FourCharacters.h>
+#include <Platform/GuardedCall.h>
+#include <Platform/Log.h>
+
+#include <cerrno>
+#include <chrono>
+#include <string>
+#include <utility>
+
+namespace platform {
+namespace {
+
+/// After so long with handlers the run loop gets a turn for other things.
+constexpr std::chrono::milliseconds longestBatch{10};
+
+/// Sets a flag for the length of a scope.
+class Raised {
+ public:
+  explicit Raised(bool &flag) : flag_(flag) { flag_ = true; }
+  ~Raised() { flag_ = false; }
+  Raised(const Raised &) = delete;
+  Raised &operator=(const Raised &) = delete;
+
+ private:
+  bool &flag_;
+};
+
+bool wantsReply(const Message &request) {
+  return sd_bus_message_get_expect_reply(request.get()) > 0;
+}
+
+}  // namespace
+
+const sd_bus_vtable EventReceiver::methods[] = {
+    SD_BUS_VTABLE_START(0),
+    SD_BUS_METHOD_WITH_NAMES(
+        "Send", "uua(uuv)", SD_BUS_PARAM(eventClass) SD_BUS_PARAM(eventID) SD_BUS_PARAM(parameters),
+        "a(uuv)", SD_BUS_PARAM(replyParameters), EventReceiver::sendArrived,
+        SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD("Activate", "", "", EventReceiver::activateArrived, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_VTABLE_END};
+
+EventReceiver &EventReceiver::shared() {
+  static EventReceiver *receiver = new EventReceiver(BusConnection::session());
+  return *receiver;
+}
+
+OSStatus EventReceiver::start(FourCharCode signature, std::function<void()> onActivate) {
+  if (signature == 0 || signature_ != 0) {
+    return paramErr;
+  }
+  const auto bus = connection_.open();
+  if (!bus) {
+    return bus.error();
+  }
+  if (const OSStatus status = exportObject(*bus); status != noErr) {
+    return status;
+  }
+  const int claimed = sd_bus_request_name(*bus, busName(signature).c_str(), 0);
+  connection_.arm();
+  if (claimed < 0 && claimed != -EALREADY) {
+    object_.reset();
+    return claimed == -EEXIST  ? portInUse
+           : claimed == -EPERM ? OSStatus{errAEEventNotPermitted}
+                               : OSStatus{connectionInvalid};
+  }
+  signature_ = signature;
+  onActivate_ = std::move(onActivate);
+  connection_.addClient(this);
+  return noErr;
+}
+
+void EventReceiver::stop() {
+  if (signature_ == 0) {
+    return;
+  }
+  connection_.removeClient(this);
+  if (const auto bus = object_ == nullptr ? nullptr : sd_bus_slot_get_bus(object_.get())) {
+    sd_bus_release_name(bus, busName(signature_).c_str());
+  }
+  object_.reset();
+  signature_ = 0;
+  onActivate_ = nullptr;
+  while (const auto waiting = inbox_.take()) {
+    refuse(waiting->request, procNotFound);
+  }
+  connection_.arm();
+}
+
+OSStatus EventReceiver::exportObject(sd_bus *bus) {
+  sd_bus_slot *slot = nullptr;
+  if (sd_bus_add_object_vtable(bus, &slot, objectPath, interfaceName, methods, this) < 0) {
+    return memFullErr;
+  }
+  object_.reset(slot);
+  return noErr;
+}
+
+void EventReceiver::busIsBack(sd_bus *bus) {
+  // Where another process was quicker, the name comes when that one gives it up.
+  if (exportObject(bus) != noErr ||
+      sd_bus_request_name(bus, busName(signature_).c_str(), SD_BUS_NAME_QUEUE) < 0) {
+    logLine("The signature " + inQuotes(signature_) +
+            " could not be declared again after the message bus came back");
+  }
+}
+
+void EventReceiver::busIsGone() { object_.reset(); }
+
+int EventReceiver::sendArrived(sd_bus_message *message, void *self, sd_bus_error *) {
+  EventReceiver &receiver = *static_cast<EventReceiver *>(self);
+  const Message request = shareMessage(message);
+  OSStatus status = noErr;
+  if (exceptionLeaving([&] { status = receiver.receive(request); })) {
+    status = memFullErr;
+  }
+  if (status != noErr) {
+    receiver.refuse(request, status);
+  }
+  return 1;
+}
+
+int EventReceiver::activateArrived(sd_bus_message *message, void *self, sd_bus_error *) {
+  EventReceiver &receiver = *static_cast<EventReceiver *>(self);
+  receiver.connection_.addTask([&receiver] {
+    if (receiver.onActivate_) {
+      receiver.onActivate_();
+    }
+  });
+  return wantsReply(shareMessage(message)) ? sd_bus_reply_method_return(message, "") : 1;
+}
+
+OSStatus EventReceiver::receive(const Message &request) {
+  IncomingEvent event;
+  if (sd_bus_message_read(request.get(), "uu", &event.eventClass, &event.eventID) < 0) {
+    return errAECorruptData;
+  }
+  auto parameters = readParameters(request, largestInboxSize);
+  if (!parameters) {
+    return parameters.error();
+  }
+  event.parameters = *std::move(parameters);
+  event.wantsReply = wantsReply(request);
+  if (!inbox_.put({std::move(event), request})) {
+    return memFullErr;
+  }
+  dispatchLater();
+  return noErr;
+}
+
+void EventReceiver::dispatchLater() {
+  if (isDispatching_ || willDispatch_) {
+    return;
+  }
+  willDispatch_ = true;
+  connection_.addTask([this] {
+    willDispatch_ = false;
+    dispatchWaiting();
+  });
+}
+
+void EventReceiver::dispatchWaiting() {
+  if (isDispatching_) {
+    return;
+  }
+  const auto start = std::chrono::steady_clock::now();
+  {
+    const Raised dispatching(isDispatching_);
+    do {
+      const auto waiting = inbox_.take();
+      if (!waiting) {
+        return;
+      }
+      dispatch(*waiting);
+    } while (std::chrono::steady_clock::now() - start < longestBatch);
+  }
+  if (!inbox_.isEmpty()) {
+    dispatchLater();
+  }
+}
+
+void EventReceiver::dispatch(const WaitingEvent &waiting) {
+  std::expected<Parameters, OSStatus> reply = std::unexpected(OSStatus{memFullErr});
+  const auto exception = exceptionLeaving([&] { reply = dispatchAppleEvent(waiting.event); });
+  if (exception) {
+    logLine("An event could not be dispatched: " + *exception);
+  }
+  if (!waiting.event.wantsReply) {
+    return;
+  }
+  if (!reply) {
+    refuse(waiting.request, reply.error());
+    return;
+  }
+  sd_bus_message *message = nullptr;
+  if (sd_bus_message_new_method_return(waiting.request.get(), &message) < 0) {
+    return;
+  }
+  const Message answer = adoptMessage(message);
+  if (const auto appended = appendParameters(message, *reply); !appended) {
+    refuse(waiting.request, appended.error());
+    return;
+  }
+  connection_.send(message);
+}
+
+void EventReceiver::refuse(const Message &request, OSStatus status) {
+  if (wantsReply(request)) {
+    sd_bus_reply_method_errorf(request.get(), errorName(status).c_str(), "%s", inWords(status));
+    return;
+  }
+  if (status == errAEEventNotHandled) {
+    return;
+  }
+  const char *sender = sd_bus_message_get_sender(request.get());
+  logLine("An event from " + std::string(sender == nullptr ? "an unknown process" : sender) +
+          " was refused with status " + std::to_string(status) + ": " + inWords(status));
+}
+
+}  // namespace platform

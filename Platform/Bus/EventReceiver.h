@@ -1,0 +1,52 @@
+// The receiving end of a process: its name and its object on the bus, and the dispatch of what
+// arrives there.
+//
+// An event is taken off the bus as soon as it is there, checked, and put into the inbox; its
+// handler runs later, from the run loop, when no other handler runs. A handler may run the run loop
+// itself (a modal dialog): events that arrive then stay in the inbox until it has returned. So
+// handlers run one at a time, each to completion, in the order in which their events arrived.
+#pragma once
+
+#include <Platform/Bus/BusConnection.h>
+#include <Platform/Bus/EventInbox.h>
+
+#include <functional>
+
+namespace platform {
+
+class EventReceiver final : private BusClient {
+ public:
+  /// The process's only one. Never destroyed.
+  static EventReceiver &shared();
+
+  /// As startReceivingAppleEvents.
+  OSStatus start(FourCharCode signature, std::function<void()> onActivate);
+  void stop();
+
+ private:
+  explicit EventReceiver(BusConnection &connection) : connection_(connection) {}
+
+  static int sendArrived(sd_bus_message *message, void *self, sd_bus_error *error);
+  static int activateArrived(sd_bus_message *message, void *self, sd_bus_error *error);
+  static const sd_bus_vtable methods[];
+
+  void busIsBack(sd_bus *bus) override;
+  void busIsGone() override;
+
+  OSStatus exportObject(sd_bus *bus);
+  OSStatus receive(const Message &request);
+  void dispatchLater();
+  void dispatchWaiting();
+  void dispatch(const WaitingEvent &waiting);
+  void refuse(const Message &request, OSStatus status);
+
+  BusConnection &connection_;
+  FourCharCode signature_ = 0;
+  std::function<void()> onActivate_;
+  Slot object_;
+  EventInbox inbox_;
+  bool isDispatching_ = false;
+  bool willDispatch_ = false;
+};
+
+}  // namespace platform

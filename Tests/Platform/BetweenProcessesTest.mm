@@ -1,0 +1,246 @@
+#include "BusFixture.h"
+
+#import <ApplicationServices/ApplicationServices.h>
+#import <Foundation/Foundation.h>
+#include <Platform/AutoreleasePool.h>
+
+#include <string>
+
+using namespace platform_test;
+
+namespace {
+
+std::string received;
+int depth = 0;
+int deepest = 0;
+
+}  // namespace
+
+/// What the test process itself serves.
+@interface BetweenProcessesHandler : NSObject
+@end
+
+@implementation BetweenProcessesHandler
+
+- (void)echo:(NSAppleEventDescriptor *)event reply:(NSAppleEventDescriptor *)reply {
+  [reply setDescriptor:[event paramDescriptorForKeyword:keyDirectObject]
+            forKeyword:keyDirectObject];
+}
+
+- (void)note:(NSAppleEventDescriptor *)event reply:(NSAppleEventDescriptor *)reply {
+  (void)reply;
+  NSData *data = [[event paramDescriptorForKeyword:keyDirectObject] data];
+  received.append(static_cast<const char *>([data bytes]), [data length]);
+}
+
+/// Asks the peer to note something here, and waits: the note must not come inside the wait.
+- (void)nest:(NSAppleEventDescriptor *)event reply:(NSAppleEventDescriptor *)reply {
+  (void)event;
+  (void)reply;
+  received += "(";
+  deepest = std::max(deepest, ++depth);
+  sendAndWait(peerSignature, noteBackEvent, "inner");
+  --depth;
+  received += ")";
+}
+
+@end
+
+namespace {
+
+class BetweenProcesses : public BusFixture {
+ protected:
+  BetweenProcesses() : handler_([[BetweenProcessesHandler alloc] init]) {
+    received.clear();
+    depth = deepest = 0;
+    serve(echoEvent, @selector(echo:reply:));
+    serve(noteEvent, @selector(note:reply:));
+    serve(nestEvent, @selector(nest:reply:));
+  }
+
+  ~BetweenProcesses() override { [handler_ release]; }
+
+  void serve(AEEventID eventID, SEL selector) {
+    [[NSAppleEventManager sharedAppleEventManager] setEventHandler:handler_
+                                                       andSelector:selector
+                                                     forEventClass:testClass
+                                                        andEventID:eventID];
+  }
+
+  void expectEcho(std::size_t size) {
+    std::string payload(size, '\0');
+    for (std::size_t index = 0; index < size; index += 1 + index / 64) {
+      payload[index] = static_cast<char>(index * 7 + size);
+    }
+    const Outcome outcome = sendAndWait(peerSignature, echoEvent, payload);
+    ASSERT_EQ(outcome.status, noErr) << size;
+    ASSERT_TRUE(outcome.reply) << size;
+    EXPECT_TRUE(*outcome.reply == payload) << size;
+    EXPECT_EQ(outcome.replyType, DescType{typeChar});
+  }
+
+  const platform::AutoreleasePool pool_;
+  BetweenProcessesHandler *handler_;
+};
+
+TEST_F(BetweenProcesses, PayloadsOfEverySizeComeBackAsTheyWent) {
+  for (const std::size_t size :
+       {0, 1, 7, 8, 4096, 65'537, 1'048'575, 1'048'576, 1'048'577, 5'000'000, 104'857'600}) {
+    expectEcho(size);
+  }
+}
+
+TEST_F(BetweenProcesses, EventWithoutWantedReplyArrivesAndSaysSo) {
+  EXPECT_EQ(sendOneWay(peerSignature, noteEvent, "one way"), noErr);
+  EXPECT_EQ(sendAndWait(peerSignature, noteEvent, "both ways").status, noErr);
+  EXPECT_EQ(peerNotes(), "one way\nboth ways with reply\n");
+}
+
+TEST_F(BetweenProcesses, LargeEventWithoutWantedReplyArrivesWhole) {
+  const std::string payload(3'000'000, 'z');
+  EXPECT_EQ(sendOneWay(peerSignature, noteEvent, payload), noErr);
+  EXPECT_TRUE(peerNotes() == payload + "\n");
+}
+
+TEST_F(BetweenProcesses, ManyEventsArriveInOrder) {
+  std::string expected;
+  for (int number = 0; number < 2000; ++number) {
+    ASSERT_EQ(sendOneWay(peerSignature, noteEvent, std::to_string(number)), noErr);
+    expected += std::to_string(number) + "\n";
+  }
+  EXPECT_EQ(peerNotes(), expected);
+}
+
+TEST_F(BetweenProcesses, ThePeerReachesThisProcessToo) {
+  ASSERT_EQ(platform::startReceivingAppleEvents(testSignature, {}), noErr);
+  EXPECT_EQ(sendAndWait(peerSignature, noteBackEvent, "hello back").reply, "0");
+  EXPECT_TRUE(runUntil([] { return received == "hello back"; })) << received;
+}
+
+TEST_F(BetweenProcesses, ThePeerWaitsForTheReplyOfThisProcess) {
+  ASSERT_EQ(platform::startReceivingAppleEvents(testSignature, {}), noErr);
+  const std::string large(2'000'000, 'q');
+  ASSERT_EQ(sendOneWay(peerSignature, askBackEvent, large), noErr);
+  ASSERT_TRUE(runUntil([] { return !received.empty(); }));
+  EXPECT_TRUE(received == large);
+}
+
+TEST_F(BetweenProcesses, EventsThatArriveInsideAWaitAreDispatchedAfterwardsAndNotNested) {
+  ASSERT_EQ(platform::startReceivingAppleEvents(testSignature, {}), noErr);
+  ASSERT_EQ(sendOneWay(testSignature, nestEvent, ""), noErr);
+  ASSERT_TRUE(runUntil([] { return received.ends_with("inner"); })) << received;
+  EXPECT_EQ(received, "()inner");
+  EXPECT_EQ(deepest, 1);
+}
+
+TEST_F(BetweenProcesses, EventsThatArriveDuringAModalSessionWaitTheirTurn) {
+  ASSERT_EQ(sendOneWay(peerSignature, nestEvent, "300"), noErr);
+  ASSERT_EQ(sendOneWay(peerSignature, noteEvent, "first"), noErr);
+  ASSERT_EQ(sendOneWay(peerSignature, nestEvent, "50"), noErr);
+  ASSERT_EQ(sendOneWay(peerSignature, noteEvent, "second"), noErr);
+  EXPECT_EQ(peerNotes(), "nest\nnested\nfirst\nnest\nnested\nsecond\n");
+}
+
+TEST_F(BetweenProcesses, ActivationGetsThroughDuringAModalSession) {
+  ASSERT_EQ(sendOneWay(peerSignature, nestEvent, "500"), noErr);
+  ProcessSerialNumber number{0, kNoProcess};
+  ASSERT_EQ(GetNextProcess(&number), noErr);
+  EXPECT_EQ(SetFrontProcess(&number), noErr);
+  EXPECT_EQ(peerNotes(), "nest\nactivated\nnested\n");
+}
+
+TEST_F(BetweenProcesses, EventWithoutHandlerIsNotHandled) {
+  EXPECT_EQ(sendAndWait(peerSignature, code("none"), "").status, errAEEventNotHandled);
+  EXPECT_EQ(sendOneWay(peerSignature, code("none"), ""), noErr);
+}
+
+TEST_F(BetweenProcesses, SignatureThatNobodyHasIsNotFoundWithAndWithoutWantedReply) {
+  EXPECT_EQ(sendAndWait(code("None"), echoEvent, "").status, procNotFound);
+  EXPECT_EQ(sendOneWay(code("None"), echoEvent, ""), procNotFound);
+}
+
+TEST_F(BetweenProcesses, ReplyThatDoesNotComeInTimeIsATimeOut) {
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_EQ(sendAndWait(peerSignature, sleepEvent, "2000", 12).status, errAETimeout);
+  const auto taken = std::chrono::steady_clock::now() - start;
+  EXPECT_GE(taken, std::chrono::milliseconds(200));
+  EXPECT_LT(taken, std::chrono::milliseconds(1500));
+}
+
+TEST_F(BetweenProcesses, LateReplyDoesNoHarm) {
+  EXPECT_EQ(sendAndWait(peerSignature, sleepEvent, "300", 3).status, errAETimeout);
+  EXPECT_EQ(sendAndWait(peerSignature, echoEvent, "next").reply, "next");
+}
+
+TEST_F(BetweenProcesses, TimeOutsWithAMeaningOfTheirOwnAreWaitedOut) {
+  EXPECT_EQ(sendAndWait(peerSignature, sleepEvent, "100", kNoTimeOut).reply, "awake");
+  EXPECT_EQ(sendAndWait(peerSignature, sleepEvent, "100", kAEDefaultTimeout).reply, "awake");
+  EXPECT_EQ(sendAndWait(peerSignature, sleepEvent, "100", 0).status, errAETimeout);
+}
+
+TEST_F(BetweenProcesses, ExceptionsThatLeaveAHandlerAreItsFailureAndItLivesOn) {
+  EXPECT_EQ(sendAndWait(peerSignature, raiseEvent, "").status, errAEEventFailed);
+  EXPECT_EQ(sendAndWait(peerSignature, throwEvent, "").status, errAEEventFailed);
+  EXPECT_EQ(sendOneWay(peerSignature, raiseEvent, ""), noErr);
+  EXPECT_EQ(sendAndWait(peerSignature, echoEvent, "alive").reply, "alive");
+}
+
+TEST_F(BetweenProcesses, ProcessThatDiesBeforeItAnswersIsAnInvalidConnection) {
+  EXPECT_EQ(sendAndWait(peerSignature, dieEvent, "", kNoTimeOut).status, connectionInvalid);
+  EXPECT_EQ(sendAndWait(peerSignature, echoEvent, "").status, procNotFound);
+}
+
+TEST_F(BetweenProcesses, WaitingForOneselfIsRefusedInsteadOfHanging) {
+  ASSERT_EQ(platform::startReceivingAppleEvents(testSignature, {}), noErr);
+  EXPECT_EQ(sendAndWait(testSignature, echoEvent, "", kNoTimeOut).status, errAEEventFailed);
+}
+
+TEST_F(BetweenProcesses, ManyParametersArriveAsTheyWent) {
+  AEDesc target;
+  AppleEvent event;
+  AppleEvent reply;
+  ASSERT_EQ(AECreateDesc(typeApplSignature, &peerSignature, 4, &target), noErr);
+  ASSERT_EQ(AECreateAppleEvent(testClass, noteEvent, &target, kAutoGenerateReturnID,
+                               kAnyTransactionID, &event),
+            noErr);
+  // More than the bus takes in one array: what does not fit travels in memory files.
+  const std::string mebibyte(1'048'576, 'm');
+  for (AEKeyword keyword = 1; keyword <= 60; ++keyword) {
+    ASSERT_EQ(AEPutParamPtr(&event, keyword, typeChar, mebibyte.data(), 1'048'576), noErr);
+  }
+  ASSERT_EQ(AEPutParamPtr(&event, keyDirectObject, typeChar, "the last", 8), noErr);
+  EXPECT_EQ(AESendMessage(&event, &reply, kAENoReply, kNoTimeOut), noErr);
+  EXPECT_EQ(peerNotes(), "the last\n");
+  AEDisposeDesc(&event);
+  AEDisposeDesc(&target);
+}
+
+TEST_F(BetweenProcesses, MoreThanOneMessageHoldsIsRefusedAndTheConnectionLives) {
+  AEDesc target;
+  AppleEvent event;
+  AppleEvent reply;
+  ASSERT_EQ(AECreateDesc(typeApplSignature, &peerSignature, 4, &target), noErr);
+  ASSERT_EQ(AECreateAppleEvent(testClass, noteEvent, &target, kAutoGenerateReturnID,
+                               kAnyTransactionID, &event),
+            noErr);
+  const std::string mebibyte(1'048'577, 'm');
+  for (AEKeyword keyword = 1; keyword <= 17; ++keyword) {
+    ASSERT_EQ(AEPutParamPtr(&event, keyword, typeChar, mebibyte.data(), 1'048'577), noErr);
+  }
+  EXPECT_EQ(AESendMessage(&event, &reply, kAENoReply, kNoTimeOut), memFullErr);
+  EXPECT_EQ(sendAndWait(peerSignature, echoEvent, "alive").reply, "alive");
+  AEDisposeDesc(&event);
+  AEDisposeDesc(&target);
+}
+
+TEST_F(BetweenProcesses, EventsPastTheBoundOfTheInboxAreRefusedAndNothingElseIsLost) {
+  const std::string large(104'857'600, 'l');
+  ASSERT_EQ(sendOneWay(peerSignature, nestEvent, "3000"), noErr);
+  ASSERT_EQ(sendOneWay(peerSignature, echoEvent, large), noErr);
+  ASSERT_EQ(sendOneWay(peerSignature, echoEvent, large), noErr);
+  EXPECT_EQ(sendAndWait(peerSignature, echoEvent, large).status, memFullErr);
+  EXPECT_EQ(peerNotes(), "nest\nnested\n");
+  EXPECT_EQ(sendAndWait(peerSignature, echoEvent, "room again").reply, "room again");
+}
+
+}  // namespace

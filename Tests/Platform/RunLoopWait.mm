@@ -1,0 +1,21 @@
+#include "RunLoopWait.h"
+
+#import <Foundation/Foundation.h>
+#include <Platform/AutoreleasePool.h>
+
+namespace platform_test {
+
+bool runUntil(const std::function<bool()> &condition, std::chrono::milliseconds timeOut) {
+  const auto deadline = std::chrono::steady_clock::now() + timeOut;
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() > deadline) {
+      return false;
+    }
+    const platform::AutoreleasePool pool;
+    [[NSRunLoop currentRunLoop] runMode:NSDefaultRunLoopMode
+                             beforeDate:[NSDate dateWithTimeIntervalSinceNow:0.02]];
+  }
+  return true;
+}
+
+}  // namespace platform_test

@@ -1,0 +1,57 @@
+#include "TestEvents.h"
+
+namespace platform_test {
+namespace {
+
+class Descriptor : public AEDesc {
+ public:
+  Descriptor() : AEDesc{typeNull, nullptr} {}
+  ~Descriptor() { AEDisposeDesc(this); }
+  Descriptor(const Descriptor &) = delete;
+  Descriptor &operator=(const Descriptor &) = delete;
+};
+
+OSStatus makeEvent(OSType signature, AEEventID eventID, std::string_view payload,
+                   Descriptor &event) {
+  Descriptor target;
+  OSStatus status = AECreateDesc(typeApplSignature, &signature, sizeof signature, &target);
+  if (status == noErr) {
+    status = AECreateAppleEvent(testClass, eventID, &target, kAutoGenerateReturnID,
+                                kAnyTransactionID, &event);
+  }
+  if (status == noErr) {
+    status = AEPutParamPtr(&event, keyDirectObject, typeChar, payload.data(),
+                           static_cast<Size>(payload.size()));
+  }
+  return status;
+}
+
+}  // namespace
+
+Outcome sendAndWait(OSType target, AEEventID eventID, std::string_view payload,
+                    long timeOutInTicks) {
+  Descriptor event;
+  Descriptor reply;
+  Outcome outcome;
+  outcome.status = makeEvent(target, eventID, payload, event);
+  if (outcome.status == noErr) {
+    outcome.status = AESendMessage(&event, &reply, kAEWaitReply, timeOutInTicks);
+  }
+  Descriptor answer;
+  if (outcome.status == noErr &&
+      AEGetParamDesc(&reply, keyDirectObject, typeWildCard, &answer) == noErr) {
+    outcome.replyType = answer.descriptorType;
+    outcome.reply.emplace(static_cast<std::size_t>(AEGetDescDataSize(&answer)), '\0');
+    AEGetDescData(&answer, outcome.reply->data(), AEGetDescDataSize(&answer));
+  }
+  return outcome;
+}
+
+OSStatus sendOneWay(OSType target, AEEventID eventID, std::string_view payload) {
+  Descriptor event;
+  Descriptor reply;
+  const OSStatus status = makeEvent(target, eventID, payload, event);
+  return status == noErr ? AESendMessage(&event, &reply, kAENoReply, kNoTimeOut) : status;
+}
+
+}  // namespace platform_test
