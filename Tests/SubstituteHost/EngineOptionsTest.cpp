@@ -44,6 +44,13 @@ TEST(EngineOptions, ARangeOfPagesGetsThePluralAndADash) {
   EXPECT_EQ(printOne("apa", {cite("smith2001", u"45-47")}), "(Smith, 2001, pp. 45–47)");
 }
 
+TEST(EngineOptions, ARangeWrittenWithADashIsShortenedAsOneWithAHyphen) {
+  EXPECT_EQ(printOne("chicago-author-date", {cite("smith2001", u"145–147")}),
+            "(Smith 2001, 145–47)");
+  EXPECT_EQ(printOne("chicago-author-date", {cite("smith2001", u"145-147")}),
+            "(Smith 2001, 145–47)");
+}
+
 TEST(EngineOptions, APageRangeMayBringItsOwnLabel) {
   EXPECT_EQ(printOne("apa", {cite("jones1999", u"ch. 3")}), "(Jones & Lee, 1999, Chapter 3)");
 }
