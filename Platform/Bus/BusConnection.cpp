@@ -59,7 +59,8 @@ std::expected<sd_bus *, OSStatus> BusConnection::open() {
   drop();
   sd_bus *opened = nullptr;
   const char *uniqueName = nullptr;
-  if (sd_bus_open_user_with_description(&opened, "apple-events") < 0) {
+  if (!wakeUp_.isUsable() || !reconnection_.isUsable() ||
+      sd_bus_open_user_with_description(&opened, "apple-events") < 0) {
     return std::unexpected(OSStatus{connectionInvalid});
   }
   Connection connection(opened);
@@ -208,8 +209,10 @@ void BusConnection::arm() {
 
 void BusConnection::runLoopTurn() {
   processWaiting();
+  // Before the tasks, so that one that is left by an exception does not strand the others.
   arm();
   runTasks();
+  arm();
 }
 
 void BusConnection::processWaiting() {

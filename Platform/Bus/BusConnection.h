@@ -9,6 +9,7 @@
 #include <ApplicationServices/MacTypes.h>
 #include <Platform/Bus/BusHandles.h>
 #include <Platform/Bus/RunLoop.h>
+#include <Platform/Bus/RunLoopTimer.h>
 
 #include <chrono>
 #include <deque>

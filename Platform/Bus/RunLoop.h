@@ -1,33 +1,11 @@
-// What the bus needs of the run loop: to be called when a descriptor is ready or when a moment has
-// come, in the modes that an application's main thread runs (default, modal panel, event tracking).
-// No thread, no polling, and nothing of AppKit.
+// What the bus needs of the run loop: to be called when a descriptor is ready, in the modes that an
+// application's main thread runs (default, modal panel, event tracking). No thread, no polling, and
+// nothing of AppKit.
 #pragma once
 
-#include <chrono>
 #include <functional>
 
 namespace platform {
-
-/// Calls from the run loop that was current when it was made.
-class RunLoopTimer {
- public:
-  explicit RunLoopTimer(std::function<void()> onTime);
-  ~RunLoopTimer();
-  RunLoopTimer(const RunLoopTimer &) = delete;
-  RunLoopTimer &operator=(const RunLoopTimer &) = delete;
-
-  /// Calls once, in place of a call that was due.
-  void callAfter(std::chrono::microseconds delay);
-  void cancel();
-
- private:
-  static void fire(void *self);
-
-  std::function<void()> onTime_;
-  void *runLoop_;
-  void *target_;
-  void *timer_ = nullptr;
-};
 
 /// Calls from the run loop that was current when it was made, whenever the descriptor is ready.
 class RunLoopDescriptor {

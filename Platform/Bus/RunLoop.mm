@@ -3,27 +3,18 @@
 
 #import <Foundation/Foundation.h>
 
-#include <algorithm>
 #include <array>
 #include <cstdint>
 
-/// Hands the run loop's messages on to a function.
+/// Hands the run loop's message on to a function.
 @interface KorvoRunLoopTarget : NSObject <RunLoopEvents> {
  @public
   void (*_function)(void *);
   void *_context;
 }
-- (void)timeHasCome:(NSTimer *)timer;
 @end
 
 @implementation KorvoRunLoopTarget
-
-- (void)timeHasCome:(NSTimer *)timer {
-  (void)timer;
-  // The function may release the object that this one belongs to.
-  [[self retain] autorelease];
-  _function(_context);
-}
 
 - (void)receivedEvent:(void *)data
                  type:(RunLoopEventType)type
@@ -33,8 +24,11 @@
   (void)type;
   (void)extra;
   (void)mode;
+  // The function may release the object that this one belongs to.
   [[self retain] autorelease];
-  _function(_context);
+  if (_function != nullptr) {
+    _function(_context);
+  }
 }
 
 @end
@@ -76,45 +70,6 @@ void unwatch(void *runLoop, int descriptor, RunLoopEventType type) {
 
 }  // namespace
 
-RunLoopTimer::RunLoopTimer(std::function<void()> onTime)
-    : onTime_(std::move(onTime)),
-      runLoop_([[NSRunLoop currentRunLoop] retain]),
-      target_(newTarget(fire, this)) {}
-
-RunLoopTimer::~RunLoopTimer() {
-  cancel();
-  [static_cast<KorvoRunLoopTarget *>(target_) release];
-  [static_cast<NSRunLoop *>(runLoop_) release];
-}
-
-void RunLoopTimer::callAfter(std::chrono::microseconds delay) {
-  const AutoreleasePool pool;
-  cancel();
-  const double seconds = std::chrono::duration<double>(std::max(delay, {})).count();
-  NSTimer *timer = [NSTimer timerWithTimeInterval:seconds
-                                           target:static_cast<KorvoRunLoopTarget *>(target_)
-                                         selector:@selector(timeHasCome:)
-                                         userInfo:nil
-                                          repeats:NO];
-  timer_ = [timer retain];
-  for (NSString *mode : servedModes()) {
-    [static_cast<NSRunLoop *>(runLoop_) addTimer:timer forMode:mode];
-  }
-}
-
-void RunLoopTimer::cancel() {
-  NSTimer *timer = static_cast<NSTimer *>(timer_);
-  timer_ = nullptr;
-  [timer invalidate];
-  [timer release];
-}
-
-void RunLoopTimer::fire(void *self) {
-  RunLoopTimer *timer = static_cast<RunLoopTimer *>(self);
-  timer->cancel();
-  timer->onTime_();
-}
-
 RunLoopDescriptor::RunLoopDescriptor(int descriptor, std::function<void()> onReady)
     : descriptor_(descriptor),
       onReady_(std::move(onReady)),
@@ -128,7 +83,9 @@ RunLoopDescriptor::~RunLoopDescriptor() {
   const AutoreleasePool pool;
   setWatchesWriting(false);
   unwatch(runLoop_, descriptor_, ET_RDESC);
-  [static_cast<KorvoRunLoopTarget *>(target_) release];
+  KorvoRunLoopTarget *target = static_cast<KorvoRunLoopTarget *>(target_);
+  target->_function = nullptr;
+  [target release];
   [static_cast<NSRunLoop *>(runLoop_) release];
 }
 

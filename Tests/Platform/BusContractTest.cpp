@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <string>
+#include <thread>
 
 #include "BusFixture.h"
 
@@ -188,6 +189,53 @@ TEST_F(BusContract, EventWithoutParametersIsTaken) {
   const Answer answer = call(message);
   EXPECT_EQ(answer.error, "");
   EXPECT_STREQ(sd_bus_message_get_signature(answer.message.get(), 1), "a(uuv)");
+}
+
+TEST_F(BusContract, AHundredThousandParametersAreTaken) {
+  const Message message = newSend(noteEvent);
+  sd_bus_message *request = message.get();
+  ASSERT_GE(sd_bus_message_open_container(request, 'a', "(uuv)"), 0);
+  for (std::uint32_t number = 0; number < 100'000; ++number) {
+    ASSERT_GE(sd_bus_message_append(request, "(uuv)", number, typeChar, "ay", 1, 0x41), 0);
+  }
+  ASSERT_GE(sd_bus_message_append(request, "(uuv)", keyDirectObject, typeChar, "ay", 1, 0x42), 0);
+  ASSERT_GE(sd_bus_message_close_container(request), 0);
+  EXPECT_EQ(call(message).error, "");
+  EXPECT_EQ(peerNotes(), "B with reply\n");
+}
+
+TEST_F(BusContract, OneKeywordTwiceCountsAsItsFirst) {
+  const Message message = newSend(noteEvent);
+  ASSERT_GE(sd_bus_message_append(message.get(), "a(uuv)", 2, keyDirectObject, typeChar, "ay", 1,
+                                  0x41, keyDirectObject, typeChar, "ay", 1, 0x42),
+            0);
+  EXPECT_EQ(call(message).error, "");
+  EXPECT_EQ(peerNotes(), "A with reply\n");
+}
+
+TEST_F(BusContract, AnswersThatAreNoneAreFailures) {
+  // A process with a name of ours that answers with something else.
+  ASSERT_GE(sd_bus_request_name(client_.get(), "org.korvo.AppleEvents.S52617720", 0), 0);
+  sd_bus_slot *slot = nullptr;
+  ASSERT_GE(sd_bus_add_filter(
+                client_.get(), &slot,
+                [](sd_bus_message *message, void *, sd_bus_error *) {
+                  return sd_bus_message_is_method_call(message, interfaceName, "Send") > 0
+                             ? sd_bus_reply_method_return(message, "s", "odd")
+                             : 0;
+                },
+                nullptr),
+            0);
+  const platform::Slot filter(slot);
+  std::thread answering([this] {
+    for (int round = 0; round < 100; ++round) {
+      while (sd_bus_process(client_.get(), nullptr) > 0) {
+      }
+      sd_bus_wait(client_.get(), 20'000);
+    }
+  });
+  EXPECT_EQ(sendAndWait(code("Raw "), echoEvent, "").status, errAECorruptData);
+  answering.join();
 }
 
 TEST_F(BusContract, StatusesAreErrorNames) {
