@@ -1,5 +1,7 @@
 #import <SubstituteHostObjects/NoticeText.h>
 
+#include <string_view>
+
 #import <SubstituteHostObjects/KOReference.h>
 #import <SubstituteHostObjects/TextBridge.h>
 
@@ -48,7 +50,10 @@ NSAttributedString *summaryWithTitle(KOReference *reference) {
                  [NSColor controlTextColor]);
   if (!summary.authors.empty()) append(text, summary.authors + " ", body);
   if (!summary.year.empty()) append(text, "(" + summary.year + "). ", body);
-  if (!summary.title.empty()) append(text, summary.title + ". ", italic);
+  if (!summary.title.empty()) {
+    const bool endsItself = std::string_view("?!.").contains(summary.title.back());
+    append(text, summary.title + (endsItself ? " " : ". "), italic);
+  }
   if (!summary.identifier.empty()) append(text, "[" + summary.identifier + "]", body);
   return text;
 }

@@ -98,6 +98,12 @@ NSScrollView *makeTable(NSRect frame, const Column *columns, NSUInteger count, i
   [scroll setHasVerticalScroller:YES];
   [scroll setHasHorizontalScroller:NO];
   const NSSize size = [scroll contentSize];
+  CGFloat spare = size.width;
+  NSUInteger growing = 0;
+  for (NSUInteger index = 0; index < count; ++index) {
+    spare -= columns[index].width;
+    growing += columns[index].grows ? 1 : 0;
+  }
   NSTableView *table = [[[NSTableView alloc]
       initWithFrame:NSMakeRect(0, 0, size.width, size.height)] autorelease];
   for (NSUInteger index = 0; index < count; ++index) {
@@ -108,8 +114,9 @@ NSScrollView *makeTable(NSRect frame, const Column *columns, NSUInteger count, i
     [[column headerCell] setAlignment:NSLeftTextAlignment];
     [[column dataCell] setFont:[NSFont systemFontOfSize:textSize]];
     [[column dataCell] setLineBreakMode:NSLineBreakByTruncatingTail];
-    [column setWidth:described.width];
     [column setMinWidth:40];
+    [column setWidth:described.width +
+                     (described.grows ? spare / static_cast<CGFloat>(growing) : 0)];
     [column setEditable:NO];
     [column setResizingMask:NSTableColumnUserResizingMask |
                             (described.grows ? NSTableColumnAutoresizingMask : 0)];
@@ -122,7 +129,6 @@ NSScrollView *makeTable(NSRect frame, const Column *columns, NSUInteger count, i
   [table setDataSource:source];
   [table setDelegate:source];
   [scroll setDocumentView:table];
-  [table sizeToFit];
   return scroll;
 }
 

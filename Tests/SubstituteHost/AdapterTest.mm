@@ -156,6 +156,13 @@ TEST_F(Adapter, ASummaryDescribesTheReferenceWithItsTitle) {
   EXPECT_EQ([[adapter_.get() summaryWithTitleForReference:nil] length], 0U);
 }
 
+TEST_F(Adapter, ATitleThatEndsItselfGetsNoFullStop) {
+  ASSERT_TRUE([library_.get() library].replace(
+      6, {.identifier = "Q", .cslJson = R"({"type":"book","title":"What Is Heat?"})"}));
+  EXPECT_EQ(utf8([[adapter_.get() summaryWithTitleForReference:reference(@"Q")] string]),
+            "What Is Heat? [Q]");
+}
+
 TEST_F(Adapter, TextAttributesHaveFonts) {
   for (NSDictionary *attributes : {[adapter_.get() bodyTextAttributes], [adapter_.get() subtitleTextAttributes],
                                    [adapter_.get() notesTextAttributes]}) {
