@@ -40,6 +40,7 @@ NSDictionary *notesTextAttributes() {
 
 NSAttributedString *summaryWithTitle(KOReference *reference) {
   NSMutableAttributedString *text = [[[NSMutableAttributedString alloc] init] autorelease];
+  if (reference == nil) return text;  // asked, nil would answer with garbage
   const auto read = [reference summary];
   if (!read || !*read) return text;
   const library::ReferenceSummary &summary = **read;

@@ -55,8 +55,12 @@ std::vector<std::string> citationNames(const BibliographicRecord &record) {
   std::vector<std::string> names(record.authors.size());
   // With many authors not every combination is of use: the others all bear their particles
   // or none of them does.
+  const auto hasParticle = [](const PersonName &name) { return !name.particle.empty(); };
+  const bool first = hasParticle(record.authors.front());
+  const bool others = std::any_of(record.authors.begin() + 1, record.authors.end(), hasParticle);
   for (const bool othersWithParticle : {true, false}) {
     for (const bool firstWithParticle : {true, false}) {
+      if ((othersWithParticle && !others) || (firstWithParticle && !first)) continue;
       for (std::size_t index = 0; index < names.size(); ++index) {
         const PersonName &author = record.authors[index];
         names[index] = (index == 0 ? firstWithParticle : othersWithParticle)
