@@ -4,7 +4,10 @@
 #import <Foundation/Foundation.h>
 #include <Platform/AutoreleasePool.h>
 
+#include <algorithm>
+#include <chrono>
 #include <string>
+#include <thread>
 
 using namespace platform_test;
 
@@ -188,6 +191,30 @@ TEST_F(BetweenProcesses, ExceptionsThatLeaveAHandlerAreItsFailureAndItLivesOn) {
 TEST_F(BetweenProcesses, ProcessThatDiesBeforeItAnswersIsAnInvalidConnection) {
   EXPECT_EQ(sendAndWait(peerSignature, dieEvent, "", kNoTimeOut).status, connectionInvalid);
   EXPECT_EQ(sendAndWait(peerSignature, echoEvent, "").status, procNotFound);
+}
+
+TEST_F(BetweenProcesses, EventsBehindOneThatStopsTheReceiverAreToldSo) {
+  ASSERT_EQ(sendOneWay(peerSignature, nestEvent, "300"), noErr);
+  ASSERT_EQ(sendOneWay(peerSignature, stopEvent, ""), noErr);
+  EXPECT_EQ(sendAndWait(peerSignature, echoEvent, "").status, procNotFound);
+}
+
+TEST_F(BetweenProcesses, WaitEndsWhenTheBusEnds) {
+  std::thread end([this] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    bus_.stop();
+  });
+  EXPECT_EQ(sendAndWait(peerSignature, sleepEvent, "3000", kNoTimeOut).status, connectionInvalid);
+  end.join();
+}
+
+TEST_F(BetweenProcesses, EventsThatArrivedBeforeTheBusEndedAreHandled) {
+  ASSERT_EQ(platform::startReceivingAppleEvents(testSignature, {}), noErr);
+  for (const char *text : {"one ", "two ", "three"}) {
+    ASSERT_EQ(sendAndWait(peerSignature, noteBackEvent, text).reply, "0");
+  }
+  bus_.stop();
+  EXPECT_TRUE(runUntil([] { return received == "one two three"; })) << received;
 }
 
 TEST_F(BetweenProcesses, WaitingForOneselfIsRefusedInsteadOfHanging) {

@@ -34,6 +34,8 @@ inline constexpr AEEventID noteBackEvent = code("notb");
 inline constexpr AEEventID raiseEvent = code("rais");
 /// Leaves its handler by a C++ exception.
 inline constexpr AEEventID throwEvent = code("thrw");
+/// Stops receiving.
+inline constexpr AEEventID stopEvent = code("stop");
 /// Ends the peer without an answer.
 inline constexpr AEEventID dieEvent = code("die ");
 

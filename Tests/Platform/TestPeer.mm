@@ -64,6 +64,7 @@ double milliseconds(NSAppleEventDescriptor *event) {
   [self serve:noteBackEvent by:@selector(noteBack:reply:)];
   [self serve:raiseEvent by:@selector(raise:reply:)];
   [self serve:throwEvent by:@selector(throw:reply:)];
+  [self serve:stopEvent by:@selector(stop:reply:)];
   [self serve:dieEvent by:@selector(die:reply:)];
 }
 
@@ -119,6 +120,12 @@ double milliseconds(NSAppleEventDescriptor *event) {
   (void)event;
   (void)reply;
   throw std::runtime_error("on purpose");
+}
+
+- (void)stop:(NSAppleEventDescriptor *)event reply:(NSAppleEventDescriptor *)reply {
+  (void)event;
+  (void)reply;
+  platform::stopReceivingAppleEvents();
 }
 
 - (void)die:(NSAppleEventDescriptor *)event reply:(NSAppleEventDescriptor *)reply {
