@@ -4,9 +4,10 @@
 
 #include "PidginRTFWriter.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
-#include <charconv>
+#include <iterator>
 #include <utility>
 
 #include "BlockScan.h"
@@ -27,12 +28,23 @@ unsigned groupsOf(const PidginAttributes &attributes) {
 }
 
 // RTF's \u takes a signed 16-bit number. "\uc0" says that no substitute for readers without
-// Unicode follows.
+// Unicode follows. Put together from its end, and appended once.
 void appendNumericEscape(std::u16string &output, char16_t unit) {
-  char digits[6];  // "-32768"
-  const auto end =
-      std::to_chars(digits, digits + sizeof digits, static_cast<std::int16_t>(unit)).ptr;
-  output.append(u"\\uc0\\u").append(digits, end).push_back(u' ');
+  constexpr std::u16string_view opening = u"\\uc0\\u";
+  char16_t escape[opening.size() + 7];  // "-32768 " is the longest rest
+  char16_t *const end = std::end(escape);
+  char16_t *start = end;
+  *--start = u' ';
+  const bool isNegative = unit >= 0x8000;
+  for (unsigned rest = isNegative ? 0x10000u - unit : unit; rest != 0; rest /= 10) {
+    *--start = static_cast<char16_t>(u'0' + rest % 10);
+  }
+  if (isNegative) {
+    *--start = u'-';
+  }
+  start -= opening.size();
+  std::ranges::copy(opening, start);
+  output.append(start, static_cast<std::size_t>(end - start));
 }
 
 // The blank belongs to the escape, and readers drop it; the apostrophe's escape has none, so
@@ -59,6 +71,14 @@ constexpr auto isAboveASCIIOrControlCharacter = [](char16_t unit) {
          (unit == u'\n');
 };
 
+void appendEscape(std::u16string &output, char16_t unit) {
+  if (isAboveASCII(unit)) {
+    appendNumericEscape(output, unit);
+  } else {
+    output.append(escapeOfControlCharacter(unit));
+  }
+}
+
 template <typename NeedsEscape>
 void appendEscaped(std::u16string &output, std::u16string_view text, NeedsEscape needsEscape) {
   std::size_t position = 0;
@@ -68,12 +88,7 @@ void appendEscaped(std::u16string &output, std::u16string_view text, NeedsEscape
     if (end == text.size()) {
       return;
     }
-    const char16_t unit = text[end];
-    if (isAboveASCII(unit)) {
-      appendNumericEscape(output, unit);
-    } else {
-      output.append(escapeOfControlCharacter(unit));
-    }
+    appendEscape(output, text[end]);
     position = end + 1;
   }
 }
@@ -107,6 +122,15 @@ void PidginRTFWriter::append(std::u16string_view text, const PidginAttributes &a
   }
   changeGroups(groupsOf(attributes));
   appendPidginRTF(output_, text, ControlCharacters::escaped);
+}
+
+void PidginRTFWriter::append(char16_t unit, const PidginAttributes &attributes) {
+  changeGroups(groupsOf(attributes));
+  if (isAboveASCIIOrControlCharacter(unit)) {
+    appendEscape(output_, unit);
+  } else {
+    output_.push_back(unit);
+  }
 }
 
 std::u16string PidginRTFWriter::finish() {

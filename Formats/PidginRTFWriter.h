@@ -40,6 +40,8 @@ class PidginRTFWriter {
   explicit PidginRTFWriter(std::size_t expectedLength = 0);
 
   void append(std::u16string_view text, const PidginAttributes &attributes);
+  // The same for a text of one code unit, for callers who learn the attributes unit by unit.
+  void append(char16_t unit, const PidginAttributes &attributes);
   // Closes all groups and hands over the result; the writer is as new afterwards.
   std::u16string finish();
 

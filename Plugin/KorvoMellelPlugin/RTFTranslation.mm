@@ -1,3 +1,7 @@
+// The writer sends five messages for every code unit; all else it does there has to be small beside
+// them. So every method is looked up once, not at each message, and what a text consists of is read
+// in place.
+
 #import "RTFTranslation.h"
 
 #import "TextBridge.h"
@@ -7,11 +11,91 @@
 #include <Formats/PidginRTFReader.h>
 #include <Formats/PidginRTFWriter.h>
 
+#include <bit>
+
 namespace {
 
 formats::ControlCharacters controlCharacters(BOOL escaped) {
   return escaped ? formats::ControlCharacters::escaped : formats::ControlCharacters::raw;
 }
+
+// A method of one receiver, looked up once.
+template <typename Result, typename... Arguments>
+class FoundMethod {
+ public:
+  FoundMethod(id receiver, SEL selector)
+      : receiver_(receiver),
+        selector_(selector),
+        function_(std::bit_cast<Function>([receiver methodForSelector:selector])) {}
+
+  Result operator()(Arguments... arguments) const {
+    return function_(receiver_, selector_, arguments...);
+  }
+
+ private:
+  using Function = Result (*)(id, SEL, Arguments...);
+
+  id receiver_;
+  SEL selector_;
+  Function function_;
+};
+
+class Predicates {
+ public:
+  explicit Predicates(NSAttributedString *text)
+      : isBold_(text, @selector(isBoldAtIndex:)),
+        isItalicized_(text, @selector(isItalicizedAtIndex:)),
+        isUnderlined_(text, @selector(isUnderlinedAtIndex:)),
+        isSuperscript_(text, @selector(isSuperscriptAtIndex:)),
+        isSubscript_(text, @selector(isSubscriptAtIndex:)) {}
+
+  // Asks in this order, which hosts see.
+  formats::PidginAttributes at(NSUInteger index) const {
+    formats::PidginAttributes attributes;
+    attributes.bold = isBold_(index) == YES;
+    attributes.italic = isItalicized_(index) == YES;
+    attributes.underline = isUnderlined_(index) == YES;
+    attributes.superscript = isSuperscript_(index) == YES;
+    attributes.subscript = isSubscript_(index) == YES;
+    return attributes;
+  }
+
+ private:
+  using Predicate = FoundMethod<BOOL, NSUInteger>;
+
+  Predicate isBold_;
+  Predicate isItalicized_;
+  Predicate isUnderlined_;
+  Predicate isSuperscript_;
+  Predicate isSubscript_;
+};
+
+// The text of an attributed string as it is now, however it changes while it is read.
+class Characters {
+ public:
+  explicit Characters(NSAttributedString *text)
+      : text_(text),
+        lengthNow_(text, @selector(length)),
+        fetchedLength_(lengthNow_()),
+        unitAt_([text string], @selector(characterAtIndex:)) {}
+
+  NSUInteger length() const { return lengthNow_(); }
+
+  char16_t at(NSUInteger index) {
+    // Some classes answer -string with a copy, which a change of the text leaves behind.
+    if (const NSUInteger length = lengthNow_(); length != fetchedLength_) {
+      fetchedLength_ = length;
+      unitAt_ = { [text_ string], @selector(characterAtIndex:) };
+    }
+    return unitAt_(index);
+  }
+
+ private:
+  NSAttributedString *text_;
+  FoundMethod<NSUInteger> lengthNow_;
+  NSUInteger fetchedLength_;
+  FoundMethod<unichar, NSUInteger> unitAt_;
+};
 
 }  // namespace
 
@@ -22,24 +106,22 @@ formats::ControlCharacters controlCharacters(BOOL escaped) {
   const std::u16string text =
       formats::textOfPidginRTF(codeUnits(rtf), [](std::u16string_view rest) {
         NSLog(@"NSAttributedString.attributedStringFromRTF: Unknown control character in %@",
-              stringWithCodeUnits(rest));
+              stringWithExactCodeUnits(rest));
       });
-  return [[[NSAttributedString alloc] initWithString:stringWithCodeUnits(text)
+  return [[[NSAttributedString alloc] initWithString:stringWithExactCodeUnits(text)
                                           attributes:attributes] autorelease];
 }
 
 - (NSString *)asPidginRTF {
-  const std::u16string text = codeUnits([self string]);
-  const std::u16string_view view = text;
-  formats::PidginRTFWriter writer(text.size());
-  for (std::size_t index = 0; index < view.size(); ++index) {
-    formats::PidginAttributes attributes;
-    attributes.bold = [self isBoldAtIndex:index] == YES;
-    attributes.italic = [self isItalicizedAtIndex:index] == YES;
-    attributes.underline = [self isUnderlinedAtIndex:index] == YES;
-    attributes.superscript = [self isSuperscriptAtIndex:index] == YES;
-    attributes.subscript = [self isSubscriptAtIndex:index] == YES;
-    writer.append(view.substr(index, 1), attributes);
+  Characters characters(self);
+  const Predicates predicates(self);
+  formats::PidginRTFWriter writer(characters.length());
+  for (NSUInteger index = 0; index < characters.length(); ++index) {
+    const formats::PidginAttributes attributes = predicates.at(index);
+    // A predicate is the host's code, and could have cut the text.
+    if (index < characters.length()) {
+      writer.append(characters.at(index), attributes);
+    }
   }
   return stringWithCodeUnits(writer.finish());
 }

@@ -14,6 +14,10 @@ std::u16string codeUnits(NSString *string);
 // they become U+FFFD.
 NSString *stringWithCodeUnits(std::u16string_view text);
 
+// The same with lone surrogates kept. Such a string has no UTF-8: it is for texts that go back
+// to Cocoa only.
+NSString *stringWithExactCodeUnits(std::u16string_view text);
+
 // An autoreleased string of UTF-8 bytes; what is ill-formed becomes U+FFFD.
 NSString *stringWithUTF8(std::string_view bytes);
 

@@ -4,16 +4,62 @@
 
 std::u16string codeUnits(NSString *string) {
   std::u16string text([string length], u'\0');
-  [string getCharacters:reinterpret_cast<unichar *>(text.data())
-                  range:NSMakeRange(0, text.size())];
+  [string getCharacters:reinterpret_cast<unichar *>(text.data()) range:NSMakeRange(0, text.size())];
   return text;
 }
 
+namespace {
+
+bool isHighSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xD800; }
+bool isLowSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xDC00; }
+
+// How many code units stand before the first half of a surrogate pair without its other half.
+std::size_t lengthBeforeLoneSurrogate(std::u16string_view text) {
+  std::size_t index = 0;
+  while (index < text.size()) {
+    if (isHighSurrogate(text[index]) && index + 1 < text.size() &&
+        isLowSurrogate(text[index + 1])) {
+      index += 2;
+    } else if (isHighSurrogate(text[index]) || isLowSurrogate(text[index])) {
+      break;
+    } else {
+      ++index;
+    }
+  }
+  return index;
+}
+
+NSString *stringOrNil(std::u16string_view text) {
+  return [NSString stringWithCharacters:reinterpret_cast<const unichar *>(text.data())
+                                 length:text.size()];
+}
+
+// GNUstep makes no string of code units with half a surrogate pair among them; but it formats one,
+// and appends what has one.
+NSString *stringWithLoneSurrogates(std::u16string_view text) {
+  NSMutableString *string = [NSMutableString stringWithCapacity:text.size()];
+  while (!text.empty()) {
+    const std::size_t wellFormed = lengthBeforeLoneSurrogate(text);
+    [string appendString:stringOrNil(text.substr(0, wellFormed))];
+    text.remove_prefix(wellFormed);
+    if (!text.empty()) {
+      [string appendFormat:@"%C", static_cast<unichar>(text.front())];
+      text.remove_prefix(1);
+    }
+  }
+  return [[string copy] autorelease];
+}
+
+}  // namespace
+
 NSString *stringWithCodeUnits(std::u16string_view text) {
-  NSString *string =
-      [NSString stringWithCharacters:reinterpret_cast<const unichar *>(text.data())
-                              length:text.size()];
+  NSString *string = stringOrNil(text);
   return string != nil ? string : stringWithUTF8(formats::encodeUTF8(text));
+}
+
+NSString *stringWithExactCodeUnits(std::u16string_view text) {
+  NSString *string = stringOrNil(text);
+  return string != nil ? string : stringWithLoneSurrogates(text);
 }
 
 NSString *stringWithUTF8(std::string_view bytes) {

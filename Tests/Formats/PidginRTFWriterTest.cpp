@@ -143,6 +143,9 @@ TEST(PidginRTFWriter, EveryCodeUnitIsEscapedAsByTheReference) {
     const auto unit = static_cast<char16_t>(value);
     ASSERT_EQ(escaped({&unit, 1}), reference::escaped(unit, true)) << static_cast<unsigned>(value);
     ASSERT_EQ(raw({&unit, 1}), reference::escaped(unit, false)) << static_cast<unsigned>(value);
+    PidginRTFWriter writer;
+    writer.append(unit, {});
+    ASSERT_EQ(writer.finish(), reference::escaped(unit, true)) << static_cast<unsigned>(value);
   }
 }
 
@@ -192,7 +195,7 @@ std::u16string written(const std::u16string &text,
                        const std::vector<PidginAttributes> &attributes) {
   PidginRTFWriter writer(text.size());
   for (std::size_t index = 0; index < text.size(); ++index) {
-    writer.append({&text[index], 1}, attributes[index]);
+    writer.append(text[index], attributes[index]);
   }
   return writer.finish();
 }
