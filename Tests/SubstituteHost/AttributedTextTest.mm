@@ -16,6 +16,32 @@ using host::attributedText;
 using hosttest::markup;
 using hosttest::utf8;
 
+// A text for which a plug-in brings a conversion of its own.
+@interface ConvertibleText : NSAttributedString
+- (NSString *)asPidginRTF;
+@end
+
+@implementation ConvertibleText
+// The designated initializer of an abstract class, whose own -init would call this one again.
+- (instancetype)initWithString:(NSString *)text attributes:(NSDictionary *)attributes {
+  (void)text;
+  (void)attributes;
+  return self;
+}
+- (NSString *)string {
+  return @"plain";
+}
+- (NSDictionary *)attributesAtIndex:(NSUInteger)index effectiveRange:(NSRange *)range {
+  if (range != NULL) {
+    *range = NSMakeRange(index, 1);
+  }
+  return [NSDictionary dictionary];
+}
+- (NSString *)asPidginRTF {
+  return @"the plug-in's";
+}
+@end
+
 namespace {
 
 class AttributedText : public hosttest::HostTest {};
@@ -131,6 +157,11 @@ TEST_F(AttributedText, PidginRTFKeepsTheFiveLooks) {
   EXPECT_NE(rtf.find("\\uc0\\u233 "), std::string::npos) << rtf;
   EXPECT_NE(rtf.find("\\'7b"), std::string::npos) << rtf;
   EXPECT_EQ(utf8(host::pidginRTF(attributedText(text))), rtf);
+}
+
+TEST_F(AttributedText, PidginRTFIsThePlugInsOwnWhereOneIsLoaded) {
+  ConvertibleText *text = [[[ConvertibleText alloc] initWithString:@"" attributes:nil] autorelease];
+  EXPECT_EQ(utf8(host::pidginRTF(text)), "the plug-in's");
 }
 
 TEST_F(AttributedText, PidginRTFOfNothingIsEmpty) {
