@@ -5,7 +5,7 @@
 #import <Cocoa/Cocoa.h>
 
 @interface KOApplication : NSApplication {
-  BOOL isEnding_;
+  int openDialogs_;
 }
 // Ends an open dialog as if it had been closed without an answer, and then the run loop:
 // `run` returns.

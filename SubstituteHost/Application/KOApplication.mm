@@ -6,6 +6,8 @@
 
 namespace {
 
+constexpr NSTimeInterval secondsBetweenAttempts = 0.05;
+
 // The run loop, a modal one too, looks at its state only after an event.
 void wakeRunLoop() {
   NSEvent *event = [NSEvent otherEventWithType:NSApplicationDefined
@@ -33,21 +35,33 @@ std::string codeInWords(NSInteger code) {
 
 - (NSInteger)runModalForWindow:(NSWindow *)window {
   application::announce("dialog: open");
+  ++openDialogs_;
   const NSInteger code = [super runModalForWindow:window];
+  --openDialogs_;
   application::announce("dialog: closed " + codeInWords(code));
-  // Who ran the dialog comes first; the end waits for the next turn of the run loop.
-  if (isEnding_) [self performSelector:@selector(endRun) withObject:nil afterDelay:0];
   return code;
 }
 
 - (void)endRun {
-  isEnding_ = YES;
-  if ([self modalWindow] != nil) {
-    [self stopModalWithCode:0];
-  } else {
+  if (openDialogs_ == 0) {
     [self stop:nil];
+  } else if ([self modalWindow] != nil) {
+    [self stopModalWithCode:0];
   }
   wakeRunLoop();
+  // Again a moment later, until `run` has returned: neither a run loop nor a dialog that is
+  // only just starting can be stopped yet, and who ran a dialog has its turn before the end.
+  [NSObject cancelPreviousPerformRequestsWithTarget:self selector:_cmd object:nil];
+  [self performSelector:_cmd
+             withObject:nil
+             afterDelay:secondsBetweenAttempts
+                inModes:[NSArray arrayWithObjects:NSDefaultRunLoopMode, NSModalPanelRunLoopMode,
+                                                  NSEventTrackingRunLoopMode, nil]];
+}
+
+- (void)run {
+  [super run];
+  [NSObject cancelPreviousPerformRequestsWithTarget:self selector:@selector(endRun) object:nil];
 }
 
 - (void)terminate:(id)sender {

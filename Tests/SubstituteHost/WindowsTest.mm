@@ -246,3 +246,21 @@ TEST_F(Windows, AModalDialogIsAnnouncedWithTheCodeThatEndedIt) {
   // The end that was asked for inside the dialog ends the run loop now.
   [NSApp run];
 }
+
+TEST_F(Windows, ADialogThatIsOnlyJustOpeningIsEndedToo) {
+  NSWindow *dialog = windows::makeWindow(@"Dialog", NSMakeSize(200, 100), NSMakeSize(100, 50));
+  // Asked for in whatever mode the run loop is in first.
+  [NSApp performSelector:@selector(endRun)
+              withObject:nil
+              afterDelay:0
+                 inModes:[NSArray arrayWithObjects:NSDefaultRunLoopMode, NSModalPanelRunLoopMode,
+                                                   NSEventTrackingRunLoopMode, nil]];
+  EXPECT_EQ([NSApp runModalForWindow:dialog], 0);
+  [dialog close];
+  [NSApp run];
+}
+
+TEST_F(Windows, AnEndAskedForBeforeTheRunLoopStartsIsNotLost) {
+  [(KOApplication *)NSApp endRun];
+  [NSApp run];
+}
