@@ -38,3 +38,10 @@ foreach(kind IN ITEMS Foundation AppKit)
 endforeach()
 target_link_libraries(GNUstep::Foundation INTERFACE ${gnustep_base_libraries})
 target_link_libraries(GNUstep::AppKit INTERFACE ${gnustep_gui_libraries})
+
+# For executables that load GNUstep: leaks are looked for in the others.
+function(overlook_gnustep_leaks)
+  foreach(target IN LISTS ARGN)
+    target_sources(${target} PRIVATE ${CMAKE_SOURCE_DIR}/CMake/OverlookGNUstepLeaks.cpp)
+  endforeach()
+endfunction()
