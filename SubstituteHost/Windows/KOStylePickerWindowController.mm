@@ -43,7 +43,7 @@
 - (void)buildInView:(NSView *)content {
   using namespace windows;
   const NSSize size = [content frame].size;
-  const CGFloat buttonWidth = 96;
+  const CGFloat buttonWidth = 116;
   const CGFloat listWidth = (size.width - 2 * margin - 2 * gap - buttonWidth) / 2;
   const CGFloat middle = margin + listWidth + gap;
   const CGFloat right = middle + buttonWidth + gap;
