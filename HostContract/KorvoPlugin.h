@@ -2,7 +2,9 @@
 //
 // The order a host should keep: load the bundle; ask the class the questions of
 // KorvoPlugin; hand it an adapter with setAdapter:, before any event can arrive;
-// send start to the instance. The plug-in verifies none of that order.
+// send start to the instance. The plug-in verifies none of that order. A plug-in that has
+// one instance for the whole process hands it out by the class method defaultInstance;
+// of any other the host makes one by alloc and init.
 #pragma once
 
 #import <Foundation/Foundation.h>
