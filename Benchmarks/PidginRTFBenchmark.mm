@@ -11,19 +11,18 @@
 
 #include <malloc.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <limits>
+#include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "MixedText.h"
-#include "RatioReporter.h"
+#include "Report.h"
+#include "TimeCollector.h"
 
 namespace {
 
-using benchmarks::Comparison;
 using formats::ControlCharacters;
 
 constexpr std::size_t fullSize = 10'000'000;  // UTF-16 code units
@@ -141,37 +140,60 @@ void addAttributedBenchmarks() {
   add("category write, attribute predicates", tenth, attributedText, write);
 }
 
+// What is measured beside what, and the most that the ratio should be.
+struct Comparison {
+  std::string measured;
+  std::string beside;
+  double aim;
+};
+
 std::vector<Comparison> comparisons() {
-  std::vector<Comparison> result;
-  const auto addRatio = [&](const std::string &measured, const std::string &baseline, double aim) {
-    result.push_back({sized(measured, fullSize), sized(baseline, fullSize), aim});
-  };
-  const auto addLinear = [&](const std::string &measured) {
-    result.push_back({sized(measured, fullSize), sized(measured, tenth), 11});
-  };
-  addRatio("escape ASCII", "copy", 4);
-  addRatio("escape mixed text", "copy", 12);
-  addRatio("escape all escapes", "copy", 12);
-  addRatio("read mixed RTF", "copy", 4);
-  addRatio("read all controls", "copy", 12);
-  addRatio("category escape mixed text", "copy through Cocoa", 12);
-  addRatio("category read mixed RTF", "copy through Cocoa", 4);
-  addRatio("category write, cheap predicates", "ask cheap predicates", 2);
-  result.push_back({sized("category write, attribute predicates", tenth),
-                    sized("ask attribute predicates", tenth), 2});
-  for (const char *const name : {"escape ASCII", "escape mixed text", "escape all escapes",
-                                 "read mixed RTF", "category escape mixed text",
-                                 "category read mixed RTF", "category write, cheap predicates"}) {
-    addLinear(name);
-  }
-  return result;
+  return {{"escape ASCII", "copy", 4},
+          {"escape mixed text", "copy", 12},
+          {"escape all escapes", "copy", 12},
+          {"read mixed RTF", "copy", 4},
+          {"read all controls", "copy", 12},
+          {"category escape mixed text", "copy through Cocoa", 12},
+          {"category read mixed RTF", "copy through Cocoa", 4},
+          {"category write, cheap predicates", "ask cheap predicates", 2},
+          {"category write, attribute predicates", "ask attribute predicates", 2}};
 }
 
-bool takeOption(int &count, char **arguments, std::string_view option) {
-  const auto end = std::remove(arguments + 1, arguments + count, option);
-  const bool found = end != arguments + count;
-  count = static_cast<int>(end - arguments);
-  return found;
+benchmarks::Report reportOf(const benchmarks::TimeCollector &times) {
+  benchmarks::Report report("pidgin-rtf", "Pidgin RTF");
+  const auto add = [&](const std::string &name, std::size_t units, const std::string &beside,
+                       std::optional<double> aim) {
+    if (const auto sample = times.milliseconds(sized(name, units))) {
+      report.add({.plot = "Pidgin RTF",
+                  .name = name,
+                  .size = static_cast<double>(units),
+                  .sizeUnit = "UTF-16 units",
+                  .sample = *sample,
+                  .unit = "ms",
+                  .beside = beside,
+                  .aim = aim});
+    }
+  };
+  for (const std::size_t units : {tenth, fullSize}) {
+    for (const char *const name :
+         {"copy", "copy through Cocoa", "ask cheap predicates", "ask attribute predicates"}) {
+      add(name, units, "", std::nullopt);
+    }
+    for (const auto &[measured, beside, aim] : comparisons()) {
+      add(measured, units, beside, aim);
+    }
+  }
+  for (const Comparison &comparison : comparisons()) {
+    const auto small = times.milliseconds(sized(comparison.measured, tenth));
+    const auto large = times.milliseconds(sized(comparison.measured, fullSize));
+    if (small && large) {
+      report.add({.name = comparison.measured + ", ten times the text",
+                  .sample = {.median = large->median / small->median},
+                  .unit = "times",
+                  .aim = 11});
+    }
+  }
+  return report;
 }
 
 }  // namespace
@@ -182,9 +204,16 @@ int main(int count, char **arguments) {
     std::fputs("The plug-in's bundle does not load: " PLUGIN_BUNDLE "\n", stderr);
     return 1;
   }
-  const bool asJSON = takeOption(count, arguments, "--json");
-  benchmark::Initialize(&count, arguments);
-  if (benchmark::ReportUnrecognizedArguments(count, arguments)) {
+  const benchmarks::Options options = benchmarks::takeOptions(count, arguments);
+  std::vector<char *> withDefaults(arguments, arguments + count);
+  std::string minimumTime =
+      options.quick ? "--benchmark_min_time=0.01" : "--benchmark_min_time=0.1";
+  std::string repetitions =
+      options.quick ? "--benchmark_repetitions=1" : "--benchmark_repetitions=5";
+  withDefaults.insert(withDefaults.begin() + 1, {minimumTime.data(), repetitions.data()});
+  int countWithDefaults = static_cast<int>(withDefaults.size());
+  benchmark::Initialize(&countWithDefaults, withDefaults.data());
+  if (benchmark::ReportUnrecognizedArguments(countWithDefaults, withDefaults.data())) {
     return 2;
   }
   // Freed memory is kept: else large results would be charged for fresh pages and small ones not.
@@ -193,14 +222,15 @@ int main(int count, char **arguments) {
   addTextBenchmarks(fullSize);
   addTextBenchmarks(tenth);
   addAttributedBenchmarks();
-  benchmarks::RatioReporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  if (asJSON) {
-    reporter.printJSON(comparisons());
+  benchmarks::TimeCollector times;
+  benchmark::RunSpecifiedBenchmarks(&times);
+  const benchmarks::Report report = reportOf(times);
+  if (options.asJSON) {
+    report.printJSON();
   } else {
-    reporter.printTable(comparisons());
+    report.printTable();
   }
   benchmark::Shutdown();
   [pool drain];
-  return 0;
+  return times.failed() ? 1 : 0;
 }
