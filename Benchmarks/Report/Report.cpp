@@ -58,8 +58,10 @@ void Report::printJSON() const {
     }
     object["median"] = row.sample.median;
     object["unit"] = row.unit;
-    object["spread"] = row.sample.spread;
-    object["repetitions"] = row.sample.repetitions;
+    if (row.sample.repetitions > 0) {
+      object["spread"] = row.sample.spread;
+      object["repetitions"] = row.sample.repetitions;
+    }
     if (const auto found = ratio(row)) {
       object["beside"] = row.beside;
       object["ratio"] = *found;
