@@ -163,6 +163,20 @@ TEST(CitationFinder, MainTextEndsBeforeTrailingDestinations) {
   EXPECT_FALSE(text->lastParagraphIsOpen);
 }
 
+TEST(CitationFinder, TheEndOfTheMainTextIsNeverWhereTheDocumentHidesAllOfItsRest) {
+  const std::string document = documentWith("a\\par\\pict5 hidden\\par");
+  const auto text = readDocumentText(document);
+  EXPECT_EQ(document.substr(text->endOfMainText), "\\pict5 hidden\\par}");
+}
+
+TEST(CitationFinder, MainTextEndsBehindTheFallbackOfItsLastCharacter) {
+  for (const std::string last : {"\\u233?", "\\u233\\'e9", "\\uc3\\u233 a\\'e9\\bin1 x"}) {
+    const std::string document = documentWith("a" + last + "{\\*\\x}");
+    const auto text = readDocumentText(document);
+    EXPECT_EQ(document.substr(text->endOfMainText), "{\\*\\x}}") << last;
+  }
+}
+
 TEST(CitationFinder, ParagraphWithoutItsEndIsOpen) {
   EXPECT_TRUE(readDocumentText(documentWith("a\\par b"))->lastParagraphIsOpen);
   EXPECT_TRUE(readDocumentText(documentWith("a\\par{\\pict 00}"))->lastParagraphIsOpen);
@@ -186,6 +200,14 @@ TEST(FindEndOfText, LooksIntoFootnotesAndNotAcrossThem) {
   EXPECT_EQ(findEndOfText(document, "not"), document.find("e}b"));
   EXPECT_EQ(findEndOfText(document, "ab"), document.find("\\par"));
   EXPECT_EQ(findEndOfText(document, "bc"), std::nullopt);
+}
+
+TEST(FindEndOfText, TextWithoutCharactersStandsNowhere) {
+  for (const std::string document : {"{\\rtf1}", "{\\rtf1\\par a}", "{\\rtf1 a\\par}"}) {
+    EXPECT_EQ(findEndOfText(document, ""), std::nullopt) << document;
+    // An optional hyphen guides the layout and is no character.
+    EXPECT_EQ(findEndOfText(document, "\xC2\xAD"), std::nullopt) << document;
+  }
 }
 
 TEST(FindEndOfText, RefusesABrokenDocument) { EXPECT_FALSE(findEndOfText("x", "x")); }

@@ -242,7 +242,8 @@ struct SearchedParagraph {
 
   std::optional<std::size_t> endOf(std::string_view wanted) const {
     const std::size_t found = text.find(wanted);
-    if (found == std::string::npos) {
+    // Nothing would be found everywhere, even where there is no piece to end it.
+    if (wanted.empty() || found == std::string::npos) {
       return std::nullopt;
     }
     const std::size_t textEnd = found + wanted.size();

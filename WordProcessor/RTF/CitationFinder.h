@@ -69,7 +69,8 @@ struct DocumentText {
 std::expected<DocumentText, std::string> readDocumentText(std::string_view rtf);
 
 // Where the given text stands first: the byte offset after its last character. Nothing if it
-// stands nowhere in a single paragraph. Characters are compared as in Citation::text.
+// stands nowhere in a single paragraph, or has no characters. Characters are compared as in
+// Citation::text.
 std::expected<std::optional<std::size_t>, std::string> findEndOfText(std::string_view rtf,
                                                                      std::string_view text);
 

@@ -9,7 +9,6 @@ namespace {
 
 constexpr std::size_t greatestDepth = 10'000;
 constexpr std::size_t greatestNumberOfTabStops = 64;
-constexpr char32_t replacementCharacter = 0xFFFD;
 
 bool isPrintableASCII(char byte) { return byte >= 0x20 && byte <= 0x7E; }
 
@@ -56,7 +55,10 @@ TextEvent TextReader::next() {
     }
     if (groups_.size() == 2 && mainTextWasSeen_) {
       mainTextWasSeen_ = false;
-      endOfMainText_ = restEnd_;
+      // A broken document may hide all of its rest: nothing put there would be read.
+      if (groups_.back().visibility == Visibility::visible) {
+        endOfMainText_ = restEnd_;
+      }
     }
     const Token token = lexer_.next();
     event.begin = token.begin;
@@ -335,6 +337,10 @@ bool TextReader::takeCharacter(char32_t character, TextEvent &event) {
 
 bool TextReader::giveContinuation(TextEvent &event) {
   event.isContinuation = isVisible();
+  if (event.isContinuation) {
+    // What is put behind the main text must not part a character from its fallback.
+    noteMainText();
+  }
   return givePart(event);
 }
 
