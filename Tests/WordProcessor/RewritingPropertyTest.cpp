@@ -3,80 +3,22 @@
 #include <gtest/gtest.h>
 #include <WordProcessor/RTF/FormattedDocument.h>
 
-#include <map>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "ReadDocument.h"
+#include "ReferenceRewriting.h"
 
 namespace wordprocessor {
 namespace {
 
-using testing::Character;
 using testing::charactersOf;
+using testing::citationsAmong;
+using testing::withCitationsReplaced;
 
 // Stands for a formatted citation; no document here holds it.
 const std::string replacementText = "☃";
-
-bool isBlankCharacter(const std::string &text) {
-  return text == " " || text == "\t" || text == "\u00A0" || text == "\u00AD";
-}
-
-// The rules of citations once more, as plainly as they can be written: positions of the
-// opening and the closing brace among the characters.
-std::vector<std::pair<std::size_t, std::size_t>> citationsAmong(
-    const std::vector<Character> &characters) {
-  std::vector<std::pair<std::size_t, std::size_t>> citations;
-  for (std::size_t begin = 0; begin < characters.size(); ++begin) {
-    if (characters[begin].text != "{") {
-      continue;
-    }
-    bool isBlank = true;
-    for (std::size_t end = begin + 1; end < characters.size(); ++end) {
-      const Character &character = characters[end];
-      if (character.story != characters[begin].story) {
-        continue;
-      }
-      if (character.endsParagraph || character.text == "{") {
-        break;
-      }
-      if (character.text == "}") {
-        if (!isBlank) {
-          citations.emplace_back(begin, end);
-        }
-        break;
-      }
-      isBlank = isBlank && isBlankCharacter(character.text);
-    }
-  }
-  return citations;
-}
-
-std::vector<Character> withCitationsReplaced(const std::vector<Character> &characters) {
-  std::map<std::size_t, std::size_t> endOfCitation;
-  for (const auto &[begin, end] : citationsAmong(characters)) {
-    endOfCitation[begin] = end;
-  }
-  std::vector<Character> result;
-  std::map<std::size_t, std::size_t> skipUntil;  // by story
-  for (std::size_t index = 0; index < characters.size(); ++index) {
-    const Character &character = characters[index];
-    const auto skipped = skipUntil.find(character.story);
-    if (skipped != skipUntil.end() && index <= skipped->second) {
-      continue;
-    }
-    if (endOfCitation.contains(index)) {
-      Character replacement = character;
-      replacement.text = replacementText;
-      result.push_back(replacement);
-      skipUntil[character.story] = endOfCitation[index];
-      continue;
-    }
-    result.push_back(character);
-  }
-  return result;
-}
 
 void expectOnlyCitationsChange(const std::string &rtf) {
   const auto before = charactersOf(rtf);
@@ -93,11 +35,13 @@ void expectOnlyCitationsChange(const std::string &rtf) {
       formattedDocument(rtf, *document, Texts(count, FormattedText{{replacementText}}), {});
   const auto charactersAfter = charactersOf(after);
   ASSERT_TRUE(charactersAfter) << rtf << "\n" << after;
-  ASSERT_EQ(*charactersAfter, withCitationsReplaced(*before)) << rtf << "\n" << after;
+  ASSERT_EQ(*charactersAfter, withCitationsReplaced(*before, replacementText)) << rtf << "\n"
+                                                                               << after;
   const std::string without = formattedDocument(rtf, *document, Texts(count, FormattedText{}), {});
-  auto expected = withCitationsReplaced(*before);
-  std::erase_if(expected,
-                [](const Character &character) { return character.text == replacementText; });
+  auto expected = withCitationsReplaced(*before, replacementText);
+  std::erase_if(expected, [](const testing::Character &character) {
+    return character.text == replacementText;
+  });
   ASSERT_EQ(charactersOf(without), expected) << rtf << "\n" << without;
 }
 

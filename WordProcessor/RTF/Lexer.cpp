@@ -16,8 +16,8 @@ bool isSourceBreak(char byte) { return byte == '\r' || byte == '\n'; }
 
 constexpr std::array<bool, 256> textEndingBytes = [] {
   std::array<bool, 256> ends{};
-  for (const unsigned char byte : {'\\', '{', '}', '\r', '\n'}) {
-    ends[byte] = true;
+  for (const char byte : {'\\', '{', '}', '\r', '\n'}) {
+    ends[static_cast<unsigned char>(byte)] = true;
   }
   return ends;
 }();
