@@ -14,3 +14,18 @@ if(KORVO_SANITIZE)
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(ProjectOptions INTERFACE -fsanitize=address,undefined)
 endif()
+
+# For libFuzzer: C++ by clang with its coverage and the sanitizers. The Objective-C++ stays with g++,
+# whose address sanitizer and coverage go together with clang's run time (Fuzzing/Support).
+option(KORVO_FUZZ "Build the fuzz targets with libFuzzer, in place of the tests of their corpora" OFF)
+if(KORVO_FUZZ)
+  target_compile_options(ProjectOptions INTERFACE
+    -fno-omit-frame-pointer
+    # clang warns of what GCC 12's own std::stable_sort uses.
+    $<$<COMPILE_LANGUAGE:CXX>:-Wno-deprecated-declarations
+      -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all
+      -fprofile-instr-generate -fcoverage-mapping>
+    $<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:-fsanitize=address -fsanitize-coverage=trace-pc,trace-cmp>)
+  target_link_options(ProjectOptions INTERFACE
+    $<$<LINK_LANGUAGE:CXX>:-fsanitize=address,undefined -fprofile-instr-generate>)
+endif()

@@ -1,0 +1,10 @@
+// What libFuzzer calls.
+
+#include <cstdint>
+
+#include "Target.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
+  fuzzing::run({reinterpret_cast<const char *>(data), size});
+  return 0;
+}
