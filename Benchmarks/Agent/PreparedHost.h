@@ -1,0 +1,70 @@
+// A host whose operations cost next to nothing: every answer was made in advance, and the same few
+// objects are given out again and again. What is left of a request's time is the plug-in's.
+//
+// The texts of a document repeat after `differentCitations`: enough that no two neighbours are
+// alike, and few enough that the host's own objects do not crowd the processor's caches.
+#pragma once
+
+#import <Cocoa/Cocoa.h>
+#import <HostContract/HostContract.h>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace benchmarks {
+
+inline constexpr std::size_t differentCitations = 1024;
+
+// The citation that stands at this place of a document, in UTF-8. Most name an identifier, some
+// pages and options, one in ten a name beyond ASCII.
+std::string citationAt(std::size_t index);
+
+// One in this many is not in the library.
+inline constexpr std::size_t citationsForOneUnknown = 256;
+
+// What the plug-in does between the calls by which the host can tell.
+enum class Step {
+  decode,        // the event taken apart, each citation made a string
+  parse,         // each citation taken apart and matched, those that match nothing noted
+  format,        // each group's text asked for
+  measure,       // each text converted, for the size of the reply
+  bibliography,  // asked for as RTF
+  assemble,      // each text converted again, into the reply
+  send,          // the reply made an event
+};
+inline constexpr std::size_t stepCount = static_cast<std::size_t>(Step::send) + 1;
+// Nanoseconds.
+using StepTimes = std::array<std::int64_t, stepCount>;
+
+}  // namespace benchmarks
+
+@class PreparedStyle;
+
+@interface PreparedHost : NSObject <KorvoWordProcessorIntegrationAdapter> {
+  std::size_t citationCount;
+  std::size_t groupsSplit;
+  std::size_t conversions;
+  NSArray *splitGroups;
+  NSArray *allCitations;
+  NSSet *found;
+  NSSet *nothing;
+  id library;
+  id citation;
+  id group;
+  PreparedStyle *style;
+  NSDictionary *textAttributes;
+  BOOL isTiming;
+  benchmarks::Step currentStep;
+  std::int64_t stepBegan;
+  benchmarks::StepTimes stepTimes;
+}
+// For one document of that many citations, from its first. Made in advance as everything else.
+- (void)prepareDocumentOfCitations:(std::size_t)count;
+// Whether every text of the document was asked for, and converted twice.
+- (BOOL)wasAskedForWholeDocument;
+// Processor time of this process in each step since the start.
+- (void)startSteps;
+- (benchmarks::StepTimes)finishSteps;
+@end

@@ -1,0 +1,326 @@
+#import "PreparedHost.h"
+
+#include <ctime>
+
+using benchmarks::citationsForOneUnknown;
+using benchmarks::differentCitations;
+using benchmarks::Step;
+using benchmarks::stepCount;
+using benchmarks::StepTimes;
+
+namespace benchmarks {
+
+std::string citationAt(std::size_t index) {
+  static const char *const names[] = {"Smith",  "Jones and Brown", "Garcia", "Lee et al.",
+                                      "Martin", "Wilson",          "Nguyen", "Chen",
+                                      "Rossi",  "Müller"};
+  const std::size_t place = index % differentCitations;
+  const std::string name = names[place % std::size(names)];
+  const std::string year = std::to_string(1950 + place % 75);
+  std::string text = name + " " + year + "#" + name.substr(0, 3) + year + std::to_string(place);
+  if (place % 5 == 1) {
+    text += "@" + std::to_string(place) + "–" + std::to_string(place + 7);
+  }
+  if (place % 20 == 2) {
+    text = "\\see \\" + text;
+  }
+  if (place % 20 == 3) {
+    text = "%" + text;
+  }
+  return text;
+}
+
+}  // namespace benchmarks
+
+namespace {
+
+// Nanoseconds of this process.
+std::int64_t processorTime() {
+  timespec time{};
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+  return time.tv_sec * 1'000'000'000 + time.tv_nsec;
+}
+
+bool isUnknown(std::size_t place) { return place % citationsForOneUnknown == 100; }
+
+}  // namespace
+
+@interface PreparedLibrary : NSObject <KorvoLibrary>
+@end
+@implementation PreparedLibrary
+@end
+
+@interface PreparedReference : NSObject <KorvoReference>
+@end
+@implementation PreparedReference
+- (NSString *)UUID {
+  return @"reference";
+}
+@end
+
+@interface PreparedCitation : NSObject <KorvoCitation> {
+  id<KorvoReference> citedReference;
+}
+@end
+@implementation PreparedCitation
+- (id<KorvoReference>)reference {
+  return citedReference;
+}
+- (void)setReference:(id<KorvoReference>)reference {
+  citedReference = reference;
+}
+- (void)setSearchString:(NSString *)__attribute__((unused))text {
+}
+- (void)setPageRange:(NSString *)__attribute__((unused))text {
+}
+- (void)setInTextPrependString:(NSString *)__attribute__((unused))text {
+}
+- (void)setInTextAppendString:(NSString *)__attribute__((unused))text {
+}
+- (void)setIncludeInBibliography:(BOOL)__attribute__((unused))flag {
+}
+- (void)setIncludeInBody:(BOOL)__attribute__((unused))flag {
+}
+- (void)setStripEnclosure:(BOOL)__attribute__((unused))flag {
+}
+- (void)setSuppressSuperscript:(BOOL)__attribute__((unused))flag {
+}
+- (void)setUseYearOnly:(BOOL)__attribute__((unused))flag {
+}
+@end
+
+@interface PreparedGroup : NSObject <KorvoCitationGroup> {
+ @public
+  NSArray *members;
+}
+@end
+@implementation PreparedGroup
+- (void)addCitation:(id<KorvoCitation>)__attribute__((unused))citation {
+}
+- (NSArray *)citations {
+  return members;
+}
+@end
+
+// A formatted text with its RTF at hand.
+@interface PreparedText : NSAttributedString {
+ @public
+  NSString *rtf;
+  NSData *document;
+}
+@end
+@implementation PreparedText
+// The abstract class wants a text at once.
+- (id)init {
+  return self;
+}
+- (NSString *)string {
+  return rtf;
+}
+- (NSUInteger)length {
+  return [rtf length];
+}
+- (NSDictionary *)attributesAtIndex:(NSUInteger)__attribute__((unused))index
+                     effectiveRange:(NSRange *)range {
+  if (range != nullptr) {
+    *range = NSMakeRange(0, [rtf length]);
+  }
+  return nil;
+}
+- (NSData *)RTFFromRange:(NSRange)__attribute__((unused))range
+      documentAttributes:(NSDictionary *)__attribute__((unused))attributes {
+  return document;
+}
+@end
+
+@interface PreparedHost (Steps)
+- (void)enter:(Step)step;
+@end
+
+@interface PreparedStyle : NSObject <KorvoBibStyle> {
+ @public
+  PreparedHost *host;
+  NSArray *texts;
+  PreparedText *bibliographyText;
+  std::size_t groupsFormatted;
+}
+@end
+@implementation PreparedStyle
+- (NSString *)name {
+  return @"Prepared Style";
+}
+// The first question while a reply is put together.
+- (BOOL)useSuperscriptInInTextCitations {
+  [host enter:Step::assemble];
+  return NO;
+}
+- (void)setPropertiesInCitationArray:(NSArray *)__attribute__((unused))citations {
+  [host enter:Step::format];
+}
+- (NSAttributedString *)
+    attributedBibliographyStringForCitationArray:(NSArray *)__attribute__((unused))citations
+                                      attributes:(NSMutableDictionary *)__attribute__((unused))
+                                                 attributes {
+  [host enter:Step::bibliography];
+  return bibliographyText;
+}
+- (NSAttributedString *)attributedGroupStringForCitationArray:(NSArray *)__attribute__((unused))
+                                                              citations {
+  return [texts objectAtIndex:groupsFormatted++ % differentCitations];
+}
+@end
+
+@implementation PreparedHost (Steps)
+- (void)enter:(Step)step {
+  if (!isTiming) {
+    return;
+  }
+  const std::int64_t now = processorTime();
+  stepTimes[static_cast<std::size_t>(currentStep)] += now - stepBegan;
+  currentStep = step;
+  stepBegan = now;
+}
+@end
+
+@implementation PreparedHost
+
+- (id)init {
+  self = [super init];
+  library = [[PreparedLibrary alloc] init];
+  citation = [[PreparedCitation alloc] init];
+  PreparedGroup *preparedGroup = [[PreparedGroup alloc] init];
+  preparedGroup->members = [[NSArray alloc] initWithObjects:&citation count:1];
+  group = preparedGroup;
+  PreparedReference *reference = [[[PreparedReference alloc] init] autorelease];
+  found = [[NSSet alloc] initWithObjects:&reference count:1];
+  nothing = [[NSSet alloc] init];
+  textAttributes = [[NSDictionary alloc] init];
+  style = [[PreparedStyle alloc] init];
+  style->host = self;
+  NSMutableArray *split = [[NSMutableArray alloc] init];
+  NSMutableArray *texts = [[NSMutableArray alloc] init];
+  for (std::size_t place = 0; place < differentCitations; ++place) {
+    NSString *written = [NSString stringWithUTF8String:benchmarks::citationAt(place).c_str()];
+    [split addObject:[NSArray arrayWithObject:written]];
+    PreparedText *text = [[[PreparedText alloc] init] autorelease];
+    text->rtf = [[NSString alloc] initWithFormat:@"(Smith et al., {\\i %d}%s)",
+                                                 static_cast<int>(1950 + place % 75),
+                                                 place % 10 == 9 ? ", p. 4\\u8211 7" : ""];
+    [texts addObject:text];
+  }
+  splitGroups = split;
+  style->texts = texts;
+  return self;
+}
+
+- (void)prepareDocumentOfCitations:(std::size_t)count {
+  // An entry of the bibliography for one in four citations, some 200 bytes each.
+  constexpr std::size_t citationsForOneEntry = 4;
+  constexpr std::size_t bytesOfAnEntry = 200;
+  citationCount = count;
+  groupsSplit = 0;
+  conversions = 0;
+  style->groupsFormatted = 0;
+  if ([allCitations count] == count) {
+    return;
+  }
+  [allCitations release];
+  NSMutableArray *citations = [[NSMutableArray alloc] initWithCapacity:count];
+  for (std::size_t index = 0; index < count; ++index) {
+    [citations addObject:citation];
+  }
+  allCitations = citations;
+  [style->bibliographyText release];
+  style->bibliographyText = [[PreparedText alloc] init];
+  style->bibliographyText->rtf = @"bibliography";
+  style->bibliographyText->document =
+      [[NSMutableData alloc] initWithLength:count / citationsForOneEntry * bytesOfAnEntry];
+}
+
+- (BOOL)wasAskedForWholeDocument {
+  return groupsSplit == citationCount && style->groupsFormatted == citationCount &&
+         conversions == 2 * citationCount;
+}
+
+- (void)startSteps {
+  isTiming = YES;
+  stepTimes = {};
+  currentStep = Step::decode;
+  stepBegan = processorTime();
+}
+
+- (StepTimes)finishSteps {
+  [self enter:Step::send];
+  isTiming = NO;
+  return stepTimes;
+}
+
+- (NSArray *)selectedReferences {
+  return nil;
+}
+- (NSString *)inTextCitationTagForReference:(id<KorvoReference>)__attribute__((unused))reference {
+  return nil;
+}
+- (void)displayEditorForReference:(id<KorvoReference>)__attribute__((unused))reference {
+}
+- (NSAttributedString *)summaryWithTitleForReference:(id<KorvoReference>)__attribute__((unused))
+                                                     reference {
+  return nil;
+}
+
+- (id<KorvoLibrary>)currentLibrary {
+  [self enter:Step::parse];
+  return library;
+}
+
+- (NSSet *)referencesMatchingTag:(NSString *)__attribute__((unused))tag
+                       inLibrary:(id<KorvoLibrary>)__attribute__((unused))searched {
+  return isUnknown((groupsSplit - 1) % differentCitations) ? nothing : found;
+}
+
+- (id<KorvoCitationGroup>)createCitationGroup {
+  return group;
+}
+- (id<KorvoCitation>)createCitation {
+  return citation;
+}
+- (NSArray *)citationStringArrayForCitationGroupString:(NSString *)__attribute__((unused))
+                                                       groupString {
+  return [splitGroups objectAtIndex:groupsSplit++ % differentCitations];
+}
+- (NSArray *)citationArrayForCitationGroupArray:(NSArray *)__attribute__((unused))groups {
+  return allCitations;
+}
+
+- (NSString *)pidginRTFForAttributedString:(NSAttributedString *)text {
+  ++conversions;
+  if (conversions == 1) {
+    [self enter:Step::measure];
+  } else if (conversions == 2 * citationCount) {
+    [self enter:Step::send];
+  }
+  return static_cast<PreparedText *>(text)->rtf;
+}
+
+- (NSDictionary *)bodyTextAttributes {
+  return textAttributes;
+}
+- (NSDictionary *)subtitleTextAttributes {
+  return textAttributes;
+}
+- (NSDictionary *)notesTextAttributes {
+  return textAttributes;
+}
+- (void)postNoticeWithHeader:(NSString *)__attribute__((unused))header
+           attributedSummary:(NSAttributedString *)__attribute__((unused))summary {
+}
+- (id<KorvoBibStyle>)bibStyleNamed:(NSString *)__attribute__((unused))name {
+  return style;
+}
+- (id<KorvoBibStyle>)defaultStyle {
+  return style;
+}
+- (NSArray *)favoriteBibStyleNames {
+  return nil;
+}
+@end
