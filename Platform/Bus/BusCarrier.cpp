@@ -2,6 +2,7 @@
 #include <Platform/Bus/BusConnection.h>
 #include <Platform/Bus/BusNames.h>
 #include <Platform/Bus/EventInbox.h>
+#include <Platform/Bus/EventReceiver.h>
 #include <Platform/Bus/ParameterCodec.h>
 
 #include <algorithm>
@@ -49,42 +50,41 @@ class BusCarrier final : public Carrier {
   OSStatus activate(ProcessSerialNumber serialNumber) override;
 
  private:
-  /// The connection that has the name at this moment.
-  std::expected<std::string, OSStatus> ownerOf(FourCharCode signature);
+  /// Whether the event would come back to this process, which does not handle it while it waits.
+  bool isToOneself(const OutgoingEvent &event);
   /// A serial number is the process's number on this machine and the signature that it declared.
   std::expected<Process, OSStatus> processOfSignature(FourCharCode signature);
 
   BusConnection &connection() { return BusConnection::session(); }
 };
 
-std::expected<std::string, OSStatus> BusCarrier::ownerOf(FourCharCode signature) {
-  const auto reply = connection().ask("GetNameOwner", busName(signature));
-  if (!reply) {
-    return std::unexpected(reply.error());
+bool BusCarrier::isToOneself(const OutgoingEvent &event) {
+  if (event.targetSignature != EventReceiver::shared().signature()) {
+    return false;
   }
-  const char *owner = nullptr;
-  if (sd_bus_message_read_basic(reply->get(), 's', &owner) <= 0) {
-    return std::unexpected(OSStatus{connectionInvalid});
-  }
-  return owner;
+  const auto owner = connection().ownerOf(busName(event.targetSignature));
+  const auto bus = connection().open();
+  const char *ownName = nullptr;
+  return owner && bus && sd_bus_get_unique_name(*bus, &ownName) >= 0 &&
+         owner->connection == ownName;
 }
 
 std::expected<Parameters, OSStatus> BusCarrier::send(const OutgoingEvent &event) {
-  // A message without reply would be dropped silently where nobody has the name: ask first.
-  const auto owner = ownerOf(event.targetSignature);
-  if (!owner) {
-    return std::unexpected(owner.error());
+  if (event.wantsReply && isToOneself(event)) {
+    return std::unexpected(OSStatus{errAEEventFailed});
+  }
+  const std::string destination = busName(event.targetSignature);
+  if (!event.wantsReply) {
+    // Where nobody has the name the bus answers a message that wants an answer, and drops others.
+    if (const auto owner = connection().ownerOf(destination); !owner) {
+      return std::unexpected(owner.error());
+    }
   }
   const auto bus = connection().open();
   if (!bus) {
     return std::unexpected(bus.error());
   }
-  const char *ownName = nullptr;
-  if (event.wantsReply && sd_bus_get_unique_name(*bus, &ownName) >= 0 && *owner == ownName) {
-    // Nothing is dispatched during a wait, so this one would never end.
-    return std::unexpected(OSStatus{errAEEventFailed});
-  }
-  const auto call = newCall(*bus, *owner, "Send", event.wantsReply);
+  const auto call = newCall(*bus, destination, "Send", event.wantsReply);
   if (!call) {
     return std::unexpected(call.error());
   }
@@ -110,15 +110,11 @@ std::expected<Parameters, OSStatus> BusCarrier::send(const OutgoingEvent &event)
 }
 
 std::expected<Process, OSStatus> BusCarrier::processOfSignature(FourCharCode signature) {
-  const auto reply = connection().ask("GetConnectionUnixProcessID", busName(signature));
-  if (!reply) {
-    return std::unexpected(reply.error());
+  const auto owner = connection().ownerOf(busName(signature));
+  if (!owner) {
+    return std::unexpected(owner.error());
   }
-  UInt32 processNumber = 0;
-  if (sd_bus_message_read_basic(reply->get(), 'u', &processNumber) <= 0) {
-    return std::unexpected(OSStatus{connectionInvalid});
-  }
-  return Process{{processNumber, signature}, signature};
+  return Process{{owner->processNumber, signature}, signature};
 }
 
 std::expected<std::vector<Process>, OSStatus> BusCarrier::processes() {

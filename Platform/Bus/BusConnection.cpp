@@ -91,7 +91,9 @@ void BusConnection::removeClient(BusClient *client) {
 
 void BusConnection::addTask(std::function<void()> task) {
   tasks_.push_back(std::move(task));
-  wakeUp_.callAfter(0us);
+  if (!willRunTasks_) {
+    wakeUp_.callAfter(0us);
+  }
 }
 
 OSStatus BusConnection::send(sd_bus_message *message) {
@@ -156,12 +158,30 @@ std::expected<Message, OSStatus> BusConnection::askOn(sd_bus *bus, const char *m
                                               : statusOfError(errorName));
 }
 
-std::expected<Message, OSStatus> BusConnection::ask(const char *method, const std::string &name) {
+std::expected<NameOwners::Owner, OSStatus> BusConnection::ownerOf(const std::string &name) {
+  // What the bus has told and nobody has read yet counts.
+  processWaiting();
   const auto bus = open();
   if (!bus) {
     return std::unexpected(bus.error());
   }
-  auto answer = askOn(*bus, method, name);
+  if (owners_ == nullptr) {
+    owners_ = std::make_unique<NameOwners>(*bus);
+  }
+  auto owner = owners_->find(name);
+  if (!owner && !isOpen()) {
+    drop();
+  }
+  arm();
+  return owner;
+}
+
+std::expected<Message, OSStatus> BusConnection::ask(const char *method) {
+  const auto bus = open();
+  if (!bus) {
+    return std::unexpected(bus.error());
+  }
+  auto answer = askOn(*bus, method, "");
   if (!answer && !isOpen()) {
     drop();
   }
@@ -170,7 +190,7 @@ std::expected<Message, OSStatus> BusConnection::ask(const char *method, const st
 }
 
 std::expected<std::vector<std::string>, OSStatus> BusConnection::listNames() {
-  const auto reply = ask("ListNames", "");
+  const auto reply = ask("ListNames");
   if (!reply) {
     return std::unexpected(reply.error());
   }
@@ -208,9 +228,9 @@ void BusConnection::arm() {
 }
 
 void BusConnection::runLoopTurn() {
+  willRunTasks_ = true;
   processWaiting();
-  // Before the tasks, so that one that is left by an exception does not strand the others.
-  arm();
+  willRunTasks_ = false;
   runTasks();
   arm();
 }
@@ -233,6 +253,8 @@ void BusConnection::runTasks() {
   for (std::size_t count = tasks_.size(); count > 0 && !tasks_.empty(); --count) {
     const std::function<void()> task = std::move(tasks_.front());
     tasks_.pop_front();
+    // What the task may keep from being reached below: by a nested run loop, by an exception.
+    arm();
     task();
   }
 }
@@ -249,6 +271,7 @@ void BusConnection::drop() {
     return;
   }
   descriptor_.reset();
+  owners_.reset();
   bus_.reset();
   for (BusClient *client : std::vector(clients_)) {
     client->busIsGone();

@@ -8,6 +8,7 @@
 
 #include <ApplicationServices/MacTypes.h>
 #include <Platform/Bus/BusHandles.h>
+#include <Platform/Bus/NameOwners.h>
 #include <Platform/Bus/RunLoop.h>
 #include <Platform/Bus/RunLoopTimer.h>
 
@@ -54,9 +55,9 @@ class BusConnection {
   std::expected<Message, OSStatus> call(sd_bus_message *message, std::chrono::microseconds timeOut);
   static constexpr std::chrono::microseconds noTimeOut = std::chrono::microseconds::max();
 
+  /// Who owns a name of an application signature. procNotFound when nobody does.
+  std::expected<NameOwners::Owner, OSStatus> ownerOf(const std::string &name);
   /// Asks the bus itself, about a name. procNotFound when nobody owns the name.
-  std::expected<Message, OSStatus> ask(const char *method, const std::string &name);
-  /// The same on a given connection only.
   static std::expected<Message, OSStatus> askOn(sd_bus *bus, const char *method,
                                                 const std::string &name);
   std::expected<std::vector<std::string>, OSStatus> listNames();
@@ -66,6 +67,8 @@ class BusConnection {
 
  private:
   BusConnection();
+
+  std::expected<Message, OSStatus> ask(const char *method);
 
   void runLoopTurn();
   void processWaiting();
@@ -79,8 +82,11 @@ class BusConnection {
   RunLoopTimer reconnection_;
   Connection bus_;
   std::unique_ptr<RunLoopDescriptor> descriptor_;
+  std::unique_ptr<NameOwners> owners_;
   std::vector<BusClient *> clients_;
   std::deque<std::function<void()>> tasks_;
+  /// While the tasks that come now will be run without another turn of the run loop.
+  bool willRunTasks_ = false;
   std::chrono::milliseconds pause_;
 };
 

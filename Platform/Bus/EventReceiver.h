@@ -23,6 +23,9 @@ class EventReceiver final : private BusClient {
   OSStatus start(FourCharCode signature, std::function<void()> onActivate);
   void stop();
 
+  /// 0 while this process does not receive.
+  FourCharCode signature() const { return signature_; }
+
  private:
   explicit EventReceiver(BusConnection &connection) : connection_(connection) {}
 

@@ -24,24 +24,37 @@ RunLoopTimer::~RunLoopTimer() {
 }
 
 void RunLoopTimer::callAfter(std::chrono::microseconds delay) {
-  using namespace std::chrono;
+  const auto now = Clock::now();
+  const auto due = now + delay;
+  const bool isDueAlready = due_ && *due_ <= now;
+  if (isDueAlready && due <= now) {
+    return;
+  }
+  due_ = due;
   // A time of nothing would stop the timer.
-  const nanoseconds wait = std::max<nanoseconds>(delay, nanoseconds(1));
-  itimerspec setting{};
-  setting.it_value.tv_sec = duration_cast<seconds>(wait).count();
-  setting.it_value.tv_nsec = (wait % seconds(1)).count();
-  timerfd_settime(descriptor_, 0, &setting, nullptr);
+  set(std::max<std::chrono::nanoseconds>(delay, std::chrono::nanoseconds(1)));
 }
 
 void RunLoopTimer::cancel() {
-  const itimerspec none{};
-  timerfd_settime(descriptor_, 0, &none, nullptr);
+  if (due_) {
+    due_.reset();
+    set(std::chrono::nanoseconds(0));
+  }
+}
+
+void RunLoopTimer::set(std::chrono::nanoseconds delay) {
+  using namespace std::chrono;
+  itimerspec setting{};
+  setting.it_value.tv_sec = duration_cast<seconds>(delay).count();
+  setting.it_value.tv_nsec = (delay % seconds(1)).count();
+  timerfd_settime(descriptor_, 0, &setting, nullptr);
 }
 
 void RunLoopTimer::fire() {
   std::uint64_t expirations = 0;
   // Nothing to read when it was set anew since the run loop saw it.
   if (read(descriptor_, &expirations, sizeof expirations) == sizeof expirations) {
+    due_.reset();
     onTime_();
   }
 }

@@ -29,9 +29,15 @@ class RunLoopTimer {
   void cancel();
 
  private:
+  using Clock = std::chrono::steady_clock;
+
+  void set(std::chrono::nanoseconds delay);
   void fire();
 
   int descriptor_;
+  /// Nothing while no call is due. Spares the system calls that would change nothing: the bus sets
+  /// its timer several times for each message, nearly always to what it is.
+  std::optional<Clock::time_point> due_;
   std::function<void()> onTime_;
   std::optional<RunLoopDescriptor> watch_;
 };

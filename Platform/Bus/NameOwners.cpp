@@ -1,0 +1,65 @@
+#include <ApplicationServices/MacErrors.h>
+#include <Platform/Bus/BusConnection.h>
+#include <Platform/Bus/NameOwners.h>
+
+#include <utility>
+
+namespace platform {
+namespace {
+
+constexpr char changes[] =
+    "type='signal',sender='org.freedesktop.DBus',path='/org/freedesktop/DBus',"
+    "interface='org.freedesktop.DBus',member='NameOwnerChanged',"
+    "arg0namespace='org.korvo.AppleEvents'";
+
+}  // namespace
+
+NameOwners::NameOwners(sd_bus *bus) : bus_(bus) {
+  sd_bus_slot *slot = nullptr;
+  if (sd_bus_add_match(bus, &slot, changes, ownerChanged, this) >= 0) {
+    match_.reset(slot);
+  }
+}
+
+int NameOwners::ownerChanged(sd_bus_message *message, void *self, sd_bus_error *) {
+  const char *name = nullptr;
+  if (sd_bus_message_read_basic(message, 's', &name) > 0) {
+    static_cast<NameOwners *>(self)->owners_.erase(name);
+  }
+  return 0;
+}
+
+std::expected<NameOwners::Owner, OSStatus> NameOwners::find(const std::string &name) {
+  if (const auto known = owners_.find(name); known != owners_.end()) {
+    return known->second;
+  }
+  auto answer = ask(name);
+  // Without the bus's word of changes nothing can be remembered.
+  if (answer && match_ != nullptr) {
+    owners_.emplace(name, *answer);
+  }
+  return answer;
+}
+
+std::expected<NameOwners::Owner, OSStatus> NameOwners::ask(const std::string &name) const {
+  const auto ownerReply = BusConnection::askOn(bus_, "GetNameOwner", name);
+  if (!ownerReply) {
+    return std::unexpected(ownerReply.error());
+  }
+  const char *connection = nullptr;
+  if (sd_bus_message_read_basic(ownerReply->get(), 's', &connection) <= 0) {
+    return std::unexpected(OSStatus{connectionInvalid});
+  }
+  Owner owner{connection, 0};
+  const auto numberReply =
+      BusConnection::askOn(bus_, "GetConnectionUnixProcessID", owner.connection);
+  if (!numberReply) {
+    return std::unexpected(numberReply.error());
+  }
+  if (sd_bus_message_read_basic(numberReply->get(), 'u', &owner.processNumber) <= 0) {
+    return std::unexpected(OSStatus{connectionInvalid});
+  }
+  return owner;
+}
+
+}  // namespace platform

@@ -1,0 +1,86 @@
+#include <Platform/Bus/BusConnection.h>
+#include <Platform/Bus/BusNames.h>
+#include <Platform/Bus/NameOwners.h>
+
+#include <cstdint>
+
+#include "BusFixture.h"
+
+using namespace platform_test;
+using platform::busName;
+
+namespace {
+
+class NameOwners : public BusFixture {
+ protected:
+  NameOwners() {
+    sd_bus *bus = nullptr;
+    EXPECT_GE(sd_bus_open_user(&bus), 0);
+    client_.reset(bus);
+    owners_ = std::make_unique<platform::NameOwners>(bus);
+  }
+
+  /// A connection numbers its messages: the number of the next one.
+  std::uint64_t nextMessage() {
+    std::uint64_t cookie = 0;
+    sd_bus_message *message = nullptr;
+    EXPECT_GE(sd_bus_message_new_signal(client_.get(), &message, "/a", "a.b", "C"), 0);
+    const platform::Message signal = platform::adoptMessage(message);
+    EXPECT_GE(sd_bus_send(client_.get(), message, &cookie), 0);
+    return cookie;
+  }
+
+  /// Takes in what has arrived, until nobody is known or for a second.
+  bool peerIsForgotten() {
+    for (int round = 0; round < 200; ++round) {
+      while (sd_bus_process(client_.get(), nullptr) > 0) {
+      }
+      if (!owners_->find(busName(peerSignature))) {
+        return true;
+      }
+      sd_bus_wait(client_.get(), 5000);
+    }
+    return false;
+  }
+
+  platform::Connection client_;
+  std::unique_ptr<platform::NameOwners> owners_;
+};
+
+TEST_F(NameOwners, KnowTheProcess) {
+  const auto owner = owners_->find(busName(peerSignature));
+  ASSERT_TRUE(owner);
+  EXPECT_EQ(owner->processNumber, static_cast<std::uint32_t>(peer_->number()));
+  EXPECT_TRUE(owner->connection.starts_with(":"));
+}
+
+TEST_F(NameOwners, AreAskedForOnce) {
+  ASSERT_TRUE(owners_->find(busName(peerSignature)));
+  const std::uint64_t before = nextMessage();
+  ASSERT_TRUE(owners_->find(busName(peerSignature)));
+  EXPECT_EQ(nextMessage(), before + 1);
+}
+
+TEST_F(NameOwners, AreAskedForEachTimeWhereThereIsNone) {
+  ASSERT_FALSE(owners_->find(busName(testSignature)));
+  ASSERT_EQ(platform::startReceivingAppleEvents(testSignature, nullptr), noErr);
+  EXPECT_TRUE(owners_->find(busName(testSignature)));
+}
+
+TEST_F(NameOwners, AreForgottenWhenTheProcessEnds) {
+  ASSERT_TRUE(owners_->find(busName(peerSignature)));
+  peer_->end();
+  EXPECT_TRUE(peerIsForgotten());
+}
+
+TEST_F(NameOwners, AreTheNewOnesWhenAnotherProcessFollows) {
+  ASSERT_TRUE(owners_->find(busName(peerSignature)));
+  peer_->end();
+  ASSERT_TRUE(peerIsForgotten());
+  startPeer();
+  const auto owner = owners_->find(busName(peerSignature));
+  ASSERT_TRUE(owner);
+  EXPECT_EQ(owner->processNumber, static_cast<std::uint32_t>(peer_->number()));
+}
+
+}  // namespace
