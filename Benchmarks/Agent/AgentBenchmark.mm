@@ -166,8 +166,8 @@ int main(int count, char **arguments) {
   Report report("agent", "The plug-in's own cost");
   const Microseconds times = measureTimes(host, sizes, repetitions);
   addTimes(report, times);
-  addMemory(report, host, sizes);
   addSteps(report, host, repetitions);
+  addMemory(report, host, sizes);
   addGrowth(report, times);
   if (options.asJSON) {
     report.printJSON();

@@ -1,10 +1,12 @@
-// The agent answering one request about a document, again and again, between a prepared host and a
-// carrier that sends nothing.
+// The agent answering one request after the other, between a prepared host and a carrier that sends
+// nothing. The documents have the same number of citations, and as many of them take turns as it
+// takes to show all different citations: else the processor would know a small document by heart.
 #pragma once
 
 #include <Platform/AppleEventMessage.h>
 
 #include <cstddef>
+#include <vector>
 
 #import "PreparedHost.h"
 
@@ -30,7 +32,8 @@ class Conversation {
   PreparedHost *host_;
   Kind kind_;
   std::size_t citationCount_;
-  platform::IncomingEvent request_;
+  std::vector<platform::IncomingEvent> requests_;
+  std::size_t turns_ = 0;
 };
 
 }  // namespace benchmarks

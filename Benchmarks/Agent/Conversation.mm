@@ -54,12 +54,12 @@ FourCharCode eventIDOf(Kind kind) {
   }
 }
 
-std::string payloadOf(Kind kind, std::size_t citationCount) {
+std::string payloadOf(Kind kind, std::size_t citationCount, std::size_t first) {
   constexpr std::uint32_t documentID = 7;
   std::vector<std::string> texts(citationCount);
   std::vector<formats::CitationPair> citations(citationCount);
   for (std::size_t index = 0; index < citationCount; ++index) {
-    texts[index] = citationAt(index);
+    texts[index] = citationAt(first + index);
     citations[index] = {texts[index], {}};
   }
   return kind == Kind::preliminaryScan
@@ -67,8 +67,8 @@ std::string payloadOf(Kind kind, std::size_t citationCount) {
              : formats::encodeFinalScanRequest(documentID, true, "Prepared Style", citations);
 }
 
-platform::IncomingEvent requestFor(Kind kind, std::size_t citationCount) {
-  const std::string payload = payloadOf(kind, citationCount);
+platform::IncomingEvent requestFor(Kind kind, std::size_t citationCount, std::size_t first) {
+  const std::string payload = payloadOf(kind, citationCount, first);
   auto bytes = platform::SharedBytes::copyOf(std::as_bytes(std::span(payload)));
   return {.eventClass = formats::mellelSignature,
           .eventID = eventIDOf(kind),
@@ -103,15 +103,17 @@ PreparedHost *startPlugin() {
 }
 
 Conversation::Conversation(PreparedHost *host, Kind kind, std::size_t citationCount)
-    : host_(host),
-      kind_(kind),
-      citationCount_(citationCount),
-      request_(requestFor(kind, citationCount)) {}
+    : host_(host), kind_(kind), citationCount_(citationCount) {
+  for (std::size_t first = 0; first < differentCitations; first += citationCount) {
+    requests_.push_back(requestFor(kind, citationCount, first));
+  }
+}
 
 std::size_t Conversation::answerOnce() {
-  [host_ prepareDocumentOfCitations:citationCount_];
+  const std::size_t turn = turns_++ % requests_.size();
+  [host_ prepareDocumentOfCitations:citationCount_ from:turn * citationCount_];
   carrier().bytesSent = 0;
-  const auto reply = platform::dispatchAppleEvent(request_);
+  const auto reply = platform::dispatchAppleEvent(requests_[turn]);
   std::size_t bytes = carrier().bytesSent;
   for (const platform::Parameter &parameter : reply.value()) {
     bytes += parameter.data.size();

@@ -44,6 +44,7 @@ using StepTimes = std::array<std::int64_t, stepCount>;
 
 @interface PreparedHost : NSObject <KorvoWordProcessorIntegrationAdapter> {
   std::size_t citationCount;
+  std::size_t firstCitation;
   std::size_t groupsSplit;
   std::size_t conversions;
   NSArray *splitGroups;
@@ -60,8 +61,9 @@ using StepTimes = std::array<std::int64_t, stepCount>;
   std::int64_t stepBegan;
   benchmarks::StepTimes stepTimes;
 }
-// For one document of that many citations, from its first. Made in advance as everything else.
-- (void)prepareDocumentOfCitations:(std::size_t)count;
+// For one document of that many citations, of which the first is `citationAt(first)`. Made in
+// advance as everything else.
+- (void)prepareDocumentOfCitations:(std::size_t)count from:(std::size_t)first;
 // Whether every text of the document was asked for, and converted twice.
 - (BOOL)wasAskedForWholeDocument;
 // Processor time of this process in each step since the start.

@@ -213,11 +213,12 @@ bool isUnknown(std::size_t place) { return place % citationsForOneUnknown == 100
   return self;
 }
 
-- (void)prepareDocumentOfCitations:(std::size_t)count {
+- (void)prepareDocumentOfCitations:(std::size_t)count from:(std::size_t)first {
   // An entry of the bibliography for one in four citations, some 200 bytes each.
   constexpr std::size_t citationsForOneEntry = 4;
   constexpr std::size_t bytesOfAnEntry = 200;
   citationCount = count;
+  firstCitation = first;
   groupsSplit = 0;
   conversions = 0;
   style->groupsFormatted = 0;
@@ -275,7 +276,7 @@ bool isUnknown(std::size_t place) { return place % citationsForOneUnknown == 100
 
 - (NSSet *)referencesMatchingTag:(NSString *)__attribute__((unused))tag
                        inLibrary:(id<KorvoLibrary>)__attribute__((unused))searched {
-  return isUnknown((groupsSplit - 1) % differentCitations) ? nothing : found;
+  return isUnknown((firstCitation + groupsSplit - 1) % differentCitations) ? nothing : found;
 }
 
 - (id<KorvoCitationGroup>)createCitationGroup {
@@ -286,7 +287,7 @@ bool isUnknown(std::size_t place) { return place % citationsForOneUnknown == 100
 }
 - (NSArray *)citationStringArrayForCitationGroupString:(NSString *)__attribute__((unused))
                                                        groupString {
-  return [splitGroups objectAtIndex:groupsSplit++ % differentCitations];
+  return [splitGroups objectAtIndex:(firstCitation + groupsSplit++) % differentCitations];
 }
 - (NSArray *)citationArrayForCitationGroupArray:(NSArray *)__attribute__((unused))groups {
   return allCitations;

@@ -3,8 +3,8 @@
 
 #import "KorvoMellelAgent+Private.h"
 
-#import "AutoreleasePool.h"
 #import "HostArray.h"
+#import "LoopPool.h"
 #import "ProgrammingError.h"
 #import "TextBridge.h"
 
@@ -26,6 +26,7 @@ struct Parse {
   id<KorvoLibrary> library;
   NSMutableAttributedString *summary;
   int32_t citationNumber = 1;
+  CodeUnitReader codeUnitsOf = {};
 
   BOOL summaryHasRoom() const { return [summary length] < summaryLimit; }
 };
@@ -80,12 +81,13 @@ void append(NSMutableAttributedString *summary, NSString *text, NSDictionary *at
   // Every citation is looked up in the same library, even if the user selects another meanwhile.
   Parse parse = {adapter, [[[adapter currentLibrary] retain] autorelease],
                  [[[NSMutableAttributedString alloc] init] autorelease]};
+  LoopPool pool;
   for (NSUInteger index = 0; index < count; ++index) {
-    AutoreleasePool pool;
     [groups addObject:[self citationGroupWithString:[groupStrings objectAtIndex:index]
                                               parse:parse]];
-    pool.drain();
+    pool.endTurn();
   }
+  pool.drain();
   if ([parse.summary length] > 0) {
     [self appendNotesToSummary:parse.summary];
     [adapter postNoticeWithHeader:[self localizedText:@"Mellel Refresh Issues"]
@@ -159,14 +161,15 @@ void append(NSMutableAttributedString *summary, NSString *text, NSDictionary *at
                                        andStyle:(id<KorvoBibStyle>)style {
   const NSUInteger count = [groups count];
   NSMutableArray *groupStrings = [NSMutableArray arrayWithCapacity:count];
+  LoopPool pool;
   for (NSUInteger index = 0; index < count; ++index) {
-    AutoreleasePool pool;
     NSArray *citations = [[groups objectAtIndex:index] citations];
     NSAttributedString *text = [style attributedGroupStringForCitationArray:citations];
     // The n-th text belongs to the n-th group of the document: no place may be left out.
     [groupStrings addObject:text != nil ? text : [[[NSAttributedString alloc] init] autorelease]];
-    pool.drain();
+    pool.endTurn();
   }
+  pool.drain();
   return groupStrings;
 }
 
@@ -191,8 +194,7 @@ void append(NSMutableAttributedString *summary, NSString *text, NSDictionary *at
 
 // nil where nothing is left of the text to search for: such a citation does not count.
 - (id<KorvoCitation>)citationWithString:(NSString *)citationString parse:(Parse &)parse {
-  const std::u16string units = codeUnits(citationString);
-  const formats::CitationText text = formats::parseCitationText(units);
+  const formats::CitationText text = formats::parseCitationText(parse.codeUnitsOf(citationString));
   id<KorvoCitation> citation =
       required([parse.adapter createCitation], @"citation (createCitation)");
   BOOL found = NO;

@@ -6,9 +6,10 @@
 
 #import "KorvoMellelAgent+Private.h"
 
-#import "AutoreleasePool.h"
 #import "KOMellelScanController.h"
+#import "LoopPool.h"
 #import "OutgoingBuffer.h"
+#import "PayloadStrings.h"
 #import "ProgrammingError.h"
 #import "TextBridge.h"
 
@@ -19,6 +20,8 @@
 #include <Formats/ScanRequest.h>
 #include <Formats/VerifiedMarker.h>
 
+#include <utility>
+
 namespace {
 
 // Line numbers under which programming errors are known.
@@ -26,8 +29,6 @@ constexpr NSInteger countMismatchLine = 424;
 constexpr NSInteger resolutionSizeMismatchLine = 557;
 constexpr NSInteger scanReplySizeMismatchLine = 597;
 constexpr NSInteger liveReplySizeMismatchLine = 635;
-
-constexpr NSUInteger expectedCitations = 50;
 
 // The formatted texts of a reply and the exact size of the buffer that they take.
 struct ScanReplyContent {
@@ -50,21 +51,6 @@ class CancelUnlessAnswered {
   KorvoMellelAgent *agent_;
 };
 
-NSArray *strings(const std::vector<std::string_view> &citations) {
-  NSMutableArray *array = [NSMutableArray arrayWithCapacity:citations.size()];
-  for (const std::string_view citation : citations) {
-    AutoreleasePool pool;
-    [array addObject:stringWithUTF8(citation)];
-    pool.drain();
-  }
-  return array;
-}
-
-std::size_t sizeOfPidginRTF(NSAttributedString *text) {
-  return formats::sizeOfString(
-      codeUnits([[KorvoMellelAgent adapter] pidginRTFForAttributedString:text]));
-}
-
 }  // namespace
 
 @interface KorvoMellelAgent (ScanSteps)
@@ -83,10 +69,9 @@ std::size_t sizeOfPidginRTF(NSAttributedString *text) {
     NSLog(@"KorvoMellelAgent.handlePreliminaryScanEvent: illegal payload");
     return;
   }
-  const formats::PreliminaryScanRequest request =
-      formats::decodePreliminaryScanRequest(bytesOf(data));
+  formats::PreliminaryScanRequest request = formats::decodePreliminaryScanRequest(bytesOf(data));
   documentID = request.documentID;
-  NSArray *citations = strings(request.citations);
+  NSArray *citations = stringsInPayload(data, std::move(request.citations));
   if (request.announcedCount != [citations count]) {
     reportProgrammingError(
         _cmd, self, countMismatchLine,
@@ -102,14 +87,13 @@ std::size_t sizeOfPidginRTF(NSAttributedString *text) {
 // wrote it until the final scan; the host is asked all the same.
 - (void)reportCitationResolution:(NSArray *)citations {
   std::size_t size = formats::citationResolutionFixedSize;
-  NSMutableArray *citationArray = [NSMutableArray arrayWithCapacity:expectedCitations];
-  NSMutableArray *xmlArray = [NSMutableArray arrayWithCapacity:expectedCitations];
   id<KorvoWordProcessorIntegrationAdapter> adapter = [KorvoMellelAgent adapter];
   id<KorvoLibrary> library = [[[adapter currentLibrary] retain] autorelease];
-  for (NSUInteger index = 0; index < [citations count]; ++index) {
-    AutoreleasePool pool;
-    NSString *citation = [citations objectAtIndex:index];
-    const std::u16string text = codeUnits(citation);
+  const NSUInteger count = [citations count];
+  CodeUnitReader codeUnitsOf;
+  LoopPool pool;
+  for (NSUInteger index = 0; index < count; ++index) {
+    const std::u16string_view text = codeUnitsOf([citations objectAtIndex:index]);
     if (!text.empty()) {
       for (const std::u16string_view component : formats::citationComponents(text)) {
         [adapter referencesMatchingTag:stringWithCodeUnits(
@@ -117,12 +101,11 @@ std::size_t sizeOfPidginRTF(NSAttributedString *text) {
                              inLibrary:library];
       }
     }
-    const std::u16string markup = formats::recordMarkupForComponents(text);
-    size += formats::sizeOfString(markup) + formats::sizeOfString(text);
-    [xmlArray addObject:stringWithCodeUnits(markup)];
-    [citationArray addObject:citation];
-    pool.drain();
+    size += formats::sizeOfString(formats::recordMarkupForComponents(text)) +
+            formats::sizeOfString(text);
+    pool.endTurn();
   }
+  pool.drain();
 
   OutgoingBuffer buffer([self allocateOutgoingBytes:size], size);
   if (!buffer) {
@@ -131,9 +114,10 @@ std::size_t sizeOfPidginRTF(NSAttributedString *text) {
     return;
   }
   formats::PayloadWriter writer = buffer.writer();
-  const int64_t written = [self assembleCitationResolutionBuffer:writer
-                                                   citationArray:citationArray
-                                                        xmlArray:xmlArray];
+  const int64_t written =
+      [self assembleCitationResolutionBuffer:writer
+                               citationArray:citations
+                                    xmlArray:recordMarkupsOfCitations(citations)];
   if (written != static_cast<int64_t>(size)) {
     reportProgrammingError(
         _cmd, self, resolutionSizeMismatchLine,
@@ -153,10 +137,14 @@ std::size_t sizeOfPidginRTF(NSAttributedString *text) {
   const NSUInteger count = [citations count];
   formats::writeCitationResolutionHeader(buffer, static_cast<std::uint32_t>(documentID),
                                          static_cast<std::uint32_t>(count));
+  CodeUnitReader codeUnitsOf;
+  LoopPool pool;
   for (NSUInteger index = 0; index < count; ++index) {
-    buffer.writeString(codeUnits([citations objectAtIndex:index]));
-    buffer.writeString(codeUnits([markups objectAtIndex:index]));
+    buffer.writeString(codeUnitsOf([citations objectAtIndex:index]));
+    buffer.writeString(codeUnitsOf([markups objectAtIndex:index]));
+    pool.endTurn();
   }
+  pool.drain();
   return static_cast<int64_t>(buffer.written());
 }
 
@@ -178,11 +166,12 @@ std::size_t sizeOfPidginRTF(NSAttributedString *text) {
     generateBibliography = YES;
   }
   NSMutableArray *citations = [NSMutableArray arrayWithCapacity:request.citations.size()];
+  LoopPool pool;
   for (const std::string_view citation : request.citations) {
-    AutoreleasePool pool;
     [citations addObject:[self scrubVerified:stringWithUTF8(citation)]];
-    pool.drain();
+    pool.endTurn();
   }
+  pool.drain();
   id<KorvoBibStyle> style = nil;
   if (!request.styleName.empty()) {
     style = [[KorvoMellelAgent adapter] bibStyleNamed:stringWithUTF8(request.styleName)];
@@ -232,7 +221,7 @@ std::size_t sizeOfPidginRTF(NSAttributedString *text) {
     NSLog(@"KorvoMellelAgent.handleCreateBibliographyEvent: Illegal payload");
     return;
   }
-  const formats::LiveBibliographyRequest request =
+  formats::LiveBibliographyRequest request =
       formats::decodeLiveBibliographyRequest(bytesOf(data));
   documentID = 0;
   if (request.wantsBibliography) {
@@ -248,7 +237,9 @@ std::size_t sizeOfPidginRTF(NSAttributedString *text) {
     NSLog(@"KorvoMellelAgent.handleCreateBibliographyEvent: WARNING: expected a bibstyle, but got "
           @"none");
   }
-  [self sendLiveBiblioReplyEvent:reply forCitations:strings(request.citations) withStyle:style];
+  [self sendLiveBiblioReplyEvent:reply
+                    forCitations:stringsInPayload(data, std::move(request.citations))
+                       withStyle:style];
 }
 
 - (void)sendLiveBiblioReplyEvent:(NSAppleEventDescriptor *)reply
@@ -272,10 +263,10 @@ std::size_t sizeOfPidginRTF(NSAttributedString *text) {
           _cmd, self, liveReplySizeMismatchLine,
           @"Programming error - buffer size mismatch in sendLiveBiblioReplyEvent()");
     }
-    NSAppleEventDescriptor *directObject = [NSAppleEventDescriptor
-        descriptorWithDescriptorType:formats::textDescriptorType
-                                data:[NSData dataWithBytes:buffer.bytes()
-                                                    length:writer.stored()]];
+    NSAppleEventDescriptor *directObject =
+        [NSAppleEventDescriptor descriptorWithDescriptorType:formats::textDescriptorType
+                                                       bytes:buffer.bytes()
+                                                      length:writer.stored()];
     // Where no reply is wanted, the reply event is a null descriptor, which takes no parameters.
     if ([reply descriptorType] != typeNull) {
       [reply setDescriptor:directObject forKeyword:keyDirectObject];
@@ -300,12 +291,14 @@ std::size_t sizeOfPidginRTF(NSAttributedString *text) {
                                          .hasBibliography = rtfData != nil,
                                          .styleName = styleName,
                                          .groupCount = static_cast<std::uint32_t>(count)});
+  CodeUnitReader codeUnitsOf;
+  LoopPool pool;
   for (NSUInteger index = 0; index < count; ++index) {
-    AutoreleasePool pool;
     NSAttributedString *text = [groupStrings objectAtIndex:index];
-    buffer.writeString(codeUnits([adapter pidginRTFForAttributedString:text]));
-    pool.drain();
+    buffer.writeString(codeUnitsOf([adapter pidginRTFForAttributedString:text]));
+    pool.endTurn();
   }
+  pool.drain();
   buffer.writeBytes(bytesOf(rtfData));
   return static_cast<int64_t>(buffer.written());
 }
@@ -361,18 +354,22 @@ std::size_t sizeOfPidginRTF(NSAttributedString *text) {
   ScanReplyContent content;
   content.size = formats::scanReplyFixedSize + formats::sizeOfString(codeUnits([style name]));
   NSArray *groups = [self citationGroupsWithCitationStringArray:citations];
-  NSArray *hostCitations =
-      [[KorvoMellelAgent adapter] citationArrayForCitationGroupArray:groups];
+  id<KorvoWordProcessorIntegrationAdapter> adapter = [KorvoMellelAgent adapter];
+  NSArray *hostCitations = [adapter citationArrayForCitationGroupArray:groups];
   if (hostCitations == nil) {
     hostCitations = [NSArray array];
   }
   [style setPropertiesInCitationArray:hostCitations];
   content.groupStrings = [self citationGroupStringsWithGroupArray:groups andStyle:style];
-  for (NSUInteger index = 0; index < [content.groupStrings count]; ++index) {
-    AutoreleasePool pool;
-    content.size += sizeOfPidginRTF([content.groupStrings objectAtIndex:index]);
-    pool.drain();
+  const NSUInteger count = [content.groupStrings count];
+  CodeUnitReader codeUnitsOf;
+  LoopPool pool;
+  for (NSUInteger index = 0; index < count; ++index) {
+    NSAttributedString *text = [content.groupStrings objectAtIndex:index];
+    content.size += formats::sizeOfString(codeUnitsOf([adapter pidginRTFForAttributedString:text]));
+    pool.endTurn();
   }
+  pool.drain();
   if (generateBibliography) {
     content.rtfData = [self bibliographyForCitations:hostCitations inStyle:style];
     content.size += [content.rtfData length];

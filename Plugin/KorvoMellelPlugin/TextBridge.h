@@ -10,6 +10,16 @@
 // The UTF-16 code units of the string; none for nil.
 std::u16string codeUnits(NSString *string);
 
+// The same for one string after the other, in memory that serves again: each view is valid until
+// the next call.
+class CodeUnitReader {
+ public:
+  std::u16string_view operator()(NSString *string);
+
+ private:
+  std::u16string units_;
+};
+
 // An autoreleased string of these code units; never nil. GNUstep refuses lone surrogates: where it does,
 // they become U+FFFD.
 NSString *stringWithCodeUnits(std::u16string_view text);

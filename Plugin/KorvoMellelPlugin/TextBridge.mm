@@ -8,6 +8,16 @@ std::u16string codeUnits(NSString *string) {
   return text;
 }
 
+std::u16string_view CodeUnitReader::operator()(NSString *string) {
+  const NSUInteger length = [string length];
+  // What was there before is overwritten: only growth is filled.
+  if (units_.size() < length) {
+    units_.resize(length);
+  }
+  [string getCharacters:reinterpret_cast<unichar *>(units_.data()) range:NSMakeRange(0, length)];
+  return {units_.data(), length};
+}
+
 namespace {
 
 bool isHighSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xD800; }
@@ -29,9 +39,11 @@ std::size_t lengthBeforeLoneSurrogate(std::u16string_view text) {
   return index;
 }
 
+// Each message to a class by its name looks the name up, which takes as long as half of the string.
 NSString *stringOrNil(std::u16string_view text) {
-  return [NSString stringWithCharacters:reinterpret_cast<const unichar *>(text.data())
-                                 length:text.size()];
+  static const Class stringClass = [NSString class];
+  return [stringClass stringWithCharacters:reinterpret_cast<const unichar *>(text.data())
+                                    length:text.size()];
 }
 
 // GNUstep makes no string of code units with half a surrogate pair among them; but it formats one,
