@@ -14,6 +14,10 @@ namespace wordprocessor {
 
 namespace {
 
+// No document is that large, but a file may claim to be, and its size is asked of the memory at
+// once.
+constexpr off_t greatestDocumentSize = off_t{1} << 30;
+
 std::unexpected<Failure> failure(const std::string &what) {
   return std::unexpected(Failure{Status::brokenDocumentOrReply, what});
 }
@@ -102,7 +106,9 @@ bool writeAll(int descriptor, std::string_view bytes) {
     if (written < 0 && errno == EINTR) {
       continue;
     }
-    if (written < 0) {
+    if (written <= 0) {
+      // A device that takes nothing, and says so without an error, would be asked for ever.
+      errno = written == 0 ? EIO : errno;
       return false;
     }
     bytes.remove_prefix(static_cast<std::size_t>(written));
@@ -126,6 +132,9 @@ std::expected<std::string, Failure> readFile(const std::string &path) {
   }
   if (!S_ISREG(status.st_mode)) {
     return failure("cannot read " + path + ": it is no file");
+  }
+  if (status.st_size > greatestDocumentSize) {
+    return failure("cannot read " + path + ": it is larger than 1 GiB");
   }
   std::string bytes(static_cast<std::size_t>(status.st_size), '\0');
   std::size_t size = 0;

@@ -10,7 +10,7 @@
 
 namespace wordprocessor {
 
-// The bytes of a regular file.
+// The bytes of a regular file of up to 1 GiB.
 std::expected<std::string, Failure> readFile(const std::string &path);
 
 // "draft.rtf" becomes "draft formatted.rtf", in the same folder.

@@ -1,7 +1,7 @@
 // The process `mellel`: one command, one exit status, one line where something is wrong.
 #include <Platform/AutoreleasePool.h>
 
-#include <exception>
+#include <csignal>
 #include <iostream>
 #include <string>
 
@@ -19,6 +19,9 @@ int tell(const wordprocessor::Failure &failure) {
 
 int main(int argc, char *argv[]) {
   using wordprocessor::Status;
+  // A copy that the limits of the user do not allow is a failed write, to be told and cleaned up
+  // after.
+  std::signal(SIGXFSZ, SIG_IGN);
   const platform::AutoreleasePool pool;
   const auto options = wordprocessor::parseOptions({argv + 1, argv + argc});
   if (!options) {

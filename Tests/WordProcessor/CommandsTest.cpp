@@ -243,6 +243,19 @@ TEST_F(Commands, OutputThatCannotBeWrittenIsTold) {
                 "cannot write " + path("none/out.rtf") + ": No such file or directory");
 }
 
+TEST_F(Commands, CopyThatFindsNoRoomLeavesTheOldOneAndNothingElse) {
+  startHost();
+  write("out.rtf", "the copy of yesterday");
+  // No file may grow: what a full disk comes to, without filling one.
+  const Ended ended =
+      testing::runProgram({"/bin/sh", "-c", "ulimit -f 0 && exec \"$@\"", "sh", MELLEL, "scan",
+                           path("in.rtf"), "--style", "apa", "-o", path("out.rtf")});
+  EXPECT_EQ(ended.status, 4);
+  EXPECT_EQ(ended.error, "mellel: cannot write " + path("out.rtf") + ": File too large\n");
+  EXPECT_EQ(read("out.rtf"), "the copy of yesterday");
+  EXPECT_EQ(fileCount(), 2U);
+}
+
 TEST_F(Commands, WrongUsageIsTold) {
   expectFailure(mellel({"scan"}), 2, "scan needs an RTF document");
   expectFailure(mellel({}), 2, "a command is missing; mellel --help lists them");
