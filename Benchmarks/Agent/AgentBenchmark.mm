@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
+#include <iterator>
 #include <map>
 #include <vector>
 
@@ -159,9 +161,15 @@ int main(int count, char **arguments) {
   if (host == nil) {
     return 1;
   }
-  const std::vector<std::size_t> sizes =
+  std::vector<std::size_t> sizes =
       options.quick ? std::vector<std::size_t>{100, 1'000, 10'000}
                     : std::vector<std::size_t>{100, 1'000, 10'000, 100'000, 1'000'000};
+  // Sizes of one's own, to look closer at one: AgentBenchmark 100000
+  if (count > 1) {
+    sizes.clear();
+    std::transform(arguments + 1, arguments + count, std::back_inserter(sizes),
+                   [](const char *size) { return std::strtoull(size, nullptr, 10); });
+  }
   const int repetitions = options.quick ? 3 : 11;
   Report report("agent", "The plug-in's own cost");
   const Microseconds times = measureTimes(host, sizes, repetitions);

@@ -96,8 +96,7 @@ class CancelUnlessAnswered {
     const std::u16string_view text = codeUnitsOf([citations objectAtIndex:index]);
     if (!text.empty()) {
       for (const std::u16string_view component : formats::citationComponents(text)) {
-        [adapter referencesMatchingTag:stringWithCodeUnits(
-                                           formats::withoutVerifiedMarkers(component))
+        [adapter referencesMatchingTag:[self scrubVerified:stringWithCodeUnits(component)]
                              inLibrary:library];
       }
     }
@@ -160,18 +159,14 @@ class CancelUnlessAnswered {
   if (data == nil) {
     return;
   }
-  const formats::FinalScanRequest request = formats::decodeFinalScanRequest(bytesOf(data));
+  formats::FinalScanRequest request = formats::decodeFinalScanRequest(bytesOf(data));
   documentID = request.documentID;
   if (request.wantsBibliography) {
     generateBibliography = YES;
   }
-  NSMutableArray *citations = [NSMutableArray arrayWithCapacity:request.citations.size()];
-  LoopPool pool;
-  for (const std::string_view citation : request.citations) {
-    [citations addObject:[self scrubVerified:stringWithUTF8(citation)]];
-    pool.endTurn();
+  for (std::string_view &citation : request.citations) {
+    citation = formats::withoutVerifiedMarkers(citation);
   }
-  pool.drain();
   id<KorvoBibStyle> style = nil;
   if (!request.styleName.empty()) {
     style = [[KorvoMellelAgent adapter] bibStyleNamed:stringWithUTF8(request.styleName)];
@@ -179,7 +174,8 @@ class CancelUnlessAnswered {
   if (style == nil) {
     style = [self styleChosenInDialog];
   }
-  [self sendScanReplyForCitations:citations withStyle:style];
+  [self sendScanReplyForCitations:stringsInPayload(data, std::move(request.citations))
+                        withStyle:style];
   cancel.answered();
 }
 
