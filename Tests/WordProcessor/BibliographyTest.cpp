@@ -59,6 +59,13 @@ TEST(Bibliography, EmptyParagraphsAroundItAreDropped) {
   EXPECT_EQ(allText(*bibliography), "a||b|");
 }
 
+TEST(Bibliography, ParagraphsOfLineBreaksAloneAreEmpty) {
+  // U+2029 is written as a line break: it must be as blank before as it is afterwards.
+  const auto bibliography = readBibliography("{\\rtf1\\u8233?\\line\\par a\\par\\u8233?}");
+  ASSERT_TRUE(bibliography);
+  EXPECT_EQ(allText(*bibliography), "a|");
+}
+
 TEST(Bibliography, NothingIsNoParagraph) {
   EXPECT_TRUE(readBibliography("")->empty());
   EXPECT_TRUE(readBibliography("{\\rtf1\\par }")->empty());

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -10,8 +11,12 @@
 
 namespace wordprocessor::testing {
 
+// Blanks, and what only guides the layout.
 inline bool isBlankCharacter(const std::string &text) {
-  return text == " " || text == "\t" || text == "\u00A0" || text == "\u00AD";
+  static const std::set<std::string> blanks = {" ",      "\t",     "\u00A0", "\u00AD",
+                                               "\u200B", "\u200E", "\u200F", "\u2028",
+                                               "\u2029", "\u202F", "\u2060"};
+  return blanks.contains(text);
 }
 
 // The rules of citations once more, as plainly as they can be written: positions of the

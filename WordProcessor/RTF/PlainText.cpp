@@ -10,10 +10,11 @@ namespace {
 
 using namespace std::string_view_literals;
 
-constexpr std::array<std::pair<std::string_view, std::string_view>, 9> replacements = {
+constexpr std::array<std::pair<std::string_view, std::string_view>, 10> replacements = {
     {{"\xC2\xA0"sv, " "sv},       // no-break space
      {"\xE2\x80\xAF"sv, " "sv},   // narrow no-break space
      {"\xE2\x80\xA8"sv, " "sv},   // line separator
+     {"\xE2\x80\xA9"sv, " "sv},   // paragraph separator
      {"\xE2\x80\x91"sv, "-"sv},   // no-break hyphen
      {"\xC2\xAD"sv, ""sv},        // optional hyphen
      {"\xE2\x80\x8B"sv, ""sv},    // zero-width space
