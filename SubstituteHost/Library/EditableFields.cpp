@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <iterator>
 #include <optional>
 
 namespace library {
@@ -251,11 +252,15 @@ std::expected<NewReference, std::string> withEditedFields(const NewReference &re
                                                           std::span<const EditableField> fields) {
   const auto present = editableFields(reference);
   if (!present) return std::unexpected(present.error());
+  std::vector<EditableField> changed;
+  std::ranges::copy_if(fields, std::back_inserter(changed), [&](const EditableField &field) {
+    return std::ranges::find(*present, field) == present->end();
+  });
+  // JSON can be written in many ways: without a change it stays written as it was.
+  if (changed.empty()) return reference;
   Json item = Json::parse(reference.cslJson, nullptr, /*allow_exceptions=*/false);
   NewReference edited = reference;
-  for (const EditableField &field : fields) {
-    if (std::ranges::find(*present, field) == present->end()) putField(item, edited, field);
-  }
+  for (const EditableField &field : changed) putField(item, edited, field);
   edited.cslJson = item.dump(-1, ' ', false, Json::error_handler_t::replace);
   return edited;
 }

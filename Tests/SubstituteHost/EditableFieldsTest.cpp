@@ -54,6 +54,12 @@ TEST(EditableFields, WithoutAChangeTheRecordStaysByteForByte) {
   EXPECT_EQ(same->cslJson, letters.cslJson);
 }
 
+TEST(EditableFields, WithoutAChangeTheRecordStaysWrittenAsItWas) {
+  const NewReference spelt{.identifier = "A",
+                           .cslJson = R"({ "title": "W\u00e4rme", "volume": 1.50 })"};
+  EXPECT_EQ(withEditedFields(spelt, *editableFields(spelt))->cslJson, spelt.cslJson);
+}
+
 TEST(EditableFields, AChangeTouchesNothingElse) {
   std::string expected = letters.cslJson;
   expected.replace(expected.find("Letters"), 7, "Briefe");
