@@ -1,6 +1,7 @@
 # add_fuzz_target(<Target> SOURCES … LINKS … UNDER_TEST … [OBJECTS …]): see Fuzzing/CMakeLists.txt.
 # UNDER_TEST names the sources whose coverage Scripts/fuzz reports, OBJECTS what holds them if that is not
 # the program itself.
+# The program is ${<Target>_program}.
 function(add_fuzz_target name)
   cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES;LINKS;UNDER_TEST;OBJECTS")
   set(support ${CMAKE_SOURCE_DIR}/Fuzzing/Support)
@@ -28,6 +29,7 @@ function(add_fuzz_target name)
   set_target_properties(${program} PROPERTIES LINKER_LANGUAGE CXX)
   target_include_directories(${program} PRIVATE ${CMAKE_SOURCE_DIR}/Fuzzing ${CMAKE_SOURCE_DIR})
   target_link_libraries(${program} PRIVATE ProjectOptions ${ARG_LINKS})
+  set(${name}_program ${program} PARENT_SCOPE)
 endfunction()
 
 if(KORVO_FUZZ)

@@ -27,5 +27,6 @@ if(KORVO_FUZZ)
       -fprofile-instr-generate -fcoverage-mapping>
     $<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:-fsanitize=address -fsanitize-coverage=trace-pc,trace-cmp>)
   target_link_options(ProjectOptions INTERFACE
+    LINKER:--wrap=__sanitizer_cov_trace_pc
     $<$<LINK_LANGUAGE:CXX>:-fsanitize=address,undefined -fprofile-instr-generate>)
 endif()

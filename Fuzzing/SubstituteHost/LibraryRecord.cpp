@@ -1,0 +1,85 @@
+// A reference from someone else's CSL-JSON: whatever is in it, a library takes it or says why not,
+// and then finds it by every name that it may be cited by; and a form that nobody changed changes
+// nothing.
+
+#include <SubstituteHostLibrary/BibliographicRecord.h>
+#include <SubstituteHostLibrary/CitationName.h>
+#include <SubstituteHostLibrary/EditableFields.h>
+#include <SubstituteHostLibrary/FoldedText.h>
+#include <SubstituteHostLibrary/Library.h>
+
+#include <algorithm>
+
+#include "Support/FuzzedData.h"
+#include "Support/Target.h"
+
+namespace fuzzing {
+
+namespace {
+
+using library::Library;
+using library::NewReference;
+
+bool finds(Library &references, std::string_view tag) {
+  const auto rows = references.matching(tag);
+  require(rows.has_value());
+  return rows->size() == 1;
+}
+
+void requireUnchangedForm(const NewReference &reference) {
+  const auto fields = library::editableFields(reference);
+  require(fields.has_value());
+  const auto same = library::withEditedFields(reference, *fields);
+  require(same.has_value());
+  require(same->identifier == reference.identifier && same->cslJson == reference.cslJson);
+}
+
+void requireFound(Library &references, const NewReference &reference,
+                  const library::BibliographicRecord &record) {
+  const auto rows = references.list({}, "");
+  require(rows.has_value() && rows->size() == 1);
+  require(references.cslJson(rows->front()) == reference.cslJson);
+  const auto summary = references.summary(rows->front());
+  require(summary.has_value() && summary->has_value());
+  require((*summary)->identifier == reference.identifier);
+  require((*summary)->title == record.title && (*summary)->year == record.year);
+  require((*summary)->authors == library::authorsInOneLine(record));
+
+  require(reference.identifier.empty() || finds(references, reference.identifier));
+  for (const std::string &name : library::citationNames(record)) {
+    require(finds(references, name));
+  }
+  const auto tag = references.citationTag(rows->front());
+  require(tag.has_value());
+  if (!reference.identifier.empty()) {
+    require(*tag == reference.identifier);
+  } else {
+    require(*tag == library::firstAuthorAndYear(record));
+    require(!*tag || finds(references, **tag));
+  }
+}
+
+}  // namespace
+
+void run(std::string_view bytes) {
+  FuzzedData data(bytes);
+  NewReference reference;
+  reference.identifier = data.text();
+  reference.cslJson = data.rest();
+  const auto record = library::readBibliographicRecord(reference.cslJson);
+  auto references = Library::temporary("fuzzed");
+  require(references.has_value());
+  const auto added = references->add({&reference, 1});
+  require(added.has_value() == record.has_value());
+  if (!record) {
+    require(!record.error().empty() && references->count() == 0U);
+    return;
+  }
+  require(added->added == 1 && added->alreadyThere == 0);
+  requireFound(*references, reference, *record);
+  requireUnchangedForm(reference);
+  const auto again = references->add({&reference, 1});
+  require(again.has_value() && again->added == 0 && again->alreadyThere == 1);
+}
+
+}  // namespace fuzzing
