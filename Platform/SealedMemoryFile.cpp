@@ -16,7 +16,7 @@ constexpr int allSeals = F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_WRITE | F_SEAL_SEA
 bool writeWhole(int descriptor, std::span<const std::byte> contents) {
   while (!contents.empty()) {
     const ssize_t written = write(descriptor, contents.data(), contents.size());
-    if (written < 0 && errno != EINTR) {
+    if (written == 0 || (written < 0 && errno != EINTR)) {
       return false;
     }
     contents = contents.subspan(written < 0 ? 0 : static_cast<std::size_t>(written));

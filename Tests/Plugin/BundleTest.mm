@@ -8,10 +8,35 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstdio>
+#include <set>
+#include <sstream>
+#include <string>
+
 namespace {
 
 NSBundle *bundle() {
   return [NSBundle bundleWithPath:[NSString stringWithUTF8String:PLUGIN_BUNDLE]];
+}
+
+// The names, without versions, that a shared object wants from others.
+std::set<std::string> undefinedSymbols(const std::string &path) {
+  const std::string command = "nm -D --undefined-only '" + path + "'";
+  FILE *output = popen(command.c_str(), "r");
+  std::set<std::string> names;
+  std::array<char, 4096> line{};
+  while (output != nullptr && fgets(line.data(), line.size(), output) != nullptr) {
+    std::istringstream words(line.data());
+    std::string kind;
+    std::string name;
+    words >> kind >> name;
+    names.insert(name.substr(0, name.find('@')));
+  }
+  if (output != nullptr) {
+    pclose(output);
+  }
+  return names;
 }
 
 class PluginBundle : public testing::Test {
@@ -51,6 +76,53 @@ TEST_F(PluginBundle, BringsTheDialogAndTheTextsAlong) {
   NSEnumerator *keys = [texts keyEnumerator];
   while (NSString *key = [keys nextObject]) {
     EXPECT_TRUE([[texts objectForKey:key] isEqual:key]) << [key UTF8String];
+  }
+}
+
+// What Mellel sends cannot make the plug-in open a file or start a program: it has nothing to do it
+// with. (Its dialog and its texts are found by Cocoa, in the bundle, by names of its own.)
+TEST_F(PluginBundle, CallsNothingThatOpensFilesOrConnectionsOrStartsPrograms) {
+  const std::set<std::string> called = undefinedSymbols([[bundle() executablePath] UTF8String]);
+  ASSERT_TRUE(called.contains("AESendMessage"));
+  for (const char *name : {"open",
+                           "open64",
+                           "openat",
+                           "creat",
+                           "fopen",
+                           "fopen64",
+                           "freopen",
+                           "unlink",
+                           "remove",
+                           "rename",
+                           "mkstemp",
+                           "mkostemp",
+                           "shm_open",
+                           "memfd_create",
+                           "socket",
+                           "connect",
+                           "system",
+                           "popen",
+                           "fork",
+                           "vfork",
+                           "execve",
+                           "execvp",
+                           "execv",
+                           "dlopen",
+                           "dlsym",
+                           "posix_spawn",
+                           "posix_spawnp",
+                           "mmap",
+                           "__objc_class_name_NSFileManager",
+                           "__objc_class_name_NSFileHandle",
+                           "__objc_class_name_NSTask",
+                           "__objc_class_name_NSURL",
+                           "__objc_class_name_NSStream",
+                           "__objc_class_name_NSConnection"}) {
+    EXPECT_FALSE(called.contains(name)) << name;
+  }
+  for (const std::string &name : called) {
+    EXPECT_EQ(name.find("basic_filebuf"), std::string::npos) << name;
+    EXPECT_EQ(name.find("filesystem"), std::string::npos) << name;
   }
 }
 
