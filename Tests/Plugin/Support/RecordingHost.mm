@@ -14,9 +14,23 @@ HostScript &hostScript() {
   return script;
 }
 
+namespace {
+
+// Of whatever the plug-in takes for a reference.
+std::string nameOf(id reference) {
+  if (reference == nil) {
+    return "(nil)";
+  }
+  return [reference isKindOfClass:[RecordingReference class]]
+             ? ((RecordingReference *)reference)->name
+             : "a stranger";
+}
+
+}  // namespace
 }  // namespace plugin_test
 
 using plugin_test::hostScript;
+using plugin_test::nameOf;
 
 @implementation RecordingReference
 - (NSString *)UUID {
@@ -46,7 +60,7 @@ using plugin_test::hostScript;
   [reference retain];
   [citedReference release];
   citedReference = reference;
-  [self note:"Reference" text:((RecordingReference *)reference)->name];
+  [self note:"Reference" text:nameOf(reference)];
 }
 - (void)setSearchString:(NSString *)text {
   [self note:"SearchString" text:str(text)];
@@ -212,7 +226,7 @@ using plugin_test::hostScript;
 }
 
 - (NSString *)inTextCitationTagForReference:(id<KorvoReference>)reference {
-  const std::string wanted = reference == nil ? "(nil)" : ((RecordingReference *)reference)->name;
+  const std::string wanted = nameOf(reference);
   logCall("inTextCitationTag " + wanted);
   for (const auto &[name, tag] : selection) {
     if (name == wanted) {
@@ -223,11 +237,11 @@ using plugin_test::hostScript;
 }
 
 - (void)displayEditorForReference:(id<KorvoReference>)reference {
-  logCall("displayEditor " + ((RecordingReference *)reference)->name);
+  logCall("displayEditor " + nameOf(reference));
 }
 
 - (NSAttributedString *)summaryWithTitleForReference:(id<KorvoReference>)reference {
-  const std::string text = "<" + ((RecordingReference *)reference)->name + ">";
+  const std::string text = "<" + nameOf(reference) + ">";
   return [[[NSAttributedString alloc] initWithString:ns(text)] autorelease];
 }
 
