@@ -1,41 +1,114 @@
-// Finds the first code unit of a kind in a text.
+// Finds units of a kind in a text, and copies what lies between them.
 //
 // The texts that pass through here consist almost entirely of units that need no attention.
 // So a whole block is tested without a branch, in a loop whose count the compiler knows
-// and therefore turns into vector instructions; only a block that holds a wanted unit is
-// looked at unit by unit.
+// and therefore turns into vector instructions. The answers are a byte each, and the first that
+// is not zero is found by counting the zeros of a machine word: no unit is looked at by itself
+// but the last few of a text.
 #pragma once
 
+#include <bit>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <string_view>
+#include <type_traits>
 
 namespace formats {
 
+constexpr std::size_t scanBlockSize = 16;  // units
+
+// The index of the first of a block's units for which the predicate holds, or the block's size.
+// The predicate must be free of branches: comparisons joined by | and &. Pass a lambda, not a
+// function: a call through a pointer may not be inlined, which costs tenfold.
+template <typename Unit, typename IsWanted>
+std::size_t firstInBlock(const Unit *block, IsWanted isWanted) {
+  static_assert(std::endian::native == std::endian::little, "the first byte is the lowest");
+  std::uint8_t answers[scanBlockSize];
+  for (std::size_t index = 0; index < scanBlockSize; ++index) {
+    answers[index] = static_cast<std::uint8_t>(isWanted(block[index]));
+  }
+  std::uint64_t halves[2];
+  static_assert(sizeof halves == sizeof answers);
+  std::memcpy(halves, answers, sizeof halves);
+  if ((halves[0] | halves[1]) == 0) {
+    return scanBlockSize;
+  }
+  const bool isInSecond = halves[0] == 0;
+  return static_cast<std::size_t>(std::countr_zero(halves[isInSecond ? 1 : 0])) / 8 +
+         (isInSecond ? 8 : 0);
+}
+
 // The index of the first unit at or after `from` for which the predicate holds, or the length
-// of the text. The predicate must be free of branches: comparisons joined by | and &. Pass a
-// lambda, not a function: a call through a pointer may not be inlined, which costs tenfold.
+// of the text.
 template <typename Unit, typename IsWanted>
 std::size_t findFirst(std::basic_string_view<Unit> text, std::size_t from, IsWanted isWanted) {
-  // Wanted units often stand side by side (a text in Chinese): no block is tested for these.
-  if (from < text.size() && isWanted(text[from])) {
-    return from;
-  }
-  constexpr std::size_t blockSize = 32;
-  while (text.size() - from >= blockSize) {
-    const Unit *const block = text.data() + from;
-    Unit wantedUnits = 0;
-    for (std::size_t index = 0; index < blockSize; ++index) {
-      wantedUnits |= static_cast<Unit>(isWanted(block[index]));
+  while (text.size() - from >= scanBlockSize) {
+    const std::size_t index = firstInBlock(text.data() + from, isWanted);
+    from += index;
+    if (index < scanBlockSize) {
+      return from;
     }
-    if (wantedUnits != 0) {
-      break;
-    }
-    from += blockSize;
   }
   while (from < text.size() && !isWanted(text[from])) {
     ++from;
   }
   return from;
+}
+
+// Copies a block, widening or narrowing each unit.
+template <typename Unit, typename Target>
+void copyBlock(const Unit *block, Target *target) {
+  // Through arrays of their own, which the compiler knows not to overlap.
+  std::make_unsigned_t<Unit> units[scanBlockSize];
+  std::memcpy(units, block, sizeof units);
+  Target copied[scanBlockSize];
+  for (std::size_t index = 0; index < scanBlockSize; ++index) {
+    copied[index] = static_cast<Target>(units[index]);
+  }
+  std::memcpy(target, copied, sizeof copied);
+}
+
+// Copies the units at or after `from` up to the first for which the predicate holds, or to
+// the end, widening or narrowing each; returns the index of that unit. What lies in the target
+// behind the copied units, as far as the rest of the text would reach, may be overwritten.
+template <typename Unit, typename Target, typename IsWanted>
+std::size_t copyUpTo(std::basic_string_view<Unit> text, std::size_t from, Target *target,
+                     IsWanted isWanted) {
+  const std::size_t start = from;
+  while (text.size() - from >= scanBlockSize) {
+    copyBlock(text.data() + from, target + (from - start));
+    const std::size_t index = firstInBlock(text.data() + from, isWanted);
+    from += index;
+    if (index < scanBlockSize) {
+      return from;
+    }
+  }
+  while (from < text.size() && !isWanted(text[from])) {
+    target[from - start] = static_cast<Target>(text[from]);
+    ++from;
+  }
+  return from;
+}
+
+// How many units of the text there are for which the predicate holds.
+template <typename Unit, typename IsWanted>
+std::size_t count(std::basic_string_view<Unit> text, IsWanted isWanted) {
+  constexpr std::size_t blockSize = 256;
+  std::size_t sum = 0;
+  std::size_t position = 0;
+  for (; text.size() - position >= blockSize; position += blockSize) {
+    const Unit *const block = text.data() + position;
+    std::uint16_t blockSum = 0;
+    for (std::size_t index = 0; index < blockSize; ++index) {
+      blockSum = static_cast<std::uint16_t>(blockSum + isWanted(block[index]));
+    }
+    sum += blockSum;
+  }
+  for (; position < text.size(); ++position) {
+    sum += isWanted(text[position]) ? 1 : 0;
+  }
+  return sum;
 }
 
 }  // namespace formats

@@ -6,7 +6,7 @@
 #include "PidginRTFReader.h"
 
 #include <algorithm>
-#include <utility>
+#include <cstddef>
 
 #include "BlockScan.h"
 
@@ -22,24 +22,25 @@ constexpr auto endsControlWord = [](char16_t unit) {
   return (unit == u' ') | (unit == u'\t') | (unit == u'}');
 };
 
-// One pass over the input.
+// One pass over the input. The output has room for as many units as the input has.
 class Extractor {
  public:
-  Extractor(std::u16string_view rtf, const UnknownControlCharacterHandler &onUnknown)
-      : rtf_(rtf), onUnknown_(onUnknown) {
-    text_.reserve(rtf.size());
-  }
+  Extractor(std::u16string_view rtf, const UnknownControlCharacterHandler &onUnknown,
+            char16_t *output)
+      : rtf_(rtf), onUnknown_(onUnknown), output_(output) {}
 
-  std::u16string extract() {
+  // Returns the end of the text.
+  char16_t *extract() {
     while (position_ < rtf_.size()) {
-      const std::size_t end = findFirst(rtf_, position_, endsText);
-      text_.append(rtf_, position_, end - position_);
-      position_ = end;
-      if (position_ < rtf_.size()) {
+      if (endsText(rtf_[position_])) {
         readControl();
+        continue;
       }
+      const std::size_t end = copyUpTo(rtf_, position_, output_, endsText);
+      output_ += end - position_;
+      position_ = end;
     }
-    return std::move(text_);
+    return output_;
   }
 
  private:
@@ -50,7 +51,7 @@ class Extractor {
         readBackslash(rest);
         break;
       case u'{':
-        if (rest.starts_with(u"{\\")) {
+        if (rest.size() > 1 && rest[1] == u'\\') {
           skipControlWord();
         } else {
           position_ += 1;
@@ -71,10 +72,10 @@ class Extractor {
 
   void readBackslash(std::u16string_view rest) {
     if (rest.starts_with(u"\\\\")) {
-      text_.push_back(u'\\');
+      *output_++ = u'\\';
       position_ += 2;
     } else if (rest.starts_with(u"\\rquote")) {
-      text_.push_back(u'\'');
+      *output_++ = u'\'';
       position_ += 7;
     } else if (rest.starts_with(u"\\uc")) {
       position_ += 4;  // with the digit of "\uc0"
@@ -83,32 +84,45 @@ class Extractor {
     }
   }
 
-  // Skips the control words up to the next end of one, and that end. An apostrophe among
-  // them is kept.
+  // Skips the control words up to the next end of one, and that end.
   void skipControlWord() {
     const std::size_t end = findFirst(rtf_, position_, endsControlWord);
-    std::u16string_view words = rtf_.substr(position_, end - position_);
-    while (!words.empty()) {
+    keepApostrophes(rtf_.substr(position_, end - position_));
+    position_ = end + 1;
+  }
+
+  // An apostrophe among control words stays. The words start with a backslash, or with one behind
+  // a brace.
+  void keepApostrophes(std::u16string_view words) {
+    constexpr std::u16string_view apostrophe = u"rquote";
+    while (words.size() > apostrophe.size()) {
       const std::size_t length = std::min(words.find(u'\\'), words.size());
-      if (words.substr(0, length) == u"rquote") {
-        text_.push_back(u'\'');
+      if (words.substr(0, length) == apostrophe) {
+        *output_++ = u'\'';
       }
       words.remove_prefix(std::min(length + 1, words.size()));
     }
-    position_ = end + 1;
+    if (words == apostrophe) {
+      *output_++ = u'\'';
+    }
   }
 
   std::u16string_view rtf_;
   const UnknownControlCharacterHandler &onUnknown_;
   std::size_t position_ = 0;  // may come to lie past the end
-  std::u16string text_;
+  char16_t *output_;
 };
 
 }  // namespace
 
 std::u16string textOfPidginRTF(std::u16string_view rtf,
                                const UnknownControlCharacterHandler &onUnknown) {
-  return Extractor(rtf, onUnknown).extract();
+  std::u16string text;
+  // No control becomes longer than it was.
+  text.resize_and_overwrite(rtf.size(), [&](char16_t *output, std::size_t) {
+    return Extractor(rtf, onUnknown, output).extract() - output;
+  });
+  return text;
 }
 
 }  // namespace formats

@@ -1,4 +1,7 @@
-// Text that needs no escape, nearly all of it, is found and copied in bulk. The groups are a
+// Text that needs no escape, nearly all of it, is found and copied in bulk. Escapes are put
+// together from pieces of four code units that stand in tables. A first pass, cheap beside the
+// second, finds how long the result may become, so that memory is asked for once: fresh memory
+// costs more than all the rest. The groups are a
 // set of bits in nesting order, the outermost lowest: a change at one bit closes and reopens that
 // group and the groups above it, and leaves those below alone.
 
@@ -7,12 +10,15 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <iterator>
+#include <cstring>
+#include <string_view>
 #include <utility>
 
 #include "BlockScan.h"
 
 namespace formats {
+
+using std::string_view_literals::operator""sv;
 
 namespace {
 
@@ -27,70 +33,147 @@ unsigned groupsOf(const PidginAttributes &attributes) {
          (attributes.subscript ? 16u : 0);
 }
 
+constexpr std::size_t longestEscape = 13;  // "\uc0\u-32768 "
+
+// Four code units, which one instruction copies; how many of them count, the user knows.
+using FourUnits = std::array<char16_t, 4>;
+
+char16_t *store(char16_t *output, const char16_t *fourUnits) {
+  std::memcpy(output, fourUnits, sizeof(FourUnits));
+  return output + 4;
+}
+
+// What stands before the last three digits of a number: sign and thousands, "-32".
+struct NumberOpening {
+  FourUnits units{};
+  std::size_t length = 0;
+};
+
+constexpr std::size_t thousandsOfUnits = 33;  // 0 to 32, of numbers up to 32768
+
+// The positive ones by their thousands, then the negative ones.
+constexpr auto numberOpenings = [] {
+  std::array<NumberOpening, 2 * thousandsOfUnits> openings{};
+  for (std::size_t index = 0; index < openings.size(); ++index) {
+    NumberOpening &opening = openings[index];
+    const auto add = [&](std::size_t unit) {
+      opening.units[opening.length++] = static_cast<char16_t>(unit);
+    };
+    const std::size_t thousands = index % thousandsOfUnits;
+    if (index >= thousandsOfUnits) {
+      add(u'-');
+    }
+    if (thousands >= 10) {
+      add(u'0' + thousands / 10);
+    }
+    if (thousands > 0) {
+      add(u'0' + thousands % 10);
+    }
+  }
+  return openings;
+}();
+
+// "000 001 002 ", up to 999, and two units more: who wants a number without its leading
+// zeros copies four units from a later one on.
+constexpr auto threeDigitsAndBlank = [] {
+  std::array<char16_t, 4 * 1000 + 2> digits{};
+  for (std::size_t number = 0; number < 1000; ++number) {
+    digits[4 * number] = static_cast<char16_t>(u'0' + number / 100);
+    digits[4 * number + 1] = static_cast<char16_t>(u'0' + number / 10 % 10);
+    digits[4 * number + 2] = static_cast<char16_t>(u'0' + number % 10);
+    digits[4 * number + 3] = u' ';
+  }
+  return digits;
+}();
+
 // RTF's \u takes a signed 16-bit number. "\uc0" says that no substitute for readers without
-// Unicode follows. Put together from its end, and appended once.
-void appendNumericEscape(std::u16string &output, char16_t unit) {
-  constexpr std::u16string_view opening = u"\\uc0\\u";
-  char16_t escape[opening.size() + 7];  // "-32768 " is the longest rest
-  char16_t *const end = std::end(escape);
-  char16_t *start = end;
-  *--start = u' ';
+// Unicode follows. Free of branches: the pieces are stored whole, and the next one over what of the
+// last one was too long. Returns the end; up to longestEscape units are written.
+char16_t *storeNumericEscape(char16_t *output, char16_t unit) {
   const bool isNegative = unit >= 0x8000;
-  for (unsigned rest = isNegative ? 0x10000u - unit : unit; rest != 0; rest /= 10) {
-    *--start = static_cast<char16_t>(u'0' + rest % 10);
-  }
-  if (isNegative) {
-    *--start = u'-';
-  }
-  start -= opening.size();
-  std::ranges::copy(opening, start);
-  output.append(start, static_cast<std::size_t>(end - start));
+  const unsigned number = isNegative ? 0x10000u - unit : unit;
+  const unsigned thousands = number / 1000;
+  const unsigned rest = number - 1000 * thousands;
+  const NumberOpening &opening = numberOpenings[thousands + (isNegative ? thousandsOfUnits : 0)];
+  store(output, u"\\uc0");
+  store(output + 4, u"\\u  ");
+  store(output + 6, opening.units.data());
+  output += 6 + opening.length;
+  const std::size_t leadingZeros = (number < 100 ? 1u : 0) + (number < 10 ? 1u : 0);
+  store(output, &threeDigitsAndBlank[4 * rest + leadingZeros]);
+  return output + (4 - leadingZeros);
 }
 
 // The blank belongs to the escape, and readers drop it; the apostrophe's escape has none, so
 // that none may be dropped there.
-std::u16string_view escapeOfControlCharacter(char16_t unit) {
+char16_t *storeEscapeOfControlCharacter(char16_t *output, char16_t unit) {
+  output[4] = u' ';
   switch (unit) {
     case u'\'':
-      return u"\\'27";
+      return store(output, u"\\'27");
     case u'{':
-      return u"\\'7b ";
+      return store(output, u"\\'7b") + 1;
     case u'}':
-      return u"\\'7d ";
+      return store(output, u"\\'7d") + 1;
     case u'\\':
-      return u"\\'5c ";
+      return store(output, u"\\'5c") + 1;
     default:
-      return u"\\\n";
+      return std::ranges::copy(u"\\\n"sv, output).out;
   }
 }
 
 constexpr auto isAboveASCII = [](char16_t unit) { return unit >= 0x80; };
 
-constexpr auto isAboveASCIIOrControlCharacter = [](char16_t unit) {
-  return (unit >= 0x80) | (unit == u'\'') | (unit == u'{') | (unit == u'}') | (unit == u'\\') |
-         (unit == u'\n');
+constexpr auto isControlCharacter = [](char16_t unit) {
+  return (unit == u'\'') | (unit == u'{') | (unit == u'}') | (unit == u'\\') | (unit == u'\n');
 };
 
-void appendEscape(std::u16string &output, char16_t unit) {
-  if (isAboveASCII(unit)) {
-    appendNumericEscape(output, unit);
-  } else {
-    output.append(escapeOfControlCharacter(unit));
+constexpr auto isAboveASCIIOrControlCharacter = [](char16_t unit) {
+  return isAboveASCII(unit) | isControlCharacter(unit);
+};
+
+// Takes only a unit that needs one, and may write up to longestEscape.
+char16_t *storeEscape(char16_t *output, char16_t unit) {
+  return isAboveASCII(unit) ? storeNumericEscape(output, unit)
+                            : storeEscapeOfControlCharacter(output, unit);
+}
+
+// The output has room for the longest escape of each unit that needs one.
+template <typename NeedsEscape>
+char16_t *storeEscaped(char16_t *output, std::u16string_view text, NeedsEscape needsEscape) {
+  std::size_t position = 0;
+  while (position < text.size()) {
+    // Units that need an escape often stand side by side (a text in Chinese).
+    const char16_t unit = text[position];
+    if (isAboveASCII(unit)) {
+      output = storeNumericEscape(output, unit);
+      ++position;
+    } else if (needsEscape(unit)) {
+      output = storeEscapeOfControlCharacter(output, unit);
+      ++position;
+    } else {
+      const std::size_t end = copyUpTo(text, position, output, needsEscape);
+      output += end - position;
+      position = end;
+    }
   }
+  return output;
+}
+
+// An upper bound of the escaped text's length.
+template <typename NeedsEscape>
+std::size_t longestEscaped(std::u16string_view text, NeedsEscape needsEscape) {
+  const std::size_t escapes = count(text, needsEscape);
+  return text.size() + (longestEscape - 1) * escapes;
 }
 
 template <typename NeedsEscape>
 void appendEscaped(std::u16string &output, std::u16string_view text, NeedsEscape needsEscape) {
-  std::size_t position = 0;
-  for (;;) {
-    const std::size_t end = findFirst(text, position, needsEscape);
-    output.append(text, position, end - position);
-    if (end == text.size()) {
-      return;
-    }
-    appendEscape(output, text[end]);
-    position = end + 1;
-  }
+  const std::size_t before = output.size();
+  output.resize_and_overwrite(before + longestEscaped(text, needsEscape),
+                              [&](char16_t *start, std::size_t) {
+                                return storeEscaped(start + before, text, needsEscape) - start;
+                              });
 }
 
 }  // namespace
@@ -106,7 +189,6 @@ void appendPidginRTF(std::u16string &output, std::u16string_view text,
 
 std::u16string pidginRTF(std::u16string_view text, ControlCharacters controlCharacters) {
   std::u16string output;
-  output.reserve(text.size() + usualOverhead);
   appendPidginRTF(output, text, controlCharacters);
   return output;
 }
@@ -127,7 +209,8 @@ void PidginRTFWriter::append(std::u16string_view text, const PidginAttributes &a
 void PidginRTFWriter::append(char16_t unit, const PidginAttributes &attributes) {
   changeGroups(groupsOf(attributes));
   if (isAboveASCIIOrControlCharacter(unit)) {
-    appendEscape(output_, unit);
+    char16_t escape[longestEscape];
+    output_.append(escape, storeEscape(escape, unit));
   } else {
     output_.push_back(unit);
   }

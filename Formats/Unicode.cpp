@@ -1,11 +1,12 @@
 // Almost every text that travels is almost entirely ASCII. Both directions therefore copy
 // runs of ASCII in bulk and look only at what lies between the runs character by
-// character. Each makes one pass and one allocation.
+// character. Each makes one allocation; the encoder measures first, which is cheap.
 
 #include "Unicode.h"
 
 #include <algorithm>
 #include <cstdint>
+#include <type_traits>
 
 #include "BlockScan.h"
 
@@ -89,33 +90,45 @@ std::size_t lengthOfCharacter(char32_t codePoint) {
   return codePoint < 0x80 ? 1 : codePoint < 0x800 ? 2 : codePoint < 0x10000 ? 3 : 4;
 }
 
-// Stores the bytes of a character above 7F and returns how many they are.
+// Stores the bytes of a character and returns how many they are.
 std::size_t storeUTF8(char32_t codePoint, char *output) {
   const std::size_t length = lengthOfCharacter(codePoint);
   for (std::size_t index = length - 1; index > 0; --index) {
     output[index] = static_cast<char>(0x80 | (codePoint & 0x3F));
     codePoint >>= 6;
   }
-  output[0] = static_cast<char>((0xF00u >> length & 0xFF) | codePoint);
+  const char32_t lengthMark = length == 1 ? 0 : 0xF00u >> length & 0xFF;
+  output[0] = static_cast<char>(lengthMark | codePoint);
   return length;
 }
 
-std::size_t endOfASCII(std::u16string_view text, std::size_t from) {
-  return findFirst(text, from, [](char16_t unit) { return unit >= 0x80; });
+constexpr auto isAboveASCII = [](auto unit) {
+  return std::make_unsigned_t<decltype(unit)>(unit) >= 0x80;
+};
+
+// The output has room for all of it.
+void storeWholeUTF8(std::u16string_view text, char *output) {
+  std::size_t position = 0;
+  while (position < text.size()) {
+    if (isAboveASCII(text[position])) {
+      output += storeUTF8(nextCharacter(text, position), output);
+      continue;
+    }
+    const std::size_t end = copyUpTo(text, position, output, isAboveASCII);
+    output += end - position;
+    position = end;
+  }
 }
 
-// Narrows or widens units, in blocks of a known count for the same reason as findFirst.
-template <typename From, typename To>
-void copyUnits(const From *source, std::size_t count, To *target) {
-  constexpr std::size_t blockSize = 16;
+// The buffer ends before the text does. That is rare, and goes character by character.
+void storePartOfUTF8(std::u16string_view text, std::span<char> buffer) {
   std::size_t position = 0;
-  for (; count - position >= blockSize; position += blockSize) {
-    for (std::size_t index = 0; index < blockSize; ++index) {
-      target[position + index] = static_cast<To>(source[position + index]);
-    }
-  }
-  for (; position < count; ++position) {
-    target[position] = static_cast<To>(source[position]);
+  while (!buffer.empty()) {
+    char bytes[4];
+    const std::size_t length = storeUTF8(nextCharacter(text, position), bytes);
+    const std::size_t stored = std::min(length, buffer.size());
+    std::copy_n(bytes, stored, buffer.data());
+    buffer = buffer.subspan(stored);
   }
 }
 
@@ -128,14 +141,13 @@ std::u16string decodeUTF8(std::string_view bytes) {
     std::size_t length = 0;
     std::size_t position = 0;
     while (position < bytes.size()) {
-      const std::size_t end =
-          findFirst(bytes, position, [](char byte) { return (byte & 0x80) != 0; });
-      copyUnits(bytes.data() + position, end - position, output + length);
+      if (isAboveASCII(bytes[position])) {
+        length += storeUTF16(decodeSequence(bytes, position), output + length);
+        continue;
+      }
+      const std::size_t end = copyUpTo(bytes, position, output + length, isAboveASCII);
       length += end - position;
       position = end;
-      if (position < bytes.size()) {
-        length += storeUTF16(decodeSequence(bytes, position), output + length);
-      }
     }
     return length;
   });
@@ -143,45 +155,35 @@ std::u16string decodeUTF8(std::string_view bytes) {
 }
 
 std::size_t encodeUTF8(std::u16string_view text, std::span<char> buffer) {
-  std::size_t needed = 0;
-  const auto rest = [&] { return buffer.subspan(std::min(needed, buffer.size())); };
-  std::size_t position = 0;
-  while (position < text.size()) {
-    const std::size_t end = endOfASCII(text, position);
-    const std::size_t count = end - position;
-    copyUnits(text.data() + position, std::min(count, rest().size()), rest().data());
-    needed += count;
-    position = end;
-    if (position < text.size()) {
-      char bytes[4];
-      const std::size_t length = storeUTF8(nextCharacter(text, position), bytes);
-      std::copy_n(bytes, std::min(length, rest().size()), rest().data());
-      needed += length;
-    }
+  const std::size_t needed = lengthInUTF8(text);
+  if (needed <= buffer.size()) {
+    storeWholeUTF8(text, buffer.data());
+  } else {
+    storePartOfUTF8(text, buffer);
   }
   return needed;
 }
 
 std::string encodeUTF8(std::u16string_view text) {
   std::string bytes;
-  bytes.resize_and_overwrite(lengthInUTF8(text), [&](char *output, std::size_t size) {
-    return encodeUTF8(text, std::span(output, size));
+  const std::size_t length = lengthInUTF8(text);
+  bytes.resize_and_overwrite(length, [&](char *output, std::size_t) {
+    storeWholeUTF8(text, output);
+    return length;
   });
   return bytes;
 }
 
+// Three bytes for each half of a pair are two too many.
 std::size_t lengthInUTF8(std::u16string_view text) {
-  std::size_t length = 0;
-  std::size_t position = 0;
-  while (position < text.size()) {
-    const std::size_t end = endOfASCII(text, position);
-    length += end - position;
-    position = end;
-    if (position < text.size()) {
-      length += lengthOfCharacter(nextCharacter(text, position));
-    }
+  const std::size_t length = text.size() + count(text, [](char16_t unit) { return unit >= 0x80; }) +
+                             count(text, [](char16_t unit) { return unit >= 0x800; });
+  std::size_t pairs = 0;
+  const auto isHigh = [](char16_t unit) { return isHighSurrogate(unit); };
+  for (std::size_t index = findFirst(text, 0, isHigh) + 1; index < text.size(); ++index) {
+    pairs += isHighSurrogate(text[index - 1]) && isLowSurrogate(text[index]) ? 1 : 0;
   }
-  return length;
+  return length - 2 * pairs;
 }
 
 }  // namespace formats
