@@ -1,8 +1,6 @@
 // A host whose operations cost next to nothing: every answer was made in advance, and the same few
 // objects are given out again and again. What is left of a request's time is the plug-in's.
 //
-// The texts of a document repeat after `differentCitations`: enough that no two neighbours are
-// alike, and few enough that the host's own objects do not crowd the processor's caches.
 #pragma once
 
 #import <Cocoa/Cocoa.h>
@@ -11,15 +9,10 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <string>
+
+#include "Citations.h"
 
 namespace benchmarks {
-
-inline constexpr std::size_t differentCitations = 1024;
-
-// The citation that stands at this place of a document, in UTF-8. Most name an identifier, some
-// pages and options, one in ten a name beyond ASCII.
-std::string citationAt(std::size_t index);
 
 // One in this many is not in the library.
 inline constexpr std::size_t citationsForOneUnknown = 256;
