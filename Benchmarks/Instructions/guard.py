@@ -25,7 +25,7 @@ import machine  # noqa: E402: in the folder named above
 
 RECORD = pathlib.Path(__file__).resolve().parent / "InstructionCounts.json"
 NOT_COMPARABLE = 77
-LARGEST_RISE = 0.05
+LARGEST_CHANGE = 5  # percent
 
 FEATURES = ("AVX512F", "AVX512VL", "AVX512BW", "AVX2", "AVX", "BMI1", "BMI2", "LZCNT", "MOVBE", "POPCNT", "RTM",
             "ERMS", "FSRM", "AVX_Fast_Unaligned_Load", "Fast_Unaligned_Load", "Fast_Unaligned_Copy", "Fast_Copy_Backward", "Fast_Rep_String",
@@ -93,9 +93,9 @@ def report(recorded, counts):
             continue
         change = counts[name] / recorded[name] - 1
         print(f"{counts[name]:13,} {change:+7.1%}  {name}")
-        if change > LARGEST_RISE:
+        if 100 * counts[name] > (100 + LARGEST_CHANGE) * recorded[name]:
             wrong.append(f"{name} takes {change:.1%} more instructions: {counts[name]:,}, recorded {recorded[name]:,}")
-        elif change < -LARGEST_RISE:
+        elif 100 * counts[name] < (100 - LARGEST_CHANGE) * recorded[name]:
             print(f"{'':21}  {-change:.1%} fewer: renew the counts, so that this is not lost again")
     return wrong
 
