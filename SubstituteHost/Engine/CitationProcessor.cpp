@@ -1,5 +1,7 @@
 #include <Formats/Unicode.h>
 #include <SubstituteHostEngine/CitationProcessor.h>
+#include <SubstituteHostEngine/CitedItems.h>
+#include <SubstituteHostEngine/DocumentQuestion.h>
 #include <SubstituteHostEngine/EmbeddedScripts.h>
 #include <SubstituteHostEngine/JavaScriptMachine.h>
 #include <SubstituteHostEngine/MarkedText.h>
@@ -7,7 +9,6 @@
 
 #include <algorithm>
 #include <array>
-#include <unordered_map>
 #include <utility>
 
 namespace engine {
@@ -25,26 +26,6 @@ unsigned optionBits(const Cite &cite) {
          (cite.stripEnclosure ? stripEnclosureBit : 0) |
          (cite.suppressSuperscript ? suppressSuperscriptBit : 0);
 }
-
-// The items of a document in the order of first mention: citation numbers follow it.
-struct CitedItems {
-  std::vector<std::string_view> ids;
-  std::vector<bool> listed;
-  std::unordered_map<std::string_view, std::size_t> places;
-
-  explicit CitedItems(std::span<const CiteGroup> groups) {
-    for (const CiteGroup &group : groups) {
-      for (const Cite &cite : group) {
-        const auto [place, isNew] = places.try_emplace(cite.itemId, ids.size());
-        if (isNew) {
-          ids.push_back(cite.itemId);
-          listed.push_back(false);
-        }
-        listed[place->second] = listed[place->second] || cite.includeInBibliography;
-      }
-    }
-  }
-};
 
 void fillItems(const JavaScriptMachine &machine, JSObjectRef request, const CitedItems &cited,
                std::span<const std::string> data) {
@@ -212,15 +193,30 @@ std::expected<FormattedDocument, std::string> CitationProcessor::formatDocument(
   if (!styleText) {
     return std::unexpected(styleText.error());
   }
+  std::string question =
+      documentQuestion(*styleText, style.locale, wantsBibliography, *data, groups);
+  if (const FormattedDocument *known = remembered_.find(question)) {
+    return *known;
+  }
+  auto formatted = format(style, *styleText, cited, *data, groups, wantsBibliography);
+  if (formatted) {
+    remembered_.remember(std::move(question), *formatted);
+  }
+  return formatted;
+}
+
+std::expected<FormattedDocument, std::string> CitationProcessor::format(
+    const Style &style, std::string_view styleText, const CitedItems &cited,
+    std::span<const std::string> items, std::span<const CiteGroup> groups, bool wantsBibliography) {
   if (auto started = start(); !started) {
     return std::unexpected(std::move(started.error()));
   }
   const JavaScriptMachine &machine = *machine_->script;
   JSObjectRef request = machine.makeObject();
-  machine.set(request, "style", machine.text(formats::decodeUTF8(*styleText)));
+  machine.set(request, "style", machine.text(formats::decodeUTF8(styleText)));
   machine.set(request, "locale", machine.text(formats::decodeUTF8(style.locale)));
   machine.set(request, "wantsBibliography", machine.number(wantsBibliography ? 1 : 0));
-  fillItems(machine, request, cited, *data);
+  fillItems(machine, request, cited, items);
   fillGroups(machine, request, cited, groups);
   const JavaScriptMachine::TextFunction readLocale =
       [this](std::u16string_view name) -> JavaScriptMachine::Text {

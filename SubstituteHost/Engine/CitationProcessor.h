@@ -5,10 +5,12 @@
 // "ibid.". So a document is always formatted as a whole. The rules of the style language
 // are carried out by citeproc-js in a JavaScript machine, which stays warm between
 // documents while the engine inside it is made afresh for each; time grows in proportion
-// to the citations.
+// to the citations. The last documents are remembered, so that one that was not changed
+// costs next to nothing.
 #pragma once
 
 #include <SubstituteHostEngine/FormattedText.h>
+#include <SubstituteHostEngine/RememberedDocuments.h>
 #include <SubstituteHostEngine/StyleCatalog.h>
 
 #include <expected>
@@ -39,6 +41,8 @@ struct Cite {
 
 using CiteGroup = std::vector<Cite>;
 
+struct CitedItems;
+
 class CitationProcessor {
  public:
   // Gives the CSL-JSON object (UTF-8) of an item, or nothing when there is no such item.
@@ -65,10 +69,17 @@ class CitationProcessor {
  private:
   struct Machine;
   std::expected<void, std::string> start();
+  std::expected<FormattedDocument, std::string> format(const Style &style,
+                                                       std::string_view styleText,
+                                                       const CitedItems &cited,
+                                                       std::span<const std::string> items,
+                                                       std::span<const CiteGroup> groups,
+                                                       bool wantsBibliography);
 
   std::filesystem::path locales_;
   std::string_view script_;
   std::unique_ptr<Machine> machine_;
+  RememberedDocuments remembered_;
 };
 
 }  // namespace engine

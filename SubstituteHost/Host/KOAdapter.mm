@@ -72,7 +72,7 @@ KOReference *ownReference(id reference) {
 - (NSSet *)referencesMatchingTag:(NSString *)tag inLibrary:(id<KorvoLibrary>)library {
   if (![(id)library isKindOfClass:[KOLibrary class]]) return [NSSet set];
   KOLibrary *searched = (KOLibrary *)library;
-  const auto rows = [searched library].matching(host::utf8(tag));
+  const auto rows = [searched libraryOfThisTurn].matching(host::utf8(tag));
   if (!rows) {
     [self reportProblem:host::stringFromUTF8(rows.error())];
     return [NSSet set];

@@ -1,5 +1,7 @@
 #import <SubstituteHostObjects/KOBibStyle.h>
 
+#include <map>
+#include <set>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -8,6 +10,7 @@
 #import <SubstituteHostObjects/KOCitation.h>
 #import <SubstituteHostObjects/KOCitationGroup.h>
 #import <SubstituteHostObjects/KOFormattedGroup.h>
+#import <SubstituteHostObjects/KOLibrary.h>
 #import <SubstituteHostObjects/KOReference.h>
 #import <SubstituteHostObjects/Owned.h>
 #import <SubstituteHostObjects/TextBridge.h>
@@ -27,6 +30,9 @@ struct Document {
   std::vector<Place> places;
   std::vector<engine::CiteGroup> groups;
   std::unordered_map<std::string, std::string> items;  // CSL-JSON by UUID
+  // Each reference is looked up once. The libraries outlive the citations, which retain them.
+  std::map<std::pair<KOLibrary *, library::ReferenceRow>, std::string> uuids;
+  std::set<KOLibrary *> libraries;
 };
 
 // Citations that follow each other and belong to one group stand together; a citation
@@ -59,21 +65,29 @@ engine::Cite citeOf(KOCitation *citation, std::string itemId) {
           .suppressSuperscript = parts.suppressSuperscript};
 }
 
-// The UUID under which the document has the citation's reference; empty when there is none
-// to be had.
-std::string itemOf(KOCitation *citation, Document &document) {
-  id reference = [citation reference];
-  if (![reference isKindOfClass:[KOReference class]]) return {};
+// The UUID under which the document has the reference; empty when there is none to be had.
+std::string addItem(KOReference *reference, Document &document) {
+  document.libraries.insert([reference library]);
   std::string uuid = host::utf8([reference UUID]);
   if (uuid.empty() || document.items.contains(uuid)) return uuid;
-  const auto json = [(KOReference *)reference cslJson];
+  const auto json = [reference cslJson];
   if (!json || !*json) return {};
   document.items.emplace(uuid, **json);
   return uuid;
 }
 
+std::string itemOf(KOCitation *citation, Document &document) {
+  id reference = [citation reference];
+  if (![reference isKindOfClass:[KOReference class]]) return {};
+  const auto [place, isNew] = document.uuids.try_emplace(
+      std::pair([(KOReference *)reference library], [(KOReference *)reference row]));
+  if (isNew) place->second = addItem(reference, document);
+  return place->second;
+}
+
 Document documentOf(NSArray *citations) {
-  Document document{.places = placesOf(citations), .groups = {}, .items = {}};
+  Document document;
+  document.places = placesOf(citations);
   for (Place &place : document.places) {
     engine::CiteGroup group;
     for (NSUInteger index = 0; index < place.citations.length; ++index) {
@@ -168,8 +182,8 @@ NSArray *citationsOfOurOwn(NSArray *citations) {
   NSArray *own = citationsOfOurOwn(citations);
   if ([own count] == 0) return host::plainAttributedText(@"");
   KOFormattedGroup *group = [(KOCitation *)[own objectAtIndex:0] formattedGroup];
-  bool isFormatted = group != nil && [[group document] style] == self &&
-                     [group citationCount] == [own count];
+  bool isFormatted =
+      group != nil && [[group document] style] == self && [group citationCount] == [own count];
   for (NSUInteger index = 0; isFormatted && index < [own count]; ++index) {
     isFormatted = [(KOCitation *)[own objectAtIndex:index] formattedGroup] == group;
   }
@@ -202,6 +216,8 @@ NSArray *citationsOfOurOwn(NSArray *citations) {
 
 - (KOFormattedDocument *)formatDocument:(NSArray *)citations {
   const Document document = documentOf(citations);
+  // Formatting takes seconds: other programs may write to the libraries meanwhile.
+  for (KOLibrary *library : document.libraries) [library endTurn];
   const auto lookUp = [&](std::string_view item) -> std::optional<std::string> {
     const auto found = document.items.find(std::string(item));
     if (found == document.items.end()) return std::nullopt;
@@ -210,18 +226,17 @@ NSArray *citationsOfOurOwn(NSArray *citations) {
   const auto formatted = processor_->formatDocument(style_, lookUp, document.groups, true);
   if (!formatted) [reporter_ reportProblem:host::stringFromUTF8(formatted.error())];
 
-  NSAttributedString *bibliography =
-      formatted ? host::attributedBibliography(formatted->bibliography)
-                : host::plainAttributedText(@"");
+  NSAttributedString *bibliography = formatted
+                                         ? host::attributedBibliography(formatted->bibliography)
+                                         : host::plainAttributedText(@"");
   KOFormattedDocument *result =
       [[[KOFormattedDocument alloc] initWithStyle:self
                                      bibliography:bibliography
                                     citationCount:[citations count]] autorelease];
   for (const Place &place : document.places) {
-    NSAttributedString *text =
-        formatted && place.isResolved
-            ? host::attributedText(formatted->groups[place.formatted])
-            : writtenGroup(citations, place.citations);
+    NSAttributedString *text = formatted && place.isResolved
+                                   ? host::attributedText(formatted->groups[place.formatted])
+                                   : writtenGroup(citations, place.citations);
     const auto group = Owned<KOFormattedGroup *>::taking([[KOFormattedGroup alloc]
         initWithDocument:result
                     text:text

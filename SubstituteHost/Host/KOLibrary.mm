@@ -1,5 +1,6 @@
 #import <SubstituteHostObjects/KOLibrary.h>
 
+#import <AppKit/AppKit.h>
 #import <SubstituteHostObjects/KOReference.h>
 #import <SubstituteHostObjects/TextBridge.h>
 
@@ -15,6 +16,26 @@
 
 - (library::Library &)library {
   return *library_;
+}
+
+- (library::Library &)libraryOfThisTurn {
+  if (!endsTurn_) {
+    endsTurn_ = YES;
+    NSArray *modes = [NSArray arrayWithObjects:NSDefaultRunLoopMode, NSModalPanelRunLoopMode,
+                                               NSEventTrackingRunLoopMode, nil];
+    [self performSelector:@selector(turnIsOver) withObject:nil afterDelay:0 inModes:modes];
+  }
+  library_->keepReading();
+  return *library_;
+}
+
+- (void)endTurn {
+  library_->stopReading();
+}
+
+- (void)turnIsOver {
+  endsTurn_ = NO;
+  [self endTurn];
 }
 
 - (NSString *)name {

@@ -27,15 +27,15 @@
 }
 
 - (std::expected<std::optional<library::ReferenceSummary>, library::LibraryError>)summary {
-  return [library_ library].summary(row_);
+  return [library_ libraryOfThisTurn].summary(row_);
 }
 
 - (std::expected<std::optional<std::string>, library::LibraryError>)cslJson {
-  return [library_ library].cslJson(row_);
+  return [library_ libraryOfThisTurn].cslJson(row_);
 }
 
 - (std::expected<std::optional<std::string>, library::LibraryError>)citationTag {
-  return [library_ library].citationTag(row_);
+  return [library_ libraryOfThisTurn].citationTag(row_);
 }
 
 - (NSString *)UUID {

@@ -114,6 +114,7 @@ struct Library::State {
   Database database;
   std::filesystem::path name;
   bool isTemporary = false;
+  bool keepsReading = false;
   std::optional<Statement> byIdentifier;
   std::optional<Statement> byCitationName;
   std::optional<Statement> selectSummary;
@@ -293,6 +294,7 @@ bool Library::isTemporary() const { return state_->isTemporary; }
 
 std::expected<Library::Addition, LibraryError> Library::add(
     std::span<const NewReference> references) {
+  stopReading();
   auto transaction = Transaction::begin(state_->database);
   if (!transaction) return state_->error(transaction.error());
   Addition addition;
@@ -393,10 +395,24 @@ std::expected<std::optional<std::string>, LibraryError> Library::citationTag(Ref
   return record ? firstAuthorAndYear(*record) : std::nullopt;
 }
 
+// Where it cannot be had, each question goes by itself, and tells what is wrong.
+void Library::keepReading() {
+  if (!state_->keepsReading) {
+    state_->keepsReading = state_->database.execute("BEGIN").has_value();
+  }
+}
+
+void Library::stopReading() {
+  if (std::exchange(state_->keepsReading, false)) {
+    (void)state_->database.execute("COMMIT");
+  }
+}
+
 std::expected<void, LibraryError> Library::replace(ReferenceRow row,
                                                    const NewReference &reference) {
   const auto record = readBibliographicRecord(reference.cslJson);
   if (!record) return state_->error(record.error());
+  stopReading();
   auto transaction = Transaction::begin(state_->database);
   if (!transaction) return state_->error(transaction.error());
   const auto present = cslJson(row);

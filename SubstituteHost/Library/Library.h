@@ -93,6 +93,12 @@ class Library {
   // neither.
   std::expected<std::optional<std::string>, LibraryError> citationTag(ReferenceRow row);
 
+  // Until stopReading() or the next change of this library all questions see the same state of
+  // the file, and the file's lock is taken once for all of them, which makes a small question
+  // several times faster. Meanwhile other programs cannot write to the file: not for long.
+  void keepReading();
+  void stopReading();
+
   // Puts new content in the reference's place; its UUID stays.
   std::expected<void, LibraryError> replace(ReferenceRow row, const NewReference &reference);
 

@@ -224,6 +224,41 @@ TEST(LibraryOnDisk, SeesWhatAnotherProgramChanged) {
   EXPECT_EQ(matches(*first, "SMI2001"), 1U);
 }
 
+TEST(LibraryOnDisk, SeesOneStateWhileItKeepsReading) {
+  const TemporaryDirectory directory;
+  auto reader = Library::openOrCreate(directory / "my.korvolib");
+  auto writer = Library::open(directory / "my.korvolib");
+  ASSERT_TRUE(reader && writer);
+  const NewReference reference = smith();
+  reader->keepReading();
+  EXPECT_EQ(matches(*reader, "SMI2001"), 0U);
+  const auto refused = writer->add({&reference, 1});
+  ASSERT_FALSE(refused);
+  EXPECT_THAT(refused.error(), HasSubstr("another program is using it"));
+  reader->keepReading();
+  reader->stopReading();
+  EXPECT_TRUE(writer->add({&reference, 1}));
+  EXPECT_EQ(matches(*reader, "SMI2001"), 1U);
+  reader->stopReading();
+}
+
+TEST(LibraryOnDisk, CanBeChangedWhileItKeepsReading) {
+  const TemporaryDirectory directory;
+  auto library = Library::openOrCreate(directory / "my.korvolib");
+  ASSERT_TRUE(library);
+  const NewReference first = smith();
+  const NewReference second = smith("SMI2002");
+  library->keepReading();
+  ASSERT_TRUE(library->add({&first, 1}));
+  EXPECT_EQ(matches(*library, "SMI2001"), 1U);
+  library->keepReading();
+  ASSERT_TRUE(library->replace((*library->matching("SMI2001"))[0], second));
+  EXPECT_EQ(matches(*library, "SMI2001"), 0U);
+  auto other = Library::open(directory / "my.korvolib");
+  ASSERT_TRUE(other);
+  EXPECT_EQ(matches(*other, "SMI2002"), 1U);
+}
+
 TEST(LibraryOnDisk, AFileThatIsNotThereIsNotMade) {
   const TemporaryDirectory directory;
   const auto opened = Library::open(directory / "none.korvolib");

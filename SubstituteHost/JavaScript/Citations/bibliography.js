@@ -4,6 +4,7 @@ import CSL from "citeproc";
 import { plainReference } from "./items.js";
 import { endOfId } from "./markers.js";
 import { placeholder } from "./placeholder.js";
+import { recallOf } from "./recalling.js";
 import { itemIndex } from "./request.js";
 
 // The style's own rules on what to leave out stay in force beside the author's.
@@ -16,7 +17,37 @@ function exclusions(engine) {
   ];
 }
 
-function entryTexts(printed) {
+const isExcluded = (item, rules) =>
+  rules.some(({ field, value }) => (value === true ? Boolean(item[field]) : item[field] === value));
+
+// makeBibliography on some of the items: its layout and what it prints.
+function printEntries(engine, ids, lastName = false) {
+  const { registry } = engine;
+  const { reflist, getSortedIds } = registry;
+  // It goes through this list for the widest first field, which is found out at the end.
+  registry.reflist = [];
+  registry.getSortedIds = () => ids;
+  firstNames.set(engine, lastName);
+  try {
+    return engine.makeBibliography({ exclude: [] });
+  } finally {
+    firstNames.delete(engine);
+    Object.assign(registry, { reflist, getSortedIds });
+  }
+}
+
+// The names that the entry before has printed, which makeBibliography forgets at its start.
+const firstNames = new WeakMap();
+const printCite = CSL.getCite;
+CSL.getCite = function (...cite) {
+  if (this.tmp.area === "bibliography" && firstNames.has(this)) {
+    this.tmp.last_rendered_name = firstNames.get(this);
+    firstNames.delete(this);
+  }
+  return printCite.apply(this, cite);
+};
+
+function textsById(printed) {
   const texts = new Map();
   for (const entry of printed) {
     const [id, text] = entry.split(endOfId);
@@ -27,27 +58,61 @@ function entryTexts(printed) {
   return texts;
 }
 
+function printOneByOne(engine, recall, ids, position) {
+  const texts = new Map();
+  let lastName = false;
+  for (const id of ids) {
+    position.id = id;
+    const entry = recall.entry(id, lastName, () => {
+      const [, printed] = printEntries(engine, [id], lastName);
+      return { text: textsById(printed).get(id), lastName: engine.tmp.last_rendered_name };
+    });
+    if (entry.text !== undefined) {
+      texts.set(id, entry.text);
+    }
+    lastName = entry.lastName;
+  }
+  return { texts, printedIds: ids };
+}
+
+function printTogether(engine, ids, position) {
+  position.ids = ids;
+  const [layout, printed] = printEntries(engine, ids);
+  return { texts: textsById(printed), printedIds: layout.entry_ids.flat() };
+}
+
+const widestFirstField = ({ registry }) =>
+  registry.reflist.reduce((widest, { offset }) => Math.max(widest, offset || 0), 0);
+
 // A style may leave works out of its bibliography on purpose, but not out of a numbered
-// list: there the number stands in the text.
-export function printBibliography(engine, items) {
-  const made = engine.makeBibliography({ exclude: exclusions(engine) });
-  if (!made) {
+// list: there the number stands in the text. While it works, `position` tells about which
+// entry (id), or among which (ids).
+export function printBibliography(engine, items, position) {
+  const empty = printEntries(engine, []);
+  if (!empty) {
     return { entries: [], entryItems: [] };
   }
-  const [layout, printed] = made;
-  const texts = entryTexts(printed);
+  const rules = exclusions(engine);
+  const wanted = engine.registry
+    .getSortedIds()
+    .filter((id) => !isExcluded(engine.refetchItem(id), rules));
+  const recall = recallOf(engine);
+  const { texts, printedIds } = recall?.hasSingleEntries(wanted)
+    ? printOneByOne(engine, recall, wanted, position)
+    : printTogether(engine, wanted, position);
   if (engine.opt.update_mode === CSL.NUMERIC) {
-    for (const id of layout.entry_ids.flat().filter((unprinted) => !texts.has(unprinted))) {
+    for (const id of printedIds.filter((unprinted) => !texts.has(unprinted))) {
       texts.set(id, plainReference(items.get(id)));
     }
   }
-  const ids = layout.entry_ids.flat().filter((id) => texts.get(id));
+  const [layout] = empty;
+  const ids = printedIds.filter((id) => texts.get(id));
   return {
     entries: ids.map((id) => texts.get(id)),
     entryItems: ids.map(itemIndex),
     hangingIndent: Boolean(layout.hangingindent),
     secondFieldAlign: layout["second-field-align"] || "",
-    firstFieldCharacters: layout.maxoffset || 0,
+    firstFieldCharacters: widestFirstField(engine),
     entrySpacing: layout.entryspacing,
     lineSpacing: layout.linespacing,
   };

@@ -9,8 +9,10 @@ import CSL from "citeproc";
 
 import { printBibliography } from "./bibliography.js";
 import { isNoteStyle, makeEngine } from "./engine.js";
+import { contentNumber, memoryOf } from "./memory.js";
 import { placeholder } from "./placeholder.js";
 import { print } from "./printing.js";
+import { recallOf, startRecalling } from "./recalling.js";
 import { itemId, itemIndex, readCitations, readItems } from "./request.js";
 import { needsPositions, sortCites, SortKeys } from "./sorting.js";
 
@@ -90,7 +92,7 @@ function printCitations(request, engine) {
       if (!needsPositions(engine)) {
         sortCites(engine, sortKeys, citation.sortedItems);
       }
-      return print(engine, citation);
+      return recallOf(engine).citation(citation, () => print(engine, citation));
     });
     texts[citation.group] = text.replace(placeholder, "");
   }
@@ -98,10 +100,11 @@ function printCitations(request, engine) {
 }
 
 function attemptBibliography(request, engine, items) {
+  const position = {};
   try {
-    return printBibliography(engine, items);
+    return printBibliography(engine, items, position);
   } catch (error) {
-    const id = engine.registry.getSortedIds()[engine.tmp.bibliography_pos];
+    const id = position.id ?? position.ids?.[engine.tmp.bibliography_pos];
     const place = id ? `bibliography entry ${request.ids[itemIndex(id)]}` : "bibliography";
     throw new Error(`${place}: the style's rules fail on it: ${messageOf(error)}`);
   }
@@ -122,15 +125,20 @@ function findUnprintable(makeFresh, ids) {
   return suspects[0];
 }
 
-// An engine that knows every item of the document, in the order of first mention.
-export function prepare(request, readLocale) {
+// An engine that knows every item of the document, in the order of first mention. `adapt` is
+// shown each engine that is made.
+export function prepare(request, readLocale, adapt = () => {}) {
   const items = readItems(request);
   request.listed.forEach((listed, index) => {
     if (!listed) {
       items.get(itemId(index)).unlisted = "yes";
     }
   });
-  const makeFresh = () => makeEngine(request.style, request.locale, readLocale, items);
+  const makeFresh = () => {
+    const made = makeEngine(request.style, request.locale, readLocale, items);
+    adapt(made);
+    return made;
+  };
   const engine = makeFresh();
   try {
     engine.updateItems([...items.keys()]);
@@ -144,7 +152,13 @@ export function prepare(request, readLocale) {
 }
 
 export function formatDocument(request, readLocale) {
-  const { engine, items } = prepare(request, readLocale);
+  const memory = memoryOf(request.style, request.locale);
+  const numbers = new Map(
+    request.items.map((json, index) => [itemId(index), contentNumber(json)]),
+  );
+  const { engine, items } = prepare(request, readLocale, (made) =>
+    startRecalling(made, memory, numbers),
+  );
   const groups = printCitations(request, engine);
   const bibliography = request.wantsBibliography
     ? attemptBibliography(request, engine, items)

@@ -1,0 +1,94 @@
+// What was printed in a style, each text with everything that it depends on.
+//
+// Every document gets an engine of its own, and most of what it is asked to print was printed
+// before: by an earlier scan of the document, or a few pages earlier. A text is taken from
+// memory if
+//   - its key is the same: the items with all their fields, the cites, what disambiguation
+//     found out about the items, their numbers; whoever prints puts it together,
+//   - the register of names answers all questions as it did then (see nameRegister.js),
+// and then the printing's effects on the engine are carried out: names are registered, and
+// `restore` does the rest. Nothing is remembered of a printing that looked further.
+import { makePlaces } from "./nameRegister.js";
+
+// Texts of all styles together, a few hundred bytes each.
+const capacity = 200000;
+
+class StyleMemory {
+  places = makePlaces();
+  // Whether sort keys hold the date of what was printed before (see recalling.js).
+  sortsByDateLeft = false;
+  #texts = new Map();
+
+  get size() {
+    return this.#texts.size;
+  }
+
+  // What `print` returns, or what it has returned in the same circumstances. `effects` is
+  // asked after a printing for what the next one needs to know; undefined: not to be
+  // remembered. The ids are those of the items that the key speaks of, in its order.
+  recall(register, key, ids, { print, effects, restore }) {
+    const known = this.#texts.get(key);
+    if (known && register.replay(known.events, ids)) {
+      restore(known.effects);
+      return known.text;
+    }
+    register.startRecord(ids);
+    let events;
+    let text;
+    try {
+      text = print();
+    } finally {
+      events = register.endRecord();
+    }
+    this.remember(key, { text, events, effects: effects() });
+    return text;
+  }
+
+  find(key) {
+    return this.#texts.get(key);
+  }
+
+  remember(key, { text, events, effects }) {
+    if (events && effects) {
+      this.#texts.set(key, { text, events, effects });
+    }
+  }
+}
+
+// The style used last comes last.
+const styles = new Map();
+
+// Of a style by the text of its file and the language that overrides its own.
+export function memoryOf(style, locale) {
+  const name = JSON.stringify([locale, style]);
+  let total = 0;
+  for (const [other, memory] of [...styles].reverse()) {
+    total += memory.size;
+    if (total > capacity) {
+      styles.delete(other);
+    }
+  }
+  const memory = styles.get(name) ?? new StyleMemory();
+  styles.delete(name);
+  styles.set(name, memory);
+  return memory;
+}
+
+// Contents of items by numbers, so that keys need not spell them out.
+const contents = new Map();
+
+export function contentNumber(json) {
+  let number = contents.get(json);
+  if (number === undefined) {
+    // Numbers are never given twice: what was remembered under them is found no more.
+    number = nextNumber;
+    nextNumber += 1;
+    if (contents.size >= capacity) {
+      contents.clear();
+    }
+    contents.set(json, number);
+  }
+  return number;
+}
+
+let nextNumber = 0;

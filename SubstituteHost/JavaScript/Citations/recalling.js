@@ -1,0 +1,292 @@
+// An engine that prints what it has printed before from memory: sort keys, the short forms by
+// which disambiguation compares items, citations, and entries of the bibliography.
+//
+// A key holds whatever citeproc-js reads while it prints that kind of text, apart from the
+// register of names: the item by the number of its content, its standing in the engine's
+// registry, the cite, and what one printing leaves behind for the next in the engine's scratch
+// values. The effects are what it leaves behind.
+import CSL from "citeproc";
+
+import { NameRegister } from "./nameRegister.js";
+
+// The fields of an item's place in the registry that printing reads.
+function standing(engine, id) {
+  const place = engine.registry.registry[id];
+  if (!place) {
+    return "";
+  }
+  return [
+    place.seq,
+    place["citation-count"] > 1,
+    place["first-reference-note-number"],
+    describe(place.disambig),
+  ].join(";");
+}
+
+function describe(config) {
+  if (!config) {
+    return "";
+  }
+  const { names, givens, year_suffix, disambiguate, use_initials, minval } = config;
+  const parts = [names, givens.map((given) => given.join()).join("|")];
+  return [...parts, year_suffix, typeof disambiguate, disambiguate, use_initials, minval].join(";");
+}
+
+function copyOf(config) {
+  const { maxvals: ignored, ...copied } = config;
+  return { ...copied, names: [...config.names], givens: config.givens.map((given) => [...given]) };
+}
+
+// As printing does it, value by value in the arrays that are there: some of them belong to two
+// configurations.
+function become(config, wanted) {
+  const { names, givens, ...others } = wanted;
+  Object.assign(config, others);
+  names.forEach((value, index) => {
+    config.names[index] = value;
+  });
+  givens.forEach((given, index) => {
+    config.givens[index] ??= [];
+    given.forEach((value, person) => {
+      config.givens[index][person] = value;
+    });
+  });
+}
+
+const shrank = (before, after) =>
+  after.names.length < before.names.length ||
+  after.givens.length < before.givens.length ||
+  before.givens.some((given, index) => after.givens[index].length < given.length);
+
+// What one printing leaves behind in the engine's scratch values that a next one reads: whether
+// something stands before a word (it begins with a small letter then), whether cites were
+// drawn together, the outermost group's account of its variables, and a date with the parts
+// of it that were printed: some styles' sort keys hold the date of what was printed before.
+const leftovers = [
+  "term_predecessor",
+  "term_predecessor_name",
+  "in_cite_predecessor",
+  "have_collapsed",
+  "use_cite_group_delimiter",
+];
+
+function scratchOf({ tmp }) {
+  const { done_vars, ...group } = tmp.group_context.tip;
+  return {
+    values: leftovers.map((name) => tmp[name]),
+    group: { ...group, done_vars: [...done_vars] },
+    date: tmp.date_object,
+    dateParts: tmp.donesies && [...new Set(tmp.donesies)],
+  };
+}
+
+function restoreScratch({ tmp }, { values, group, date, dateParts }) {
+  leftovers.forEach((name, index) => {
+    tmp[name] = values[index];
+  });
+  Object.assign(tmp.group_context.tip, group, { done_vars: [...group.done_vars] });
+  tmp.date_object = date;
+  tmp.donesies = dateParts && [...dateParts];
+}
+
+const describeScratch = ({ values, group }) =>
+  JSON.stringify([values.map(Boolean), Object.values(group)]);
+
+// A work that is not printed as a part of another, nor together with others.
+function standsAlone(engine, id) {
+  const place = engine.registry.registry[id];
+  const item = engine.registry.refhash[id];
+  return !(
+    place?.master ||
+    place?.siblings ||
+    place?.parallel ||
+    item.seeAlso ||
+    item.legislation_id ||
+    item.container_id
+  );
+}
+
+class Recall {
+  #engine;
+  #memory;
+  #numbers;
+  #register;
+  #sortedOnce = new Set();
+
+  // `numbers` are those of the items' contents, by id.
+  constructor(engine, memory, numbers) {
+    this.#engine = engine;
+    this.#memory = memory;
+    this.#numbers = numbers;
+    this.#register = new NameRegister(engine, memory.places);
+    engine.registry.namereg = this.#register;
+  }
+
+  #recall(key, ids, { print, effects, restore }) {
+    const engine = this.#engine;
+    return this.#memory.recall(this.#register, `${key};${describeScratch(scratchOf(engine))}`, ids, {
+      print,
+      effects: () => {
+        const own = effects();
+        return own && { own, scratch: scratchOf(engine) };
+      },
+      restore: ({ own, scratch }) => {
+        restore(own);
+        restoreScratch(engine, scratch);
+      },
+    });
+  }
+
+  // The first printing in an engine also finds out in which direction numbers are sorted.
+  sortKeys(item, area, print) {
+    const engine = this.#engine;
+    const isFirst = !this.#sortedOnce.has(area);
+    if (isFirst || engine.bibliography_sort.tmp.citation_number_map) {
+      this.#sortedOnce.add(area);
+      return print();
+    }
+    const { date, dateParts } = scratchOf(engine);
+    const { donesies } = engine.tmp;
+    const left = donesies?.length;
+    const readsDate = () => engine.tmp.donesies !== donesies || donesies?.length !== left;
+    const knowsDate = this.#memory.sortsByDateLeft;
+    const key = `s;${area};${this.#numbers.get(item.id)};${standing(engine, item.id)}`;
+    const keys = this.#recall(
+      knowsDate ? `${key};${JSON.stringify(date)};${dateParts?.sort()}` : key,
+      [item.id],
+      {
+        print,
+        effects: () => {
+          this.#memory.sortsByDateLeft ||= readsDate();
+          return knowsDate || !readsDate();
+        },
+        restore: () => {},
+      },
+    );
+    engine[area].keys = [...keys];
+    return engine[area].keys;
+  }
+
+  // The short form of an item under a configuration, or under its own.
+  shortForm(item, config, visualForm, cite, print) {
+    const engine = this.#engine;
+    if (this.#register.isRecording || engine.bibliography_sort.tmp.citation_number_map) {
+      return print();
+    }
+    const { tmp, registry } = engine;
+    const place = registry.registry[item.id];
+    const isCited = Boolean(registry.citationreg.citationsByItemId?.[item.id]?.length);
+    const key = [
+      "a",
+      this.#numbers.get(item.id),
+      standing(engine, item.id),
+      config ? describe(config) : "",
+      Boolean(visualForm),
+      cite ? JSON.stringify([cite.locator, cite.label]) : "",
+      isCited,
+      Boolean(tmp.authorstring_request),
+    ].join(";");
+    const target = config || (place && place.disambig);
+    const before = target && copyOf(target);
+    return this.#recall(key, [item.id], {
+      print,
+      effects: () => {
+        const after = copyOf(tmp.disambig_settings);
+        return before && shrank(before, after)
+          ? undefined
+          : {
+              config: after,
+              most: tmp.names_max.mystack.slice(),
+              count: tmp.disambiguate_count,
+              greatestCount: tmp.disambiguate_maxMax,
+              author: registry.authorstrings[item.id],
+            };
+      },
+      restore: (effects) => {
+        tmp.area = "citation";
+        tmp.root = "citation";
+        tmp.disambig_request = false;
+        tmp.disambig_settings = target || new CSL.AmbigConfig();
+        become(tmp.disambig_settings, effects.config);
+        tmp.names_max.mystack = effects.most.slice();
+        tmp.disambiguate_count = effects.count;
+        tmp.disambiguate_maxMax = effects.greatestCount;
+        if (tmp.authorstring_request) {
+          registry.authorstrings[item.id] = effects.author;
+        }
+      },
+    });
+  }
+
+  // A whole citation, printed with the author's options for it.
+  citation(citation, print) {
+    const engine = this.#engine;
+    const { registry } = engine;
+    const ids = citation.sortedItems.map(([item]) => item.id);
+    if (!ids.every((id) => standsAlone(engine, id))) {
+      return print();
+    }
+    const before = ids.map((id) => standing(engine, id));
+    const cites = citation.sortedItems.map(([item, { id, sortkeys, ...cite }], index) =>
+      [this.#numbers.get(item.id), ids.indexOf(item.id), before[index], JSON.stringify(cite)].join(";"),
+    );
+    const key = ["c", citation.options, ...cites].join("\u0000");
+    return this.#recall(key, ids, {
+      print,
+      effects: () => ({
+        configs: ids.map((id, index) =>
+          standing(engine, id) === before[index] ? undefined : copyOf(registry.registry[id].disambig),
+        ),
+      }),
+      restore: ({ configs }) => {
+        configs.forEach((config, index) => {
+          if (config) {
+            become(registry.registry[ids[index]].disambig, config);
+          }
+        });
+      },
+    });
+  }
+
+  // Whether the entries of a bibliography can be printed one by one.
+  hasSingleEntries(ids) {
+    return ids.every((id) => standsAlone(this.#engine, id));
+  }
+
+  // An entry of the bibliography. `lastName` is what names are compared with that are not to
+  // be repeated; gives the text and the next entry's lastName.
+  entry(id, lastName, print) {
+    const engine = this.#engine;
+    const place = engine.registry.registry[id];
+    const before = standing(engine, id);
+    const key = ["b", this.#numbers.get(id), before, JSON.stringify(lastName)].join(";");
+    return this.#recall(key, [id], {
+      print,
+      effects: () => (standing(engine, id) === before ? { offset: place.offset } : undefined),
+      restore: ({ offset }) => {
+        place.offset = offset;
+      },
+    });
+  }
+}
+
+const recalls = new WeakMap();
+
+// Before anything is printed by the engine.
+export function startRecalling(engine, memory, numbers) {
+  recalls.set(engine, new Recall(engine, memory, numbers));
+}
+
+export const recallOf = (engine) => recalls.get(engine);
+
+const printSortKeys = CSL.getSortKeys;
+CSL.getSortKeys = function (item, area) {
+  const print = () => printSortKeys.call(this, item, area);
+  return recalls.get(this)?.sortKeys(item, area, print) ?? print();
+};
+
+const printShortForm = CSL.getAmbiguousCite;
+CSL.getAmbiguousCite = function (item, config, visualForm, cite) {
+  const print = () => printShortForm.call(this, item, config, visualForm, cite);
+  return recalls.get(this)?.shortForm(item, config, visualForm, cite, print) ?? print();
+};
