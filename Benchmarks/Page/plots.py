@@ -60,9 +60,12 @@ def format_axis(axes, direction, values, unit):
 
 
 def by_name(rows):
+    """The rows by their names, without a beginning before a colon that all names have in common."""
     names = {}
+    beginnings = {row["name"].partition(": ")[0] for row in rows if ": " in row["name"]}
+    in_common = len(beginnings) == 1 and all(": " in row["name"] for row in rows)
     for row in rows:
-        names.setdefault(row["name"], []).append(row)
+        names.setdefault(row["name"].partition(": ")[2] if in_common else row["name"], []).append(row)
     return names
 
 
@@ -70,9 +73,10 @@ def draw_lines(axes, rows):
     compared = {row["beside"] for row in rows if "beside" in row}
     for index, (name, points) in enumerate(by_name(rows).items()):
         points.sort(key=lambda row: row["size"])
+        is_compared = points[0]["name"] in compared
         axes.plot([row["size"] for row in points], [row["median"] for row in points], label=name,
                   color=COLOURS[index % len(COLOURS)], marker=MARKERS[index % len(MARKERS)], markersize=5,
-                  linewidth=1.8, linestyle="--" if name in compared else "-")
+                  linewidth=1.8, linestyle="--" if is_compared else "-")
     format_axis(axes, "x", [row["size"] for row in rows], rows[0].get("sizeUnit", ""))
     medians = [row["median"] for row in rows]
     format_axis(axes, "y", medians, rows[0]["unit"])
@@ -84,6 +88,7 @@ def draw_lines(axes, rows):
 def draw_bars(axes, rows):
     """Bars from zero; points where the axis is logarithmic and has no zero."""
     names = list(by_name(rows))
+    levels = {row["name"]: level for level, same in enumerate(by_name(rows).values()) for row in same}
     sizes = sorted({row.get("size", 0) for row in rows})
     compared = {row["beside"] for row in rows if "beside" in row}
     logarithmic = spans_decade([row["median"] for row in rows])
@@ -91,7 +96,7 @@ def draw_bars(axes, rows):
     for row in rows:
         place = sizes.index(row.get("size", 0))
         colour = "#9A9A9A" if row["name"] in compared and len(sizes) == 1 else COLOURS[place]
-        level = names.index(row["name"]) + (0 if logarithmic else (place - (len(sizes) - 1) / 2) * height)
+        level = levels[row["name"]] + (0 if logarithmic else (place - (len(sizes) - 1) / 2) * height)
         if logarithmic:
             axes.plot(row["median"], level, "o", color=colour, markersize=7)
         else:
