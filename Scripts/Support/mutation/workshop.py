@@ -1,0 +1,196 @@
+"""A copy of the project in which mutants are built and tested, one after the other.
+
+The user's own files are read and never written. The copy keeps the times of its files, so that a
+second run builds only what changed since.
+"""
+
+import hashlib
+import json
+import os
+import shlex
+import shutil
+import signal
+import subprocess
+import time
+from pathlib import Path
+
+# What a mutant may claim, so that one that runs away does not take the machine with it.
+MEMORY_KIB = 4 * 1024 * 1024
+BUILD_SECONDS = 600
+# On a busy machine a test may take this much longer than it took when it was measured.
+PATIENCE = 10
+LEAST_SECONDS = 30
+SLOW_TEST_SECONDS = 0.02
+
+OPTIONS = [
+    "-DCMAKE_BUILD_TYPE=Release",
+    # A mutant may well leave a variable unused: it is for the tests to notice, not for the warnings.
+    *(f"-DCMAKE_{language}_FLAGS_RELEASE=-O1 -w" for language in ("C", "CXX", "OBJC", "OBJCXX")),
+    "-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=gold",
+    "-DCMAKE_MODULE_LINKER_FLAGS=-fuse-ld=gold",
+    *(f"-DCMAKE_{language}_COMPILER_LAUNCHER=" for language in ("C", "CXX", "OBJC", "OBJCXX")),
+]
+
+
+class WorkshopError(Exception):
+    pass
+
+
+class TimeIsUp(Exception):
+    pass
+
+
+def copy_project(project, copy):
+    """Makes the copy equal to the project, without touching what is equal already."""
+
+    def passed_over(directory, names):
+        return [
+            name
+            for name in names
+            if name in (".git", "node_modules", "__pycache__") or name.startswith("build") and Path(directory) == project
+        ]
+
+    wanted = set()
+    for directory, folders, files in os.walk(project):
+        folders[:] = [name for name in folders if name not in passed_over(directory, folders)]
+        for name in files:
+            source = Path(directory) / name
+            if name in passed_over(directory, [name]):
+                continue
+            target = copy / source.relative_to(project)
+            wanted.add(target)
+            if not target.is_file() or source.read_bytes() != target.read_bytes():
+                target.parent.mkdir(parents=True, exist_ok=True)
+                shutil.copyfile(source, target)
+                shutil.copymode(source, target)
+    for directory, _, files in os.walk(copy):
+        for name in files:
+            if Path(directory) / name not in wanted:
+                (Path(directory) / name).unlink()
+
+
+class Workshop:
+    def __init__(self, project, directory, deadline):
+        self.copy = directory / "source"
+        self.build = directory / "build"
+        self.deadline = deadline
+        self._tests = {}
+        copy_project(project, self.copy)
+        modules = Path("SubstituteHost/JavaScript/node_modules")
+        if (project / modules).is_dir() and not (self.copy / modules).exists():
+            (self.copy / modules).symlink_to(project / modules)
+        self._must(["cmake", "-S", self.copy, "-B", self.build, "-G", "Ninja", *OPTIONS], "configure")
+        commands = json.loads((self.build / "compile_commands.json").read_text())
+        self._commands = {command["file"]: command for command in commands}
+
+    def prepare(self, tests):
+        """Builds the original, and sees each test program pass: only then a failure means anything."""
+        self._must(["ninja", "-C", self.build, *tests], "build")
+        for test in tests:
+            if test not in self._tests:
+                self._tests[test] = self._measured(test)
+
+    def _measured(self, test):
+        report = self.build / f"{test}.json"
+        started = time.monotonic()
+        self._must([self.build / "bin" / test, "--gtest_brief=1", f"--gtest_output=json:{report}"], "run of " + test)
+        seconds = max(LEAST_SECONDS, PATIENCE * (time.monotonic() - started))
+        slow = [
+            f"{suite['name']}.{case['name']}"
+            for suite in json.loads(report.read_text())["testsuites"]
+            for case in suite["testsuite"]
+            if float(case["time"].rstrip("s")) > SLOW_TEST_SECONDS
+        ]
+        # Most mutants fall at once to one of many quick tests: the slow ones wait until these have run.
+        filters = ["-" + ":".join(slow), ":".join(slow)] if slow else ["*"]
+        return [
+            ([self.build / "bin" / test, "--gtest_brief=1", "--gtest_fail_fast", "--gtest_filter=" + names], seconds)
+            for names in filters
+        ]
+
+    def try_mutant(self, mutant, tests):
+        """What became of it: "refused" by the compiler, "same code", "caught" or "survived"."""
+        path = self.copy / mutant.file
+        original = path.read_bytes()
+        try:
+            return self._try_mutant(mutant, path, original, tests)
+        finally:
+            path.write_bytes(original)
+
+    def _try_mutant(self, mutant, path, original, tests):
+        command = self._commands.get(str(path))
+        self._must(["ninja", "-C", self.build, *([self._object(command)] if command else tests)], "build")
+        before = self._fingerprint(command)
+        path.write_bytes(mutant.apply(original.decode()).encode())
+        if command and not self._succeeds(["ninja", "-C", self.build, self._object(command)], BUILD_SECONDS):
+            return "refused"
+        if command and self._fingerprint(command) == before:
+            return "same code"
+        if not self._succeeds(["ninja", "-C", self.build, *tests], BUILD_SECONDS):
+            return "refused"
+        if self._fingerprint(command) == before:
+            return "same code"
+        for test in tests:
+            for run, seconds in self._tests[test]:
+                if not self._succeeds(run, seconds):
+                    return "caught"
+        return "same code" if command and self._same_when_optimized(command, path, original) else "survived"
+
+    def _object(self, command):
+        return str(Path(command["directory"]) / command["output"]) if "output" in command else self._output(command)
+
+    def _output(self, command):
+        words = shlex.split(command["command"])
+        return words[words.index("-o") + 1]
+
+    def _fingerprint(self, command):
+        objects = [self.build / self._object(command)] if command else sorted(self.build.rglob("*.o"))
+        digest = hashlib.sha256()
+        for object_file in objects:
+            digest.update(object_file.read_bytes())
+        return digest.digest()
+
+    def _same_when_optimized(self, command, path, original):
+        words = ["-O2" if word == "-O1" else word for word in shlex.split(command["command"])]
+        output = self.build / "optimized.o"
+        words[words.index("-o") + 1] = str(output)
+        mutated = path.read_bytes()
+        codes = []
+        for text in (mutated, original):
+            path.write_bytes(text)
+            if not self._succeeds(words, BUILD_SECONDS):
+                return False
+            codes.append(output.read_bytes())
+        return codes[0] == codes[1]
+
+    def _must(self, command, what):
+        if not self._succeeds(command, BUILD_SECONDS):
+            raise WorkshopError(f"the unchanged project fails: {what}; all it said is in {self.build / 'said.log'}")
+
+    def _succeeds(self, command, seconds):
+        """Whether the command ends with status 0 in time. What it started ends with it."""
+        if time.monotonic() > self.deadline:
+            raise TimeIsUp
+        self.build.mkdir(parents=True, exist_ok=True)
+        limits = f'ulimit -c 0; ulimit -v {MEMORY_KIB}; exec "$@"'
+        with open(self.build / "said.log", "wb") as said:
+            process = subprocess.Popen(
+                ["bash", "-c", limits, "limited", *map(str, command)],
+                cwd=self.build,
+                stdin=subprocess.DEVNULL,
+                stdout=said,
+                stderr=subprocess.STDOUT,
+                start_new_session=True,
+            )
+            try:
+                return process.wait(min(seconds, max(1, self.deadline - time.monotonic()))) == 0
+            except subprocess.TimeoutExpired:
+                if time.monotonic() > self.deadline:
+                    raise TimeIsUp from None
+                return False
+            finally:
+                try:
+                    os.killpg(process.pid, signal.SIGKILL)
+                except ProcessLookupError:
+                    pass
+                process.wait()
