@@ -109,6 +109,15 @@ OSStatus BusConnection::send(sd_bus_message *message) {
   return flushed == -ENOBUFS || flushed == -ENOMEM ? memFullErr : connectionInvalid;
 }
 
+void BusConnection::giveUp(const Message &message) {
+  addTask([this, message] {
+    // The message keeps its connection alive, so that no later one can be taken for it.
+    if (sd_bus_message_get_bus(message.get()) == bus_.get()) {
+      drop();
+    }
+  });
+}
+
 std::expected<Message, OSStatus> BusConnection::call(sd_bus_message *message,
                                                      std::chrono::microseconds timeOut) {
   sd_bus *bus = sd_bus_message_get_bus(message);

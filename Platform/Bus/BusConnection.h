@@ -55,6 +55,11 @@ class BusConnection {
   std::expected<Message, OSStatus> call(sd_bus_message *message, std::chrono::microseconds timeOut);
   static constexpr std::chrono::microseconds noTimeOut = std::chrono::microseconds::max();
 
+  /// For a message that can be answered neither well nor with an error. Its connection ends with
+  /// the next turn of the run loop, and so the bus itself tells the sender, who would wait for
+  /// ever.
+  void giveUp(const Message &message);
+
   /// Who owns a name of an application signature. procNotFound when nobody does.
   std::expected<NameOwners::Owner, OSStatus> ownerOf(const std::string &name);
   /// Asks the bus itself, about a name. procNotFound when nobody owns the name.

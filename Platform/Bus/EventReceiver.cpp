@@ -193,25 +193,30 @@ void EventReceiver::dispatch(const WaitingEvent &waiting) {
   if (!waiting.event.wantsReply) {
     return;
   }
-  if (!reply) {
-    refuse(waiting.request, reply.error());
-    return;
+  const OSStatus status = reply ? answer(waiting.request, *reply) : reply.error();
+  if (status != noErr) {
+    refuse(waiting.request, status);
   }
+}
+
+OSStatus EventReceiver::answer(const Message &request, const Parameters &parameters) {
   sd_bus_message *message = nullptr;
-  if (sd_bus_message_new_method_return(waiting.request.get(), &message) < 0) {
-    return;
+  if (sd_bus_message_new_method_return(request.get(), &message) < 0) {
+    return memFullErr;
   }
-  const Message answer = adoptMessage(message);
-  if (const auto appended = appendParameters(message, *reply); !appended) {
-    refuse(waiting.request, appended.error());
-    return;
+  const Message owned = adoptMessage(message);
+  if (const auto appended = appendParameters(message, parameters); !appended) {
+    return appended.error();
   }
-  connection_.send(message);
+  return connection_.send(message);
 }
 
 void EventReceiver::refuse(const Message &request, OSStatus status) {
   if (wantsReply(request)) {
-    sd_bus_reply_method_errorf(request.get(), errorName(status).c_str(), "%s", inWords(status));
+    if (sd_bus_reply_method_errorf(request.get(), errorName(status).c_str(), "%s",
+                                   inWords(status)) < 0) {
+      connection_.giveUp(request);
+    }
     return;
   }
   if (status == errAEEventNotHandled) {

@@ -41,6 +41,8 @@ class EventReceiver final : private BusClient {
   void dispatchLater();
   void dispatchWaiting();
   void dispatch(const WaitingEvent &waiting);
+  OSStatus answer(const Message &request, const Parameters &parameters);
+  /// Whatever happens, whoever waits for an answer learns that none comes.
   void refuse(const Message &request, OSStatus status);
 
   BusConnection &connection_;

@@ -18,7 +18,7 @@ class ChildProcess {
   ChildProcess &operator=(const ChildProcess &) = delete;
 
   /// The next line on its standard output; empty when none came in time.
-  std::string readLine(std::chrono::milliseconds timeOut = std::chrono::seconds(20));
+  std::string readLine(std::chrono::milliseconds timeOut = std::chrono::seconds(60));
 
   /// Ends it at once and waits for its end. Harmless when it has ended.
   void end();
