@@ -171,6 +171,34 @@ TEST(PidginRTFWriter, FindsWhatNeedsAnEscapeAtEveryPlaceOfALongText) {
   }
 }
 
+// Whatever surrounds an escape, and wherever in a block it stands: pairs of special units at
+// every two places of a text of a few blocks.
+TEST(PidginRTFWriter, EveryTwoEscapesInALongTextAreWrittenAsByTheReference) {
+  const std::u16string_view specials = u"'\n\x7F\x80\xFFFF\x8000";
+  for (const std::size_t length : {15u, 16u, 17u, 31u, 32u, 33u, 50u}) {
+    for (std::size_t first = 0; first < length; ++first) {
+      for (std::size_t second = first + 1; second < length; ++second) {
+        std::u16string text(length, u'a');
+        text[first] = specials[(first + second) % specials.size()];
+        text[second] = specials[first % specials.size()];
+        ASSERT_EQ(escaped(text), reference::pidginRTF(text, true));
+        ASSERT_EQ(raw(text), reference::pidginRTF(text, false));
+      }
+    }
+  }
+}
+
+// The longest escape in every unit fills the memory asked for to its last unit.
+TEST(PidginRTFWriter, NothingButTheLongestEscapesIsWrittenAtEveryLength) {
+  for (std::size_t length = 0; length < 300; ++length) {
+    const std::u16string text(length, u'\x8000');
+    ASSERT_EQ(escaped(text), reference::pidginRTF(text, true));
+    std::u16string appended = u"{\\b ";
+    appendPidginRTF(appended, text, ControlCharacters::raw);
+    ASSERT_EQ(appended, u"{\\b " + reference::pidginRTF(text, false));
+  }
+}
+
 PidginAttributes attributesOf(unsigned pattern) {
   return {.bold = (pattern & 1) != 0,
           .italic = (pattern & 2) != 0,

@@ -4,8 +4,10 @@
 
 #include <Formats/PidginRTFWriter.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace reference {
@@ -121,32 +123,30 @@ inline std::u16string pidginRTF(const std::u16string &text,
 
 // A scanner over a text: the location, and reading up to the next of some characters.
 struct Scanner {
-  std::u16string text;
+  std::u16string_view text;
   std::size_t location = 0;
 
   bool isAtEnd() const { return location >= text.size(); }
-  std::u16string scanUpTo(const std::u16string &stops) {
-    std::u16string scanned;
-    while (!isAtEnd() && stops.find(text[location]) == std::u16string::npos) {
-      scanned += text[location++];
+  std::u16string_view scanUpTo(std::u16string_view stops) {
+    const std::size_t start = location;
+    while (!isAtEnd() && !stops.contains(text[location])) {
+      ++location;
     }
-    return scanned;
+    return text.substr(start, location - start);
   }
 };
 
-inline std::vector<std::u16string> splitAtBackslashes(const std::u16string &text) {
-  std::vector<std::u16string> pieces(1);
-  for (const char16_t character : text) {
-    if (character == u'\\') {
-      pieces.emplace_back();
-    } else {
-      pieces.back() += character;
-    }
+inline std::vector<std::u16string_view> splitAtBackslashes(std::u16string_view text) {
+  std::vector<std::u16string_view> pieces;
+  for (std::size_t start = 0; start <= text.size();) {
+    const std::size_t end = std::min(text.find(u'\\', start), text.size());
+    pieces.push_back(text.substr(start, end - start));
+    start = end + 1;
   }
   return pieces;
 }
 
-inline std::u16string textOfPidginRTF(const std::u16string &rtf) {
+inline std::u16string textOfPidginRTF(std::u16string_view rtf) {
   std::u16string result;
   Scanner scanner{rtf};
   while (!scanner.isAtEnd()) {
@@ -155,7 +155,7 @@ inline std::u16string textOfPidginRTF(const std::u16string &rtf) {
     if (position >= rtf.size()) {
       continue;
     }
-    const std::u16string rest = rtf.substr(position);
+    const std::u16string_view rest = rtf.substr(position);
     bool controlWordIsPending = false;
     std::size_t advance = 1;
     if (rest.substr(0, 2) == u"\\\\") {
@@ -175,7 +175,7 @@ inline std::u16string textOfPidginRTF(const std::u16string &rtf) {
       scanner.location = position + advance;
       continue;
     }
-    for (const std::u16string &piece : splitAtBackslashes(scanner.scanUpTo(u" \t}"))) {
+    for (const std::u16string_view piece : splitAtBackslashes(scanner.scanUpTo(u" \t}"))) {
       if (piece == u"rquote") {
         result += u"'";
       }
