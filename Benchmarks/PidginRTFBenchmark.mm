@@ -52,6 +52,12 @@ NSString *cocoaString(const std::u16string &text) {
                                  length:text.size()];
 }
 
+// Else large results would be charged for fresh pages and small ones not.
+void keepFreedMemory() {
+  mallopt(M_MMAP_THRESHOLD, 1 << 30);
+  mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+}
+
 void copy(const std::u16string &text, benchmark::State &) {
   benchmark::DoNotOptimize(std::u16string(text));
 }
@@ -62,6 +68,26 @@ void read(const std::u16string &rtf, benchmark::State &) {
 
 void escape(const std::u16string &text, benchmark::State &) {
   benchmark::DoNotOptimize(formats::pidginRTF(text, ControlCharacters::escaped));
+}
+
+// As many units as the escaped text has, and nothing else.
+template <std::u16string (*makeText)(std::size_t)>
+std::u16string outputOf(std::size_t units) {
+  return formats::pidginRTF(makeText(units), ControlCharacters::escaped);
+}
+
+void fill(const std::u16string &output, benchmark::State &) {
+  benchmark::DoNotOptimize(std::u16string(output.size(), u'x'));
+}
+
+// What a caller pays whose memory was never used before: the system clears each page.
+template <typename Use>
+auto inFreshMemory(Use use) {
+  return [use](const std::u16string &text, benchmark::State &state) {
+    mallopt(M_MMAP_THRESHOLD, 1 << 17);
+    use(text, state);
+    keepFreedMemory();
+  };
 }
 
 void copyThroughCocoa(NSString *text, benchmark::State &) {
@@ -124,6 +150,12 @@ void addTextBenchmarks(std::size_t units) {
   add("escape ASCII", units, plainASCII, escape);
   add("escape mixed text", units, mixedText, escape);
   add("escape all escapes", units, escapesOnly, escape);
+  add("fill the result of mixed text", units, outputOf<mixedText>, fill);
+  add("fill the result of all escapes", units, outputOf<escapesOnly>, fill);
+  add("fill fresh memory, mixed text", units, outputOf<mixedText>, inFreshMemory(fill));
+  add("escape mixed text, fresh memory", units, mixedText, inFreshMemory(escape));
+  add("fill fresh memory, all escapes", units, outputOf<escapesOnly>, inFreshMemory(fill));
+  add("escape all escapes, fresh memory", units, escapesOnly, inFreshMemory(escape));
   add("read mixed RTF", units, mixedRTF, read);
   add("read all controls", units, controlsOnly, read);
   add("copy through Cocoa", units, inCocoa(mixedText), copyThroughCocoa);
@@ -144,13 +176,15 @@ void addAttributedBenchmarks() {
 struct Comparison {
   std::string measured;
   std::string beside;
-  double aim;
+  std::optional<double> aim;
 };
 
 std::vector<Comparison> comparisons() {
   return {{"escape ASCII", "copy", 4},
           {"escape mixed text", "copy", 12},
           {"escape all escapes", "copy", 12},
+          {"escape mixed text, fresh memory", "fill fresh memory, mixed text", std::nullopt},
+          {"escape all escapes, fresh memory", "fill fresh memory, all escapes", std::nullopt},
           {"read mixed RTF", "copy", 4},
           {"read all controls", "copy", 12},
           {"category escape mixed text", "copy through Cocoa", 12},
@@ -176,22 +210,38 @@ benchmarks::Report reportOf(const benchmarks::TimeCollector &times) {
   };
   for (const std::size_t units : {tenth, fullSize}) {
     for (const char *const name :
-         {"copy", "copy through Cocoa", "ask cheap predicates", "ask attribute predicates"}) {
+         {"copy", "fill the result of mixed text", "fill the result of all escapes",
+          "fill fresh memory, mixed text", "fill fresh memory, all escapes", "copy through Cocoa",
+          "ask cheap predicates", "ask attribute predicates"}) {
       add(name, units, "", std::nullopt);
     }
     for (const auto &[measured, beside, aim] : comparisons()) {
       add(measured, units, beside, aim);
     }
   }
-  for (const Comparison &comparison : comparisons()) {
-    const auto small = times.milliseconds(sized(comparison.measured, tenth));
-    const auto large = times.milliseconds(sized(comparison.measured, fullSize));
-    if (small && large) {
-      report.add({.name = comparison.measured + ", ten times the text",
-                  .sample = {.median = large->median / small->median},
+  const auto addQuotient = [&](const std::string &name, const std::string &one,
+                               std::size_t oneUnits, const std::string &other,
+                               std::size_t otherUnits, std::optional<double> aim) {
+    const auto oneTime = times.milliseconds(sized(one, oneUnits));
+    const auto otherTime = times.milliseconds(sized(other, otherUnits));
+    if (oneTime && otherTime) {
+      report.add({.name = name,
+                  .sample = {.median = oneTime->median / otherTime->median},
                   .unit = "times",
-                  .aim = 11});
+                  .aim = aim});
     }
+  };
+  for (const std::string text : {"mixed text", "all escapes"}) {
+    const std::string filled = "fill the result of " + text;
+    addQuotient("escape " + text + ": times filling its result", "escape " + text, fullSize, filled,
+                fullSize, std::nullopt);
+    addQuotient(filled + ": times the copy of the input", filled, fullSize, "copy", fullSize,
+                std::nullopt);
+  }
+  addQuotient("copy, ten times the text", "copy", fullSize, "copy", tenth, std::nullopt);
+  for (const Comparison &comparison : comparisons()) {
+    addQuotient(comparison.measured + ", ten times the text", comparison.measured, fullSize,
+                comparison.measured, tenth, 11);
   }
   return report;
 }
@@ -216,9 +266,7 @@ int main(int count, char **arguments) {
   if (benchmark::ReportUnrecognizedArguments(countWithDefaults, withDefaults.data())) {
     return 2;
   }
-  // Freed memory is kept: else large results would be charged for fresh pages and small ones not.
-  mallopt(M_MMAP_THRESHOLD, 1 << 30);
-  mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+  keepFreedMemory();
   addTextBenchmarks(fullSize);
   addTextBenchmarks(tenth);
   addAttributedBenchmarks();
