@@ -176,6 +176,12 @@ std::string encodeUTF8(std::u16string_view text) {
 
 // Three bytes for each half of a pair are two too many.
 std::size_t lengthInUTF8(std::u16string_view text) {
+  // Most texts are short and end here.
+  const std::size_t lengthOfASCII = findFirst(text, 0, isAboveASCII);
+  if (lengthOfASCII == text.size()) {
+    return lengthOfASCII;
+  }
+  text.remove_prefix(lengthOfASCII);
   const std::size_t length = text.size() + count(text, [](char16_t unit) { return unit >= 0x80; }) +
                              count(text, [](char16_t unit) { return unit >= 0x800; });
   std::size_t pairs = 0;
@@ -183,7 +189,7 @@ std::size_t lengthInUTF8(std::u16string_view text) {
   for (std::size_t index = findFirst(text, 0, isHigh) + 1; index < text.size(); ++index) {
     pairs += isHighSurrogate(text[index - 1]) && isLowSurrogate(text[index]) ? 1 : 0;
   }
-  return length - 2 * pairs;
+  return lengthOfASCII + length - 2 * pairs;
 }
 
 }  // namespace formats

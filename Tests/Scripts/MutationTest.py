@@ -99,8 +99,9 @@ class Mutants(unittest.TestCase):
 
     def test_the_same_seed_chooses_the_same_mutants(self):
         def listed(seed):
-            command = [sys.executable, PROJECT / "Scripts/mutate", "--list", "--count", "20", "--seed", seed]
-            return subprocess.run(command, check=True, capture_output=True, text=True).stdout.splitlines()
+            options = ["--list", "--count", "20", "--seed", seed, "Formats/Unicode.cpp"]
+            command = [sys.executable, PROJECT / "Scripts/mutate", *options]
+            return subprocess.run(command, check=True, capture_output=True, text=True, cwd=PROJECT).stdout.splitlines()
 
         self.assertEqual(len(listed("7")), 20)
         self.assertEqual(listed("7"), listed("7"))
@@ -119,6 +120,13 @@ class Explanations(unittest.TestCase):
         mutants = mutants_of("File.cpp", "\n\n" + in_function("g(a < b);"))
         found = [find_explanation(explanations, mutant) for mutant in mutants]
         self.assertEqual([e.reason for e in found if e], ["Never equal here."])
+
+    def test_one_may_be_for_several_mutants_of_a_line_or_for_any(self):
+        mutants = [m for m in mutants_of("File.cpp", in_function("g(a < b);")) if m.operator == "comparison"]
+        several = self.read("File.cpp\n- g(a < b);\n+ g(a <= b);\n+ g(a >= b);\nNever asked.\n")
+        any_of_them = self.read("File.cpp\n- g(a < b);\n+ (any)\nNever reached.\n")
+        self.assertEqual([find_explanation(several, m).reason for m in mutants], ["Never asked.", "Never asked."])
+        self.assertTrue(all(find_explanation(any_of_them, m).is_for_any for m in mutants))
 
     def test_one_without_a_reason_is_refused(self):
         with self.assertRaisesRegex(ValueError, "reason"):
@@ -184,7 +192,7 @@ class WorkshopOfMutants(unittest.TestCase):
         patience, workshops.LEAST_SECONDS = workshops.LEAST_SECONDS, 2
         self.addCleanup(setattr, workshops, "LEAST_SECONDS", patience)
         workshop = Workshop(self.project, Path(self.temporary.name) / "work", time.monotonic() + 100)
-        workshop.prepare(["SmallTest"])
+        workshop.prepare(["SmallTest"], "Sum.cpp")
         for after, outcome in {
             "result -= number;": "caught",
             "for (int number = 1; number > count; ++number) {": "caught",
@@ -201,7 +209,7 @@ class WorkshopOfMutants(unittest.TestCase):
         patience, workshops.LEAST_SECONDS = workshops.LEAST_SECONDS, 2
         self.addCleanup(setattr, workshops, "LEAST_SECONDS", patience)
         workshop = Workshop(self.project, Path(self.temporary.name) / "work", time.monotonic() + 100)
-        workshop.prepare(["SmallTest"])
+        workshop.prepare(["SmallTest"], "Sum.cpp")
         after = "for (int number = 1; number <= count; number += 0) {"
         mutant = next(m for m in mutants_of("Sum.cpp", source) if m.after == after)
         started = time.monotonic()

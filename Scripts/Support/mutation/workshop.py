@@ -75,6 +75,8 @@ class Workshop:
         self.build = directory / "build"
         self.deadline = deadline
         self._tests = {}
+        self._command = None  # how the file at work is compiled; none for a header
+        self._original_code = None
         copy_project(project, self.copy)
         modules = Path("SubstituteHost/JavaScript/node_modules")
         if (project / modules).is_dir() and not (self.copy / modules).exists():
@@ -83,12 +85,14 @@ class Workshop:
         commands = json.loads((self.build / "compile_commands.json").read_text())
         self._commands = {command["file"]: command for command in commands}
 
-    def prepare(self, tests):
+    def prepare(self, tests, file):
         """Builds the original, and sees each test program pass: only then a failure means anything."""
         self._must(["ninja", "-C", self.build, *tests], "build")
         for test in tests:
             if test not in self._tests:
                 self._tests[test] = self._measured(test)
+        self._command = self._commands.get(str(self.copy / file))
+        self._original_code = self._code()
 
     def _measured(self, test):
         report = self.build / f"{test}.json"
@@ -109,7 +113,10 @@ class Workshop:
         ]
 
     def try_mutant(self, mutant, tests):
-        """What became of it: "refused" by the compiler, "same code", "caught" or "survived"."""
+        """What became of it: "refused" by the compiler, "same code", "caught" or "survived".
+
+        The file must be the one that was prepared last.
+        """
         path = self.copy / mutant.file
         original = path.read_bytes()
         try:
@@ -118,41 +125,37 @@ class Workshop:
             path.write_bytes(original)
 
     def _try_mutant(self, mutant, path, original, tests):
-        command = self._commands.get(str(path))
-        self._must(["ninja", "-C", self.build, *([self._object(command)] if command else tests)], "build")
-        before = self._fingerprint(command)
         path.write_bytes(mutant.apply(original.decode()).encode())
-        if command and not self._succeeds(["ninja", "-C", self.build, self._object(command)], BUILD_SECONDS):
-            return "refused"
-        if command and self._fingerprint(command) == before:
-            return "same code"
         if not self._succeeds(["ninja", "-C", self.build, *tests], BUILD_SECONDS):
             return "refused"
-        if self._fingerprint(command) == before:
+        if self._code() == self._original_code:
             return "same code"
         for test in tests:
             for run, seconds in self._tests[test]:
                 if not self._succeeds(run, seconds):
                     return "caught"
-        return "same code" if command and self._same_when_optimized(command, path, original) else "survived"
+        return "same code" if self._same_when_optimized(path, original) else "survived"
 
-    def _object(self, command):
-        return str(Path(command["directory"]) / command["output"]) if "output" in command else self._output(command)
-
-    def _output(self, command):
-        words = shlex.split(command["command"])
-        return words[words.index("-o") + 1]
-
-    def _fingerprint(self, command):
-        objects = [self.build / self._object(command)] if command else sorted(self.build.rglob("*.o"))
+    def _code(self):
+        """What the file at work compiles to; for a header, all that may depend on it."""
+        objects = [self._object()] if self._command else sorted(self.build.rglob("*.o"))
         digest = hashlib.sha256()
         for object_file in objects:
             digest.update(object_file.read_bytes())
         return digest.digest()
 
-    def _same_when_optimized(self, command, path, original):
-        words = ["-O2" if word == "-O1" else word for word in shlex.split(command["command"])]
-        output = self.build / "optimized.o"
+    def _words(self):
+        return shlex.split(self._command["command"])
+
+    def _object(self):
+        words = self._words()
+        return self.build / words[words.index("-o") + 1]
+
+    def _same_when_optimized(self, path, original):
+        if not self._command:
+            return False
+        words = ["-O2" if word == "-O1" else word for word in self._words()]
+        output = self.build / "Optimized.object"
         words[words.index("-o") + 1] = str(output)
         mutated = path.read_bytes()
         codes = []
