@@ -217,6 +217,9 @@ TEST_F(FinalScan, NoStyleAnywhereCancels) {
   const ScriptedDialog dialog(generateCopy, nil);
   deliver("SCNQ", request("", {{"a", ""}}));
   expectOnlyACancel(eventsSent());
+  // With the cancel, and last of all, once the host has stepped back.
+  EXPECT_THAT(std::vector<std::string>(calls().end() - 3, calls().end()),
+              ElementsAre("send Rmcr", "activate", "activate"));
 }
 
 TEST_F(FinalScan, DialogThatCannotBeLoadedCancelsWithOneLine) {

@@ -84,8 +84,7 @@ TEST_F(LiveBibliography, NoStyleAnywhereCancelsAndLeavesTheReplyEmpty) {
   const Answer answer = deliver("LVBQ", request("", {{"a", ""}}), true);
   EXPECT_EQ(answer.status, noErr);
   EXPECT_FALSE(answer.directObject());
-  EXPECT_THAT(eventsSent(), ElementsAre("Rmcr"));
-  EXPECT_FALSE(carrier_.activated.empty());
+  EXPECT_THAT(callsOf({"send", "activate"}), ElementsAre("send Rmcr", "activate", "activate"));
   EXPECT_THAT(log_->lines(), ElementsAre(warning));
   EXPECT_THAT(callsOf({"split"}), IsEmpty());
 }

@@ -187,6 +187,15 @@ TEST_F(PreliminaryScan, SizeMismatchIsReportedAndTheComputedSizeSent) {
   EXPECT_EQ(payloadSent().size(), 10u);
 }
 
+TEST_F(PreliminaryScan, SizeMismatchThatRaisesCancelsSoThatMellelDoesNotWait) {
+  const SEL selector = @selector(assembleCitationResolutionBuffer:citationArray:xmlArray:);
+  realAssembler = class_getMethodImplementation(agentClass_, selector);
+  const ReplacedMethod assembler(agentClass_, selector, asMethod(assembleTooMuch));
+  assertions_->raises = YES;
+  EXPECT_EQ(deliver("PRSQ", request(1, {})).status, errAEEventFailed);
+  EXPECT_THAT(eventsSent(), ElementsAre("Rmcr"));
+}
+
 TEST_F(PreliminaryScan, AssemblerReturnsTheBytesItWrote) {
   setDocumentID(0xAABBCCDD00000002);
   std::vector<char> buffer(10 + 2 + 2);

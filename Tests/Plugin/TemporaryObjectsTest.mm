@@ -1,5 +1,5 @@
-// A scan of a long document does not pile up what the host makes for each citation: every loop over the
-// citations lets go of temporary objects while it runs.
+// A scan of a long document does not pile up what the host makes for each citation: every loop over
+// the citations lets go of temporary objects while it runs.
 
 #include <Formats/ScanRequest.h>
 
