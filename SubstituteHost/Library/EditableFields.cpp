@@ -230,6 +230,28 @@ void putField(Json &item, NewReference &reference, const EditableField &field) {
   }
 }
 
+// Far more than any reference has; and few enough to write the record again, which takes stack for
+// every level.
+constexpr std::size_t greatestDepth = 200;
+
+bool isNestedTooDeeply(std::string_view json) {
+  std::size_t depth = 0;
+  bool isInString = false;
+  for (std::size_t index = 0; index < json.size(); ++index) {
+    const char byte = json[index];
+    if (isInString && byte == '\\') {
+      ++index;
+    } else if (byte == '"') {
+      isInString = !isInString;
+    } else if (!isInString && (byte == '[' || byte == '{')) {
+      if (++depth > greatestDepth) return true;
+    } else if (!isInString && (byte == ']' || byte == '}')) {
+      --depth;
+    }
+  }
+  return false;
+}
+
 }  // namespace
 
 std::span<const std::string_view> referenceKinds() { return kinds; }
@@ -238,6 +260,9 @@ std::expected<std::vector<EditableField>, std::string> editableFields(
     const NewReference &reference) {
   const Json item = Json::parse(reference.cslJson, nullptr, /*allow_exceptions=*/false);
   if (!item.is_object()) return std::unexpected("the reference is no JSON object");
+  if (isNestedTooDeeply(reference.cslJson)) {
+    return std::unexpected("the reference's JSON is nested too deeply");
+  }
   std::vector<EditableField> fields;
   for (const FormField &field : form) {
     fields.push_back({.form = field.form,

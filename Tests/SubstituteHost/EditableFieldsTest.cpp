@@ -123,3 +123,14 @@ TEST(EditableFields, OddRecordsAndBytesAreSurvived) {
     EXPECT_TRUE(editableFields(*result)) << result->cslJson;
   }
 }
+
+TEST(EditableFields, RecordsThatCannotBeWrittenAgainAreRefused) {
+  const auto nested = [](std::size_t depth) {
+    return NewReference{.identifier = "A",
+                        .cslJson = R"({"title":"\"[","x":)" + std::string(depth - 1, '[') +
+                                   std::string(depth - 1, ']') + "}"};
+  };
+  EXPECT_TRUE(editableFields(nested(200)));
+  EXPECT_EQ(editableFields(nested(201)).error(), "the reference's JSON is nested too deeply");
+  EXPECT_FALSE(withEditedFields(nested(1'000'000), {}));
+}
