@@ -11,7 +11,7 @@ namespace platform {
 SharedBytes::SharedBytes(std::span<const std::byte> view, std::shared_ptr<const void> owner)
     : view_(view), owner_(std::move(owner)) {}
 
-SharedBytes::SharedBytes(std::shared_ptr<const SealedMemoryFile> file)
+SharedBytes::SharedBytes(const std::shared_ptr<const SealedMemoryFile> &file)
     : view_(file->contents()), owner_(file), memoryFile_(file.get()) {}
 
 std::expected<SharedBytes, OSStatus> SharedBytes::copyOf(std::span<const std::byte> bytes) try {

@@ -27,7 +27,7 @@ class SharedBytes {
   /// Bytes inside something else, which is kept alive by `owner`.
   SharedBytes(std::span<const std::byte> view, std::shared_ptr<const void> owner);
   /// The contents of a memory file.
-  explicit SharedBytes(std::shared_ptr<const SealedMemoryFile> file);
+  explicit SharedBytes(const std::shared_ptr<const SealedMemoryFile> &file);
 
   /// memFullErr when there is no memory or no memory file to be had.
   static std::expected<SharedBytes, OSStatus> copyOf(std::span<const std::byte> bytes);

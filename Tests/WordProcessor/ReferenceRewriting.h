@@ -11,12 +11,11 @@
 
 namespace wordprocessor::testing {
 
-// Blanks, and what only guides the layout.
+// Blanks, what only guides the layout, and control characters.
 inline bool isBlankCharacter(const std::string &text) {
-  static const std::set<std::string> blanks = {" ",      "\t",     "\u00A0", "\u00AD",
-                                               "\u200B", "\u200E", "\u200F", "\u2028",
-                                               "\u2029", "\u202F", "\u2060"};
-  return blanks.contains(text);
+  static const std::set<std::string> blanks = {"\x7F",   "\u00A0", "\u00AD", "\u200B", "\u200E",
+                                               "\u200F", "\u2028", "\u2029", "\u202F", "\u2060"};
+  return (text.size() == 1 && text[0] >= '\0' && text[0] <= ' ') || blanks.contains(text);
 }
 
 // The rules of citations once more, as plainly as they can be written: positions of the
