@@ -1,0 +1,122 @@
+// Who keeps what, and for how long: nothing of the host's is kept once the plug-in is done with it,
+// and nothing goes while it is still needed.
+
+#include <Formats/ScanRequest.h>
+
+#import "Support/AgentTest.h"
+
+@interface KOMellelScanController : NSWindowController
+- (id)initWithAdapter:(id)adapter;
+- (void)formatSelectionChanged:(id)sender;
+- (void)setAdapter:(id)adapter;
+- (void)setFormatSelectorPopUpButton:(id)popUpButton;
+- (void)setGenerateCopyWithBibInStyleButton:(id)button;
+- (id)selectedBibStyle;
+@end
+
+// A menu that holds one title, and is its own item.
+@interface OneTitle : NSObject {
+ @public
+  NSString *title;
+}
+@end
+
+@implementation OneTitle
+- (id)selectedItem {
+  return self;
+}
+- (NSString *)title {
+  return title;
+}
+@end
+
+namespace plugin_test {
+namespace {
+
+class Ownership : public AgentTest {
+ protected:
+  KOMellelScanController *newController() {
+    return [[NSClassFromString(@"KOMellelScanController") alloc] initWithAdapter:host_];
+  }
+};
+
+TEST_F(Ownership, DialogKeepsTheAdapterAsLongAsItLives) {
+  const NSUInteger before = [host_ retainCount];
+  KOMellelScanController *controller = newController();
+  EXPECT_EQ([host_ retainCount], before + 1);
+  [controller setAdapter:host_];
+  EXPECT_EQ([host_ retainCount], before + 1);
+  [controller release];
+  EXPECT_EQ([host_ retainCount], before);
+}
+
+TEST_F(Ownership, DialogKeepsItsMenuAndItsButtonUntilItGetsOthers) {
+  for (const SEL setter : {
+         @selector(setFormatSelectorPopUpButton:), @selector(setGenerateCopyWithBibInStyleButton:)
+       }) {
+    NSObject *first = [[NSObject alloc] init];
+    NSObject *second = [[NSObject alloc] init];
+    KOMellelScanController *controller = newController();
+    [controller performSelector:setter withObject:first];
+    [controller performSelector:setter withObject:first];
+    EXPECT_EQ([first retainCount], 2u);
+    [controller performSelector:setter withObject:second];
+    EXPECT_EQ([first retainCount], 1u);
+    EXPECT_EQ([second retainCount], 2u);
+    [controller release];
+    EXPECT_EQ([second retainCount], 1u);
+    [first release];
+    [second release];
+  }
+}
+
+TEST_F(Ownership, DialogKeepsTheSelectedStyleUntilAnotherIsSelected) {
+  RecordingStyle *first = [host_ addStyle:"first"];
+  RecordingStyle *second = [host_ addStyle:"second"];
+  const NSUInteger firstBefore = [first retainCount];
+  const NSUInteger secondBefore = [second retainCount];
+  OneTitle *menu = [[[OneTitle alloc] init] autorelease];
+  KOMellelScanController *controller = newController();
+  [controller setFormatSelectorPopUpButton:menu];
+  menu->title = @"first";
+  [controller formatSelectionChanged:nil];
+  [controller formatSelectionChanged:nil];
+  EXPECT_EQ([controller selectedBibStyle], first);
+  EXPECT_EQ([first retainCount], firstBefore + 1);
+  menu->title = @"second";
+  [controller formatSelectionChanged:nil];
+  EXPECT_EQ([first retainCount], firstBefore);
+  EXPECT_EQ([second retainCount], secondBefore + 1);
+  [controller release];
+  EXPECT_EQ([second retainCount], secondBefore);
+}
+
+// Keeps a request's citations, as an agent's method gets them, beyond the event.
+NSArray *keptCitations = nil;
+void keepCitations(id, SEL, NSArray *citations) { keptCitations = [citations retain]; }
+
+TEST_F(Ownership, CitationsOfARequestKeepItsPayloadAndLetItGoWithThemselves) {
+  const std::vector<formats::CitationPair> pairs = {{"first", ""}, {"second", ""}};
+  NSData *payload = nil;
+  NSAutoreleasePool *pool = [[NSAutoreleasePool alloc] init];
+  {
+    const ReplacedMethod report(agentClass_, @selector(reportCitationResolution:),
+                                asMethod(keepCitations));
+    deliver("PRSQ", formats::encodePreliminaryScanRequest(7, pairs));
+  }
+  ASSERT_EQ([keptCitations count], 2u);
+  payload = [object_getIvar(keptCitations,
+                            class_getInstanceVariable([keptCitations class], "payload")) retain];
+  [pool drain];
+  EXPECT_EQ([keptCitations retainCount], 1u);
+  EXPECT_EQ([payload retainCount], 2u);
+  pool = [[NSAutoreleasePool alloc] init];
+  EXPECT_EQ(str([keptCitations objectAtIndex:1]), "second");
+  [pool drain];
+  [keptCitations release];
+  EXPECT_EQ([payload retainCount], 1u);
+  [payload release];
+}
+
+}  // namespace
+}  // namespace plugin_test
