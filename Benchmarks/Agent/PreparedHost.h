@@ -19,8 +19,8 @@ inline constexpr std::size_t citationsForOneUnknown = 256;
 
 // What the plug-in does between the calls by which the host can tell.
 enum class Step {
-  decode,        // the event taken apart, each citation made a string
-  parse,         // each citation taken apart and matched, those that match nothing noted
+  decode,        // the event taken apart
+  parse,         // each citation made a string, taken apart, matched; noted, where nothing matches
   format,        // each group's text asked for
   measure,       // each text converted, for the size of the reply
   bibliography,  // asked for as RTF

@@ -17,6 +17,8 @@ import reports  # noqa: E402
 COLOURS = ("#0072B2", "#D55E00", "#009E73", "#CC79A7", "#E69F00", "#56B4E9", "#000000", "#7F7F7F", "#8B4513", "#6A3D9A")
 MARKERS = "osD^vP*Xhd"
 LEAST_SIZES_OF_A_LINE = 3
+# Above these an axis is logarithmic. Lengths of bars can be compared further than slopes of lines.
+FACTOR_OF_LINES, FACTOR_OF_BARS = 10, 1000
 GREY = "#555555"
 STYLE = {
     "font.family": "DejaVu Sans", "font.size": 10, "axes.titlesize": 12, "axes.titleweight": "bold",
@@ -27,9 +29,8 @@ STYLE = {
 }
 
 
-def spans_decade(values):
-    positive = [value for value in values if value > 0]
-    return len(positive) == len(values) and max(positive) > 10 * min(positive)
+def spans(values, factor):
+    return min(values) > 0 and max(values) > factor * min(values)
 
 
 def bytes_text(value):
@@ -39,14 +40,14 @@ def bytes_text(value):
     return f"{value:g} B"
 
 
-def format_axis(axes, direction, values, unit):
-    """Ticks in words that a reader need not decode; logarithmic where the values span more than a decade.
+def format_axis(axes, direction, values, unit, factor):
+    """Ticks in words that a reader need not decode; logarithmic where the values span more than the factor.
 
     The direction is "x" or "y".
     """
     axis = getattr(axes, direction + "axis")
     in_bytes = unit == "bytes"
-    if spans_decade(values):
+    if spans(values, factor):
         axes.set(**{direction + "scale": "log"})
         if in_bytes:
             doublings = math.log2(max(values) / min(values))
@@ -77,10 +78,10 @@ def draw_lines(axes, rows):
         axes.plot([row["size"] for row in points], [row["median"] for row in points], label=name,
                   color=COLOURS[index % len(COLOURS)], marker=MARKERS[index % len(MARKERS)], markersize=5,
                   linewidth=1.8, linestyle="--" if is_compared else "-")
-    format_axis(axes, "x", [row["size"] for row in rows], rows[0].get("sizeUnit", ""))
+    format_axis(axes, "x", [row["size"] for row in rows], rows[0].get("sizeUnit", ""), FACTOR_OF_LINES)
     medians = [row["median"] for row in rows]
-    format_axis(axes, "y", medians, rows[0]["unit"])
-    if not spans_decade(medians):
+    format_axis(axes, "y", medians, rows[0]["unit"], FACTOR_OF_LINES)
+    if not spans(medians, FACTOR_OF_LINES):
         axes.set_ylim(bottom=0)
     axes.legend(loc="center left", bbox_to_anchor=(1.01, 0.5))
 
@@ -91,7 +92,7 @@ def draw_bars(axes, rows):
     levels = {row["name"]: level for level, same in enumerate(by_name(rows).values()) for row in same}
     sizes = sorted({row.get("size", 0) for row in rows})
     compared = {row["beside"] for row in rows if "beside" in row}
-    logarithmic = spans_decade([row["median"] for row in rows])
+    logarithmic = spans([row["median"] for row in rows], FACTOR_OF_BARS)
     height = 0.8 / len(sizes)
     for row in rows:
         place = sizes.index(row.get("size", 0))
@@ -106,7 +107,7 @@ def draw_bars(axes, rows):
     axes.set_yticks(range(len(names)), names, color="black")
     axes.invert_yaxis()
     axes.grid(logarithmic, axis="y")
-    format_axis(axes, "x", [row["median"] for row in rows], rows[0]["unit"])
+    format_axis(axes, "x", [row["median"] for row in rows], rows[0]["unit"], FACTOR_OF_BARS)
     axes.margins(x=0.12)
     if not logarithmic:
         axes.set_xlim(left=0)
