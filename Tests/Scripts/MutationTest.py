@@ -3,6 +3,7 @@
 import subprocess
 import sys
 import tempfile
+import threading
 import time
 import unittest
 from pathlib import Path
@@ -14,7 +15,7 @@ from mutation import workshop as workshops
 from mutation.explanations import find_explanation, read_explanations
 from mutation.mutants import mutants_of
 from mutation.tokens import tokens_of
-from mutation.workshop import Workshop, copy_project
+from mutation.workshop import Deadline, TimeIsUp, Workshop, copy_project
 
 
 def in_function(statements):
@@ -189,9 +190,7 @@ class WorkshopOfMutants(unittest.TestCase):
 
     def test_mutants_are_told_apart_and_both_trees_stay_as_they_were(self):
         before = contents(self.project)
-        patience, workshops.LEAST_SECONDS = workshops.LEAST_SECONDS, 2
-        self.addCleanup(setattr, workshops, "LEAST_SECONDS", patience)
-        workshop = Workshop(self.project, Path(self.temporary.name) / "work", time.monotonic() + 100)
+        workshop = Workshop(self.project, Path(self.temporary.name) / "work", Deadline(100))
         workshop.prepare(["SmallTest"], "Sum.cpp")
         for after, outcome in {
             "result -= number;": "caught",
@@ -206,14 +205,29 @@ class WorkshopOfMutants(unittest.TestCase):
     def test_a_mutant_that_never_ends_is_caught_and_ended(self):
         source = SUM.replace("++number", "number += 1")
         (self.project / "Sum.cpp").write_text(source)
-        patience, workshops.LEAST_SECONDS = workshops.LEAST_SECONDS, 2
-        self.addCleanup(setattr, workshops, "LEAST_SECONDS", patience)
-        workshop = Workshop(self.project, Path(self.temporary.name) / "work", time.monotonic() + 100)
+        workshop = Workshop(self.project, Path(self.temporary.name) / "work", Deadline(100))
         workshop.prepare(["SmallTest"], "Sum.cpp")
         after = "for (int number = 1; number <= count; number += 0) {"
         mutant = next(m for m in mutants_of("Sum.cpp", source) if m.after == after)
-        started = time.monotonic()
         self.assertEqual(workshop.try_mutant(mutant, ["SmallTest"]), "caught")
+
+    def test_a_mutant_that_waits_for_ever_is_caught_and_ended(self):
+        source = 'extern "C" int pause();\n' + SUM.replace("if (count == 7) {", "if (count == 7) {\n    pause();")
+        (self.project / "Sum.cpp").write_text(source)
+        patience, workshops.WAITING_SECONDS = workshops.WAITING_SECONDS, 2
+        self.addCleanup(setattr, workshops, "WAITING_SECONDS", patience)
+        workshop = Workshop(self.project, Path(self.temporary.name) / "work", Deadline(100))
+        workshop.prepare(["SmallTest"], "Sum.cpp")
+        mutant = next(m for m in mutants_of("Sum.cpp", source) if m.after == "if (!(count == 7)) {")
+        self.assertEqual(workshop.try_mutant(mutant, ["SmallTest"]), "caught")
+
+    def test_a_run_that_is_told_to_end_ends_what_it_started(self):
+        deadline = Deadline(100)
+        workshop = Workshop(self.project, Path(self.temporary.name) / "work", deadline)
+        threading.Timer(1, deadline.end_now).start()
+        started = time.monotonic()
+        with self.assertRaises(TimeIsUp):
+            workshop._succeeds(["sleep", "90"], 90)
         self.assertLess(time.monotonic() - started, 60)
 
     def test_a_copy_follows_its_project_and_leaves_equal_files_alone(self):

@@ -66,7 +66,7 @@ def mutants_of(file, source):
     """Every mutant of the source, in the order of the lines. No change of theirs moves a line."""
     maker = _Maker(file, source)
     maker.make()
-    return sorted(set(maker.mutants), key=lambda mutant: (mutant.start, mutant.end, mutant.operator, mutant.replacement))
+    return sorted(set(maker.mutants), key=lambda made: (made.start, made.end, made.operator, made.replacement))
 
 
 class _Maker:
