@@ -28,7 +28,8 @@ MOST_MILLISECONDS = 500
 PATIENCE = 30  # seconds
 SETTLE = 1.0  # seconds after which a program that is ready counts as idle
 TIMES, PROCESSOR_TIMES = "Time from start to ready", "Processor time from start to ready"
-MEMORY, SIZE = "Memory while idle", "Size on disk"
+BARE = "bare AppKit program"
+MEMORY = "Memory while idle"
 
 
 @contextlib.contextmanager
@@ -101,9 +102,9 @@ def measure_bundle(bundle, directory):
     subprocess.run(["strip", stripped / "KorvoMellelPlugin"], check=True)
     files = [path for path in stripped.rglob("*") if path.is_file()]
     code = (stripped / "KorvoMellelPlugin").stat().st_size
-    return [{"plot": SIZE, "name": "the bundle, stripped", "median": sum(path.stat().st_size for path in files) / 1024,
+    return [{"name": "the bundle, stripped", "median": sum(path.stat().st_size for path in files) / 1024,
              "unit": "KiB"},
-            {"plot": SIZE, "name": "of which code", "median": code / 1024, "unit": "KiB"}]
+            {"name": "of which code", "median": code / 1024, "unit": "KiB"}]
 
 
 def make_database(binaries, directory, size):
@@ -114,10 +115,12 @@ def make_database(binaries, directory, size):
     return database
 
 
-def beyond_appkit(rows, name):
-    medians = {row["name"]: row["median"] for row in rows if row.get("plot") == TIMES}
-    return {"name": f"{name}, beyond the bare program", "median": medians[name] - medians["bare AppKit program"],
-            "unit": "ms", "aim": MOST_MILLISECONDS, "aimIs": "most"}
+def beyond_bare(rows, name):
+    """What is korvo's own; of processor time as well, which depends less on what else the machine does."""
+    for title, what, aim in ((TIMES, "", {"aim": MOST_MILLISECONDS, "aimIs": "most"}),
+                             (PROCESSOR_TIMES, ", processor time", {})):
+        medians = {row["name"]: row["median"] for row in rows if row["plot"] == title}
+        yield {"name": f"{name}, beyond the bare program{what}", "median": medians[name] - medians[BARE], "unit": "ms", **aim}
 
 
 def main():
@@ -130,12 +133,12 @@ def main():
     sizes = (100, 1000) if arguments.quick else (100, 100_000)
     with tempfile.TemporaryDirectory(prefix="korvo-start-") as name:
         directory = pathlib.Path(name)
-        commands = {"bare AppKit program": [binaries / "BareApplication"]}
+        commands = {BARE: [binaries / "BareApplication"]}
         for size in sizes:
             commands[f"korvo, {size:,} references"] = [binaries / "korvo", "--library",
                                                        make_database(binaries, directory, size)]
-        rows = measure_starts(commands, 2 if arguments.quick else 15)
-        rows += [beyond_appkit(rows, name) for name in list(commands)[1:]]
+        starts = measure_starts(commands, 2 if arguments.quick else 15)
+        rows = starts + [row for name in commands if name != BARE for row in beyond_bare(starts, name)]
         rows += measure_memory(commands)
         rows += measure_bundle(arguments.build / "KorvoMellelPlugin.bundle", directory)
     print(json.dumps({"group": "start", "title": "Start and size", "rows": rows}, ensure_ascii=False))
