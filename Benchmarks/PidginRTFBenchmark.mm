@@ -12,6 +12,7 @@
 #include <malloc.h>
 
 #include <cstdio>
+#include <cstring>
 #include <limits>
 #include <optional>
 #include <string>
@@ -77,16 +78,22 @@ std::u16string outputOf(std::size_t units) {
 }
 
 void fill(const std::u16string &output, benchmark::State &) {
-  benchmark::DoNotOptimize(std::u16string(output.size(), u'x'));
+  std::u16string filled;
+  filled.resize_and_overwrite(output.size(), [&](char16_t *start, std::size_t) {
+    std::memset(start, 'x', output.size() * sizeof(char16_t));
+    return output.size();
+  });
+  benchmark::DoNotOptimize(filled);
 }
 
 // What a caller pays whose memory was never used before: the system clears each page.
 template <typename Use>
 auto inFreshMemory(Use use) {
   return [use](const std::u16string &text, benchmark::State &state) {
-    mallopt(M_MMAP_THRESHOLD, 1 << 17);
+    state.PauseTiming();
+    malloc_trim(0);
+    state.ResumeTiming();
     use(text, state);
-    keepFreedMemory();
   };
 }
 

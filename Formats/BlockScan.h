@@ -31,12 +31,14 @@ std::size_t firstInBlock(const Unit *block, IsWanted isWanted) {
   std::uint64_t halves[2];
   static_assert(sizeof halves == sizeof answers);
   std::memcpy(halves, answers, sizeof halves);
-  if ((halves[0] | halves[1]) == 0) {
-    return scanBlockSize;
+  // The processor guesses which half it is, and goes on before the answers are there.
+  if (halves[0] != 0) {
+    return static_cast<std::size_t>(std::countr_zero(halves[0])) / 8;
   }
-  const bool isInSecond = halves[0] == 0;
-  return static_cast<std::size_t>(std::countr_zero(halves[isInSecond ? 1 : 0])) / 8 +
-         (isInSecond ? 8 : 0);
+  if (halves[1] != 0) {
+    return 8 + static_cast<std::size_t>(std::countr_zero(halves[1])) / 8;
+  }
+  return scanBlockSize;
 }
 
 // The index of the first unit at or after `from` for which the predicate holds, or the length

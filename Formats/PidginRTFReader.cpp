@@ -86,9 +86,22 @@ class Extractor {
 
   // Skips the control words up to the next end of one, and that end.
   void skipControlWord() {
-    const std::size_t end = findFirst(rtf_, position_, endsControlWord);
+    const std::size_t end = endOfControlWord();
     keepApostrophes(rtf_.substr(position_, end - position_));
     position_ = end + 1;
+  }
+
+  // Nearly all words are a few units long. Looking at these one by one leaves the place where a
+  // word ends to the processor's guess; a block would have to be tested before anything behind it.
+  std::size_t endOfControlWord() const {
+    constexpr std::size_t usualLength = 8;
+    const std::size_t usualEnd = std::min(position_ + usualLength, rtf_.size());
+    for (std::size_t end = position_; end < usualEnd; ++end) {
+      if (endsControlWord(rtf_[end])) {
+        return end;
+      }
+    }
+    return findFirst(rtf_, usualEnd, endsControlWord);
   }
 
   // An apostrophe among control words stays. The words start with a backslash, or with one behind
