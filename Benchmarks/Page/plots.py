@@ -9,7 +9,7 @@ import matplotlib
 
 matplotlib.use("Agg")
 import matplotlib.pyplot as plt  # noqa: E402
-from matplotlib.ticker import FuncFormatter, LogLocator, NullFormatter, NullLocator  # noqa: E402
+from matplotlib.ticker import FixedLocator, FuncFormatter, LogLocator, NullFormatter, NullLocator  # noqa: E402
 
 import reports  # noqa: E402
 
@@ -17,6 +17,7 @@ import reports  # noqa: E402
 COLOURS = ("#0072B2", "#D55E00", "#009E73", "#CC79A7", "#E69F00", "#56B4E9", "#000000", "#7F7F7F", "#8B4513", "#6A3D9A")
 MARKERS = "osD^vP*Xhd"
 LEAST_SIZES_OF_A_LINE = 3
+LARGEST_NUMBER_OF_TICKS = 6
 # Above these an axis is logarithmic. Lengths of bars can be compared further than slopes of lines.
 FACTOR_OF_LINES, FACTOR_OF_BARS = 10, 1000
 GREY = "#555555"
@@ -50,8 +51,9 @@ def format_axis(axes, direction, values, unit, factor):
     if spans(values, factor):
         axes.set(**{direction + "scale": "log"})
         if in_bytes:
-            doublings = math.log2(max(values) / min(values))
-            axis.set_major_locator(LogLocator(base=2 ** max(1, round(doublings / 6)), numticks=20))
+            lowest, highest = math.floor(math.log2(min(values))), math.ceil(math.log2(max(values)))
+            step = max(1, math.ceil((highest - lowest) / LARGEST_NUMBER_OF_TICKS))
+            axis.set_major_locator(FixedLocator([2**power for power in range(lowest, highest + 1, step)]))
             axis.set_minor_locator(NullLocator())
         else:
             axis.set_major_locator(LogLocator(base=10, numticks=12))
