@@ -28,6 +28,12 @@ class Carrier {
   /// The running processes that have an application signature, always in the same order.
   virtual std::expected<std::vector<Process>, OSStatus> processes() = 0;
 
+  /// The same without the pains to miss none that has come this very moment. Who does not find what
+  /// it looks for here asks again above.
+  virtual std::expected<std::vector<Process>, OSStatus> processesRemembered() {
+    return processes();
+  }
+
   /// The process of that number; procNotFound.
   virtual std::expected<Process, OSStatus> process(ProcessSerialNumber serialNumber) = 0;
 

@@ -16,6 +16,27 @@ void writeName(OSType signature, StringPtr name) {
   }
 }
 
+using Processes = std::expected<std::vector<platform::Process>, OSStatus>;
+
+/// The first one behind kNoProcess. procNotFound behind the last one.
+std::expected<ProcessSerialNumber, OSStatus> processBehind(const ProcessSerialNumber &previous,
+                                                           const Processes &processes) {
+  if (!processes) {
+    return std::unexpected(processes.error());
+  }
+  auto next = processes->begin();
+  if (!isSame(previous, {0, kNoProcess})) {
+    next = std::ranges::find_if(*processes, [&previous](const platform::Process &process) {
+      return isSame(process.serialNumber, previous);
+    });
+    next = next == processes->end() ? next : next + 1;
+  }
+  if (next == processes->end()) {
+    return std::unexpected(OSStatus{procNotFound});
+  }
+  return next->serialNumber;
+}
+
 }  // namespace
 
 namespace platform {
@@ -27,21 +48,15 @@ bool operator==(const Process &left, const Process &right) {
 }  // namespace platform
 
 OSErr GetNextProcess(ProcessSerialNumber *serialNumber) {
-  const auto processes = platform::currentCarrier().processes();
-  if (!processes) {
-    return static_cast<OSErr>(processes.error());
+  platform::Carrier &carrier = platform::currentCarrier();
+  auto next = processBehind(*serialNumber, carrier.processesRemembered());
+  if (!next) {
+    next = processBehind(*serialNumber, carrier.processes());
   }
-  auto next = processes->begin();
-  if (!isSame(*serialNumber, {0, kNoProcess})) {
-    next = std::ranges::find_if(*processes, [serialNumber](const platform::Process &process) {
-      return isSame(process.serialNumber, *serialNumber);
-    });
-    next = next == processes->end() ? next : next + 1;
+  if (!next) {
+    return static_cast<OSErr>(next.error());
   }
-  if (next == processes->end()) {
-    return procNotFound;
-  }
-  *serialNumber = next->serialNumber;
+  *serialNumber = *next;
   return noErr;
 }
 

@@ -46,6 +46,7 @@ class BusCarrier final : public Carrier {
  public:
   std::expected<Parameters, OSStatus> send(const OutgoingEvent &event) override;
   std::expected<std::vector<Process>, OSStatus> processes() override;
+  std::expected<std::vector<Process>, OSStatus> processesRemembered() override;
   std::expected<Process, OSStatus> process(ProcessSerialNumber serialNumber) override;
   OSStatus activate(ProcessSerialNumber serialNumber) override;
 
@@ -54,6 +55,10 @@ class BusCarrier final : public Carrier {
   bool isToOneself(const OutgoingEvent &event);
   /// A serial number is the process's number on this machine and the signature that it declared.
   std::expected<Process, OSStatus> processOfSignature(FourCharCode signature);
+  /// Of those names that stand for signatures.
+  template <typename Names>
+  std::expected<std::vector<Process>, OSStatus> processesNamed(
+      const std::expected<Names, OSStatus> &names);
 
   BusConnection &connection() { return BusConnection::session(); }
 };
@@ -118,7 +123,16 @@ std::expected<Process, OSStatus> BusCarrier::processOfSignature(FourCharCode sig
 }
 
 std::expected<std::vector<Process>, OSStatus> BusCarrier::processes() {
-  const auto names = connection().listNames();
+  return processesNamed(connection().listNames());
+}
+
+std::expected<std::vector<Process>, OSStatus> BusCarrier::processesRemembered() {
+  return processesNamed(connection().namesRemembered());
+}
+
+template <typename Names>
+std::expected<std::vector<Process>, OSStatus> BusCarrier::processesNamed(
+    const std::expected<Names, OSStatus> &names) {
   if (!names) {
     return std::unexpected(names.error());
   }

@@ -98,15 +98,25 @@ void BusConnection::addTask(std::function<void()> task) {
 
 OSStatus BusConnection::send(sd_bus_message *message) {
   sd_bus *bus = sd_bus_message_get_bus(message);
-  const int sent = sd_bus_send(bus, message, nullptr);
-  const int flushed = sent < 0 ? sent : sd_bus_flush(bus);
-  if (flushed >= 0) {
+  const Message kept = shareMessage(message);
+  int result = sd_bus_send(bus, message, nullptr);
+  // What the other side has sent meanwhile is taken in: sd_bus_flush would leave it, and burn the
+  // processor's time for as long as there is something to read and no room to write.
+  std::uint64_t unsent = 0;
+  while (result >= 0 && sd_bus_get_n_queued_write(bus, &unsent) >= 0 && unsent > 0) {
+    result = sd_bus_process(bus, nullptr);
+    if (result == 0) {
+      result = sd_bus_wait(bus, UINT64_MAX);
+    }
+    result = result == -EINTR ? 0 : result;
+  }
+  if (result >= 0) {
     return noErr;
   }
   if (bus == bus_.get() && !isOpen()) {
     drop();
   }
-  return flushed == -ENOBUFS || flushed == -ENOMEM ? memFullErr : connectionInvalid;
+  return result == -ENOBUFS || result == -ENOMEM ? memFullErr : connectionInvalid;
 }
 
 void BusConnection::giveUp(const Message &message) {
@@ -167,7 +177,7 @@ std::expected<Message, OSStatus> BusConnection::askOn(sd_bus *bus, const char *m
                                               : statusOfError(errorName));
 }
 
-std::expected<NameOwners::Owner, OSStatus> BusConnection::ownerOf(const std::string &name) {
+std::expected<NameOwners *, OSStatus> BusConnection::owners() {
   // What the bus has told and nobody has read yet counts.
   processWaiting();
   const auto bus = open();
@@ -177,29 +187,48 @@ std::expected<NameOwners::Owner, OSStatus> BusConnection::ownerOf(const std::str
   if (owners_ == nullptr) {
     owners_ = std::make_unique<NameOwners>(*bus);
   }
-  auto owner = owners_->find(name);
-  if (!owner && !isOpen()) {
+  return owners_.get();
+}
+
+void BusConnection::settle(bool isAnswered) {
+  if (!isAnswered && !isOpen()) {
     drop();
   }
   arm();
+}
+
+std::expected<NameOwners::Owner, OSStatus> BusConnection::ownerOf(const std::string &name) {
+  const auto known = owners();
+  if (!known) {
+    return std::unexpected(known.error());
+  }
+  auto owner = (*known)->find(name);
+  settle(owner.has_value());
   return owner;
 }
 
-std::expected<Message, OSStatus> BusConnection::ask(const char *method) {
+std::expected<std::set<std::string>, OSStatus> BusConnection::namesRemembered() {
+  const auto known = owners();
+  if (!known) {
+    return std::unexpected(known.error());
+  }
+  auto names = (*known)->names();
+  settle(names.has_value());
+  return names;
+}
+
+std::expected<std::vector<std::string>, OSStatus> BusConnection::listNames() {
   const auto bus = open();
   if (!bus) {
     return std::unexpected(bus.error());
   }
-  auto answer = askOn(*bus, method, "");
-  if (!answer && !isOpen()) {
-    drop();
-  }
-  arm();
-  return answer;
+  auto names = listNamesOn(*bus);
+  settle(names.has_value());
+  return names;
 }
 
-std::expected<std::vector<std::string>, OSStatus> BusConnection::listNames() {
-  const auto reply = ask("ListNames");
+std::expected<std::vector<std::string>, OSStatus> BusConnection::listNamesOn(sd_bus *bus) {
+  const auto reply = askOn(bus, "ListNames", "");
   if (!reply) {
     return std::unexpected(reply.error());
   }

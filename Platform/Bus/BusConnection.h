@@ -17,6 +17,7 @@
 #include <expected>
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -66,6 +67,9 @@ class BusConnection {
   static std::expected<Message, OSStatus> askOn(sd_bus *bus, const char *method,
                                                 const std::string &name);
   std::expected<std::vector<std::string>, OSStatus> listNames();
+  static std::expected<std::vector<std::string>, OSStatus> listNamesOn(sd_bus *bus);
+  /// Those of application signatures, by what has arrived from the bus so far.
+  std::expected<std::set<std::string>, OSStatus> namesRemembered();
 
   /// To be called after anything that may have taken messages off the socket.
   void arm();
@@ -73,7 +77,10 @@ class BusConnection {
  private:
   BusConnection();
 
-  std::expected<Message, OSStatus> ask(const char *method);
+  /// Who owns what, on the connection that there is now.
+  std::expected<NameOwners *, OSStatus> owners();
+  /// Drops a connection by which no answer came and that is closed; then arms.
+  void settle(bool isAnswered);
 
   void runLoopTurn();
   void processWaiting();

@@ -1,4 +1,5 @@
 #include <ApplicationServices/MacErrors.h>
+#include <malloc.h>
 #include <Platform/Bus/BusNames.h>
 #include <Platform/Bus/EventReceiver.h>
 #include <Platform/Bus/ParameterCodec.h>
@@ -17,6 +18,17 @@ namespace {
 
 /// After so long with handlers the run loop gets a turn for other things.
 constexpr std::chrono::milliseconds longestBatch{10};
+
+/// After so much data the heap is worth releasing.
+constexpr std::size_t bytesBetweenReleases = 65'536;
+
+std::size_t bytesIn(const Parameters &parameters) {
+  std::size_t bytes = 0;
+  for (const Parameter &parameter : parameters) {
+    bytes += parameter.data.size();
+  }
+  return bytes;
+}
 
 /// Sets a flag for the length of a scope.
 class Raised {
@@ -174,13 +186,24 @@ void EventReceiver::dispatchWaiting() {
     do {
       const auto waiting = inbox_.take();
       if (!waiting) {
-        return;
+        break;
       }
       dispatch(*waiting);
     } while (std::chrono::steady_clock::now() - start < longestBatch);
   }
-  if (!inbox_.isEmpty()) {
+  if (inbox_.isEmpty()) {
+    releaseHeap();
+  } else {
     dispatchLater();
+  }
+}
+
+// A document of many thousand citations becomes some hundred bytes of small objects for each, and
+// the C library keeps what was used once: the process would stay as large as its largest document.
+void EventReceiver::releaseHeap() {
+  if (bytesDispatched_ >= bytesBetweenReleases) {
+    bytesDispatched_ = 0;
+    malloc_trim(0);
   }
 }
 
@@ -190,6 +213,7 @@ void EventReceiver::dispatch(const WaitingEvent &waiting) {
   if (exception) {
     logLine("An event could not be dispatched: " + *exception);
   }
+  bytesDispatched_ += bytesIn(waiting.event.parameters) + (reply ? bytesIn(*reply) : 0);
   if (!waiting.event.wantsReply) {
     return;
   }

@@ -41,6 +41,7 @@ class EventReceiver final : private BusClient {
   void dispatchLater();
   void dispatchWaiting();
   void dispatch(const WaitingEvent &waiting);
+  void releaseHeap();
   OSStatus answer(const Message &request, const Parameters &parameters);
   /// Whatever happens, whoever waits for an answer learns that none comes.
   void refuse(const Message &request, OSStatus status);
@@ -52,6 +53,8 @@ class EventReceiver final : private BusClient {
   EventInbox inbox_;
   bool isDispatching_ = false;
   bool willDispatch_ = false;
+  /// Since the heap was released.
+  std::size_t bytesDispatched_ = 0;
 };
 
 }  // namespace platform

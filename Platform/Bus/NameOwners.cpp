@@ -1,5 +1,6 @@
 #include <ApplicationServices/MacErrors.h>
 #include <Platform/Bus/BusConnection.h>
+#include <Platform/Bus/BusNames.h>
 #include <Platform/Bus/NameOwners.h>
 
 #include <utility>
@@ -23,10 +24,39 @@ NameOwners::NameOwners(sd_bus *bus) : bus_(bus) {
 
 int NameOwners::ownerChanged(sd_bus_message *message, void *self, sd_bus_error *) {
   const char *name = nullptr;
-  if (sd_bus_message_read_basic(message, 's', &name) > 0) {
-    static_cast<NameOwners *>(self)->owners_.erase(name);
+  const char *oldOwner = nullptr;
+  const char *newOwner = nullptr;
+  NameOwners &owners = *static_cast<NameOwners *>(self);
+  if (sd_bus_message_read(message, "sss", &name, &oldOwner, &newOwner) <= 0) {
+    return 0;
+  }
+  owners.owners_.erase(name);
+  if (owners.names_ && *newOwner == '\0') {
+    owners.names_->erase(name);
+  } else if (owners.names_) {
+    owners.names_->insert(name);
   }
   return 0;
+}
+
+std::expected<std::set<std::string>, OSStatus> NameOwners::names() {
+  if (names_) {
+    return *names_;
+  }
+  const auto listed = BusConnection::listNamesOn(bus_);
+  if (!listed) {
+    return std::unexpected(listed.error());
+  }
+  std::set<std::string> found;
+  for (const std::string &name : *listed) {
+    if (signatureInBusName(name)) {
+      found.insert(name);
+    }
+  }
+  if (match_ != nullptr) {
+    names_ = found;
+  }
+  return found;
 }
 
 std::expected<NameOwners::Owner, OSStatus> NameOwners::find(const std::string &name) {

@@ -17,6 +17,8 @@
 #include <cstdint>
 #include <expected>
 #include <map>
+#include <optional>
+#include <set>
 #include <string>
 
 namespace platform {
@@ -37,6 +39,9 @@ class NameOwners {
   /// By what has arrived from the bus so far. procNotFound when nobody owns the name.
   std::expected<Owner, OSStatus> find(const std::string &name);
 
+  /// All names of application signatures, by what has arrived from the bus so far.
+  std::expected<std::set<std::string>, OSStatus> names();
+
  private:
   static int ownerChanged(sd_bus_message *message, void *self, sd_bus_error *error);
   std::expected<Owner, OSStatus> ask(const std::string &name) const;
@@ -44,6 +49,7 @@ class NameOwners {
   sd_bus *bus_;
   Slot match_;
   std::map<std::string, Owner> owners_;
+  std::optional<std::set<std::string>> names_;
 };
 
 }  // namespace platform

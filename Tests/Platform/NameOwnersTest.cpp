@@ -83,4 +83,15 @@ TEST_F(NameOwners, AreTheNewOnesWhenAnotherProcessFollows) {
   EXPECT_EQ(owner->processNumber, static_cast<std::uint32_t>(peer_->number()));
 }
 
+TEST_F(NameOwners, NamesAreListedOnceAndFollowTheProcesses) {
+  ASSERT_TRUE(owners_->names());
+  const std::uint64_t before = nextMessage();
+  EXPECT_EQ(owners_->names().value(), std::set<std::string>{busName(peerSignature)});
+  EXPECT_EQ(nextMessage(), before + 1);
+  ASSERT_EQ(platform::startReceivingAppleEvents(testSignature, nullptr), noErr);
+  peer_->end();
+  ASSERT_TRUE(peerIsForgotten());
+  EXPECT_EQ(owners_->names().value(), std::set<std::string>{busName(testSignature)});
+}
+
 }  // namespace

@@ -1,0 +1,15 @@
+// A host for tests of load: every operation is cheap, and a formatted citation is the text that was
+// looked for, so that each answer shows which request it belongs to.
+#pragma once
+
+#import <Cocoa/Cocoa.h>
+#import <HostContract/HostContract.h>
+
+@interface EchoingHost : NSObject <KorvoWordProcessorIntegrationAdapter> {
+  id<KorvoLibrary> library;
+  id<KorvoReference> reference;
+  id<KorvoBibStyle> style;
+  NSSet *found;
+  NSDictionary *attributes;
+}
+@end

@@ -1,0 +1,18 @@
+#include "LiveBytes.h"
+
+#include <malloc.h>
+
+// Of the sanitizers' run time, which has a heap of its own; null in builds without it.
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes() __attribute__((weak));
+
+namespace load_test {
+
+std::size_t liveBytes() {
+  if (__sanitizer_get_current_allocated_bytes != nullptr) {
+    return __sanitizer_get_current_allocated_bytes();
+  }
+  const auto figures = mallinfo2();
+  return figures.uordblks + figures.hblkhd;
+}
+
+}  // namespace load_test

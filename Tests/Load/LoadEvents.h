@@ -1,0 +1,26 @@
+// What the programs of the load tests say to each other beside the requests of the word processor.
+#pragma once
+
+#include <Formats/EventTable.h>
+
+namespace load_test {
+
+using formats::fourCharacterCode;
+
+inline constexpr formats::FourCharacterCode hostSignature = fourCharacterCode("KRVO");
+
+inline constexpr formats::FourCharacterCode loadClass = fourCharacterCode("LOAD");
+/// To the host: answers with the bytes that are allocated there now, as digits.
+inline constexpr formats::FourCharacterCode liveBytesEvent = fourCharacterCode("live");
+/// To the host: sits in a modal run loop, so that what arrives has to wait, until the host is
+/// brought to the front, or the seconds in the payload have passed.
+inline constexpr formats::FourCharacterCode holdEvent = fourCharacterCode("hold");
+/// To the host: allocates as many bytes as the payload says, and loses them.
+inline constexpr formats::FourCharacterCode leakEvent = fourCharacterCode("leak");
+/// To the word processor, from a sender: all was sent; the payload is "SENDER ANSWERED".
+inline constexpr formats::FourCharacterCode doneEvent = fourCharacterCode("done");
+
+/// The style that the host of these tests knows: a group in it is its search texts in parentheses.
+inline constexpr char styleName[] = "Echo";
+
+}  // namespace load_test
