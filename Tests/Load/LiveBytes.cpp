@@ -2,6 +2,8 @@
 
 #include <malloc.h>
 
+#include <cstdlib>
+
 // Of the sanitizers' run time, which has a heap of its own; null in builds without it.
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes() __attribute__((weak));
 
@@ -14,5 +16,7 @@ std::size_t liveBytes() {
   const auto figures = mallinfo2();
   return figures.uordblks + figures.hblkhd;
 }
+
+void makeProcessesCountExactly() { setenv("GLIBC_TUNABLES", "glibc.malloc.tcache_count=0", 1); }
 
 }  // namespace load_test

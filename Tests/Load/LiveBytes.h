@@ -11,4 +11,8 @@ namespace load_test {
 
 std::size_t liveBytes();
 
+/// To be called before the processes are started whose bytes are to be counted: the C library
+/// counts what it keeps at hand for a thread as in use, some ten kilobytes that come and go.
+void makeProcessesCountExactly();
+
 }  // namespace load_test

@@ -27,6 +27,7 @@
 #include "../Platform/PrivateBus.h"
 #include "../Platform/RunLoopWait.h"
 #include "AnswerEnd.h"
+#include "LiveBytes.h"
 #include "LoadEvents.h"
 #include "LoadNumbers.h"
 #include "MemoryFigures.h"
@@ -294,5 +295,6 @@ int main(int count, char **arguments) {
     std::fputs("usage: LoadTest [EVENTS CITATIONS [FLOOD BYTES]]\n", stderr);
     return 2;
   }
+  makeProcessesCountExactly();
   return Load(plan).run() ? 0 : 1;
 }
