@@ -21,6 +21,7 @@ constexpr std::chrono::milliseconds longestBatch{10};
 
 /// After so much data the heap is worth releasing.
 constexpr std::size_t bytesBetweenReleases = 65'536;
+constexpr std::chrono::seconds timeBetweenReleases{1};
 
 std::size_t bytesIn(const Parameters &parameters) {
   std::size_t bytes = 0;
@@ -56,6 +57,9 @@ const sd_bus_vtable EventReceiver::methods[] = {
         SD_BUS_VTABLE_UNPRIVILEGED),
     SD_BUS_METHOD("Activate", "", "", EventReceiver::activateArrived, SD_BUS_VTABLE_UNPRIVILEGED),
     SD_BUS_VTABLE_END};
+
+EventReceiver::EventReceiver(BusConnection &connection)
+    : connection_(connection), heapRelease_([this] { releaseHeap(); }) {}
 
 EventReceiver &EventReceiver::shared() {
   static EventReceiver *receiver = new EventReceiver(BusConnection::session());
@@ -191,20 +195,26 @@ void EventReceiver::dispatchWaiting() {
       dispatch(*waiting);
     } while (std::chrono::steady_clock::now() - start < longestBatch);
   }
-  if (inbox_.isEmpty()) {
-    releaseHeap();
-  } else {
+  releaseHeapLater();
+  if (!inbox_.isEmpty()) {
     dispatchLater();
   }
 }
 
 // A document of many thousand citations becomes some hundred bytes of small objects for each, and
 // the C library keeps what was used once: the process would stay as large as its largest document.
-void EventReceiver::releaseHeap() {
-  if (bytesDispatched_ >= bytesBetweenReleases) {
-    bytesDispatched_ = 0;
-    malloc_trim(0);
+// It takes time to give memory back, and again to get it; so that is done once in a while.
+void EventReceiver::releaseHeapLater() {
+  if (bytesDispatched_ >= bytesBetweenReleases && !willReleaseHeap_) {
+    willReleaseHeap_ = true;
+    heapRelease_.callAfter(timeBetweenReleases);
   }
+}
+
+void EventReceiver::releaseHeap() {
+  willReleaseHeap_ = false;
+  bytesDispatched_ = 0;
+  malloc_trim(0);
 }
 
 void EventReceiver::dispatch(const WaitingEvent &waiting) {

@@ -27,7 +27,7 @@ class EventReceiver final : private BusClient {
   FourCharCode signature() const { return signature_; }
 
  private:
-  explicit EventReceiver(BusConnection &connection) : connection_(connection) {}
+  explicit EventReceiver(BusConnection &connection);
 
   static int sendArrived(sd_bus_message *message, void *self, sd_bus_error *error);
   static int activateArrived(sd_bus_message *message, void *self, sd_bus_error *error);
@@ -41,6 +41,7 @@ class EventReceiver final : private BusClient {
   void dispatchLater();
   void dispatchWaiting();
   void dispatch(const WaitingEvent &waiting);
+  void releaseHeapLater();
   void releaseHeap();
   OSStatus answer(const Message &request, const Parameters &parameters);
   /// Whatever happens, whoever waits for an answer learns that none comes.
@@ -55,6 +56,8 @@ class EventReceiver final : private BusClient {
   bool willDispatch_ = false;
   /// Since the heap was released.
   std::size_t bytesDispatched_ = 0;
+  bool willReleaseHeap_ = false;
+  RunLoopTimer heapRelease_;
 };
 
 }  // namespace platform

@@ -17,6 +17,8 @@ std::size_t liveBytes() {
   return figures.uordblks + figures.hblkhd;
 }
 
+bool freedMemoryIsGivenBack() { return __sanitizer_get_current_allocated_bytes == nullptr; }
+
 void makeProcessesCountExactly() { setenv("GLIBC_TUNABLES", "glibc.malloc.tcache_count=0", 1); }
 
 }  // namespace load_test
