@@ -157,7 +157,7 @@ export function formatDocument(request, readLocale) {
     request.items.map((json, index) => [itemId(index), contentNumber(json)]),
   );
   const { engine, items } = prepare(request, readLocale, (made) =>
-    startRecalling(made, memory, numbers),
+    startRecalling(made, memory, numbers, request.style),
   );
   const groups = printCitations(request, engine);
   const bibliography = request.wantsBibliography

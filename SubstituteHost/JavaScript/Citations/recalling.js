@@ -9,16 +9,25 @@ import CSL from "citeproc";
 
 import { NameRegister } from "./nameRegister.js";
 
+// What a style says of itself by the words it contains: it cannot print what it does not name.
+function numbersReadBy(style) {
+  return {
+    seq: style.includes("citation-number"),
+    note: style.includes("first-reference-note-number"),
+    count: style.includes("check-ambiguity-and-backreference"),
+  };
+}
+
 // The fields of an item's place in the registry that printing reads.
-function standing(engine, id) {
+function standing(engine, id, reads) {
   const place = engine.registry.registry[id];
   if (!place) {
     return "";
   }
   return [
-    place.seq,
-    place["citation-count"] > 1,
-    place["first-reference-note-number"],
+    reads.seq && place.seq,
+    reads.note && place["first-reference-note-number"],
+    reads.count && place["citation-count"] > 1,
     describe(place.disambig),
   ].join(";");
 }
@@ -76,17 +85,21 @@ function scratchOf({ tmp }) {
     values: leftovers.map((name) => tmp[name]),
     group: { ...group, done_vars: [...done_vars] },
     date: tmp.date_object,
-    dateParts: tmp.donesies && [...new Set(tmp.donesies)],
+    datePartsDone: tmp.donesies && [...new Set(tmp.donesies)].sort(),
+    datePartsWanted: tmp.dateparts && [...tmp.dateparts],
+    datePartsInRange: tmp.date_collapse_at && [...tmp.date_collapse_at],
   };
 }
 
-function restoreScratch({ tmp }, { values, group, date, dateParts }) {
+function restoreScratch({ tmp }, { values, group, ...dates }) {
   leftovers.forEach((name, index) => {
     tmp[name] = values[index];
   });
   Object.assign(tmp.group_context.tip, group, { done_vars: [...group.done_vars] });
-  tmp.date_object = date;
-  tmp.donesies = dateParts && [...dateParts];
+  tmp.date_object = dates.date;
+  tmp.donesies = dates.datePartsDone && [...dates.datePartsDone];
+  tmp.dateparts = dates.datePartsWanted && [...dates.datePartsWanted];
+  tmp.date_collapse_at = dates.datePartsInRange && [...dates.datePartsInRange];
 }
 
 const describeScratch = ({ values, group }) =>
@@ -111,15 +124,21 @@ class Recall {
   #memory;
   #numbers;
   #register;
+  #reads;
   #sortedOnce = new Set();
 
   // `numbers` are those of the items' contents, by id.
-  constructor(engine, memory, numbers) {
+  constructor(engine, memory, numbers, style) {
     this.#engine = engine;
     this.#memory = memory;
+    this.#reads = numbersReadBy(style);
     this.#numbers = numbers;
     this.#register = new NameRegister(engine, memory.places);
     engine.registry.namereg = this.#register;
+  }
+
+  #standing(id) {
+    return standing(this.#engine, id, this.#reads);
   }
 
   #recall(key, ids, { print, effects, restore }) {
@@ -145,14 +164,14 @@ class Recall {
       this.#sortedOnce.add(area);
       return print();
     }
-    const { date, dateParts } = scratchOf(engine);
+    const { values: ignored, group: alsoIgnored, ...dates } = scratchOf(engine);
     const { donesies } = engine.tmp;
     const left = donesies?.length;
     const readsDate = () => engine.tmp.donesies !== donesies || donesies?.length !== left;
     const knowsDate = this.#memory.sortsByDateLeft;
-    const key = `s;${area};${this.#numbers.get(item.id)};${standing(engine, item.id)}`;
+    const key = `s;${area};${this.#numbers.get(item.id)};${this.#standing(item.id)}`;
     const keys = this.#recall(
-      knowsDate ? `${key};${JSON.stringify(date)};${dateParts?.sort()}` : key,
+      knowsDate ? `${key};${JSON.stringify(dates)}` : key,
       [item.id],
       {
         print,
@@ -179,7 +198,7 @@ class Recall {
     const key = [
       "a",
       this.#numbers.get(item.id),
-      standing(engine, item.id),
+      this.#standing(item.id),
       config ? describe(config) : "",
       Boolean(visualForm),
       cite ? JSON.stringify([cite.locator, cite.label]) : "",
@@ -226,7 +245,7 @@ class Recall {
     if (!ids.every((id) => standsAlone(engine, id))) {
       return print();
     }
-    const before = ids.map((id) => standing(engine, id));
+    const before = ids.map((id) => this.#standing(id));
     const cites = citation.sortedItems.map(([item, { id, sortkeys, ...cite }], index) =>
       [this.#numbers.get(item.id), ids.indexOf(item.id), before[index], JSON.stringify(cite)].join(";"),
     );
@@ -235,7 +254,7 @@ class Recall {
       print,
       effects: () => ({
         configs: ids.map((id, index) =>
-          standing(engine, id) === before[index] ? undefined : copyOf(registry.registry[id].disambig),
+          this.#standing(id) === before[index] ? undefined : copyOf(registry.registry[id].disambig),
         ),
       }),
       restore: ({ configs }) => {
@@ -258,11 +277,11 @@ class Recall {
   entry(id, lastName, print) {
     const engine = this.#engine;
     const place = engine.registry.registry[id];
-    const before = standing(engine, id);
+    const before = this.#standing(id);
     const key = ["b", this.#numbers.get(id), before, JSON.stringify(lastName)].join(";");
     return this.#recall(key, [id], {
       print,
-      effects: () => (standing(engine, id) === before ? { offset: place.offset } : undefined),
+      effects: () => (this.#standing(id) === before ? { offset: place.offset } : undefined),
       restore: ({ offset }) => {
         place.offset = offset;
       },
@@ -272,9 +291,9 @@ class Recall {
 
 const recalls = new WeakMap();
 
-// Before anything is printed by the engine.
-export function startRecalling(engine, memory, numbers) {
-  recalls.set(engine, new Recall(engine, memory, numbers));
+// Before anything is printed by the engine. `style` is the text of its CSL file.
+export function startRecalling(engine, memory, numbers, style) {
+  recalls.set(engine, new Recall(engine, memory, numbers, style));
 }
 
 export const recallOf = (engine) => recalls.get(engine);
