@@ -90,6 +90,7 @@ class WatchedDocument {
 
   // While an editor or the host is in trouble the copy stays as it was last.
   void updateAgain(Clock::time_point begin) {
+    progress_.restart();
     auto document = openDocument(options_.input);
     auto updated = document ? updateOnce(std::move(*document), begin)
                             : std::expected<void, Failure>(std::unexpected(document.error()));

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <iostream>
 #include <utility>
 
@@ -10,6 +11,8 @@ namespace wordprocessor {
 namespace {
 
 constexpr std::chrono::milliseconds patience{500};
+// A step that is over at once is not worth a line, however long the others took.
+constexpr std::chrono::milliseconds leastStep{100};
 
 void tell(const std::string &step) { std::cerr << "mellel: " << step << " ..." << std::endl; }
 
@@ -18,7 +21,7 @@ void tell(const std::string &step) { std::cerr << "mellel: " << step << " ..." <
 Progress::Progress() : isOnTerminal_(isatty(STDERR_FILENO) == 1) {}
 
 void Progress::begin(std::string step) {
-  beginning_ = Clock::now();
+  stepBeginning_ = Clock::now();
   pending_.reset();
   if (isOnTerminal_) {
     tell(step);
@@ -28,11 +31,12 @@ void Progress::begin(std::string step) {
 }
 
 std::optional<Progress::Clock::time_point> Progress::due() const {
-  return pending_ ? std::optional(beginning_ + patience) : std::nullopt;
+  return pending_ ? std::optional(std::max(beginning_ + patience, stepBeginning_ + leastStep))
+                  : std::nullopt;
 }
 
 void Progress::tick() {
-  if (pending_ && Clock::now() >= beginning_ + patience) {
+  if (pending_ && Clock::now() >= *due()) {
     tell(*pending_);
     pending_.reset();
   }

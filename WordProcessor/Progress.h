@@ -1,5 +1,5 @@
 // Tells on standard error what takes long: at once where a person looks at a terminal, elsewhere
-// only once a step has taken half a second.
+// once its user has waited for half a second, whatever that time went into.
 #pragma once
 
 #include <chrono>
@@ -12,7 +12,10 @@ class Progress {
  public:
   using Clock = std::chrono::steady_clock;
 
+  // The user waits from now on.
   Progress();
+  // The user had stopped waiting, and waits from now on again.
+  void restart() { beginning_ = Clock::now(); }
 
   // A step begins; the one before is over.
   void begin(std::string step);
@@ -25,9 +28,10 @@ class Progress {
 
  private:
   bool isOnTerminal_;
+  Clock::time_point beginning_ = Clock::now();
+  Clock::time_point stepBeginning_ = beginning_;
   // The step that was not told yet.
   std::optional<std::string> pending_;
-  Clock::time_point beginning_;
 };
 
 }  // namespace wordprocessor

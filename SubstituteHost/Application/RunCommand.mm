@@ -13,6 +13,7 @@
 #include <SubstituteHostApplication/Effects.h>
 #import <SubstituteHostApplication/KOApplication.h>
 #import <SubstituteHostApplication/KOApplicationController.h>
+#import <SubstituteHostApplication/KORehearsal.h>
 #import <SubstituteHostApplication/PlugInLoader.h>
 #import <SubstituteHostApplication/TerminationSignals.h>
 #include <SubstituteHostLibrary/LibraryFile.h>
@@ -152,7 +153,11 @@ int runHost(const RunHost &run, const std::filesystem::path &program) {
   }
 
   announce("ready");
+  const auto rehearsal = Owned<KORehearsal *>::taking(
+      [[KORehearsal alloc] initWithLibrary:[*libraries objectAtIndex:0] styles:shelf]);
+  [rehearsal.get() start];
   [NSApp run];
+  [rehearsal.get() stop];
   platform::stopReceivingAppleEvents();
   return EXIT_SUCCESS;
 }

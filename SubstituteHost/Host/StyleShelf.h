@@ -8,12 +8,14 @@
 #import <Foundation/Foundation.h>
 #include <SubstituteHostEngine/CitationProcessor.h>
 #include <SubstituteHostEngine/StyleCatalog.h>
+#include <SubstituteHostLibrary/Library.h>
 #import <SubstituteHostObjects/KOBibStyle.h>
 #import <SubstituteHostObjects/Owned.h>
 
 #include <map>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,6 +39,9 @@ class StyleShelf {
   const std::vector<std::string> &favorites();
   // Empty: none.
   const std::string &defaultStyle();
+
+  // Formats the references in the default style for practice (see KORehearsal.h).
+  void rehearse(library::Library &library, std::span<const library::ReferenceRow> rows);
 
   // For this run.
   void useFavorites(std::vector<std::string> titles);

@@ -12,8 +12,7 @@ NSString *const defaultStyleKey = @"DefaultStyle";
 
 // What a new user is offered, by the files' base names; the first is the default.
 constexpr const char *wellKnownStyles[] = {
-    "apa",  "chicago-author-date", "ieee", "modern-language-association", "nature",
-    "vancouver"};
+    "apa", "chicago-author-date", "ieee", "modern-language-association", "nature", "vancouver"};
 
 }  // namespace
 
@@ -31,7 +30,7 @@ KOBibStyle *StyleShelf::style(std::string_view name) {
   if (!found) return nil;
   auto style = Owned<KOBibStyle *>::taking([[KOBibStyle alloc] initWithStyle:*std::move(found)
                                                                    processor:processor_
-                                                                   reporter:reporter_.get()]);
+                                                                    reporter:reporter_.get()]);
   return styles_.emplace(name, std::move(style)).first->second.get();
 }
 
@@ -62,6 +61,23 @@ const std::string &StyleShelf::defaultStyle() {
     defaultStyle_ = known != nil ? utf8([known name]) : std::string();
   }
   return *defaultStyle_;
+}
+
+void StyleShelf::rehearse(library::Library &library, std::span<const library::ReferenceRow> rows) {
+  const auto style = catalog_.find(defaultStyle());
+  if (!style) return;
+  std::map<std::string, std::string, std::less<>> items;
+  std::vector<engine::CiteGroup> groups;
+  for (const library::ReferenceRow row : rows) {
+    auto json = library.cslJson(row);
+    if (!json || !*json) continue;
+    const auto [item, isNew] = items.emplace(std::to_string(row), **std::move(json));
+    groups.emplace_back(1).front().itemId = item->first;
+  }
+  const auto lookUp = [&](std::string_view id) -> std::optional<std::string> {
+    return items.find(id)->second;
+  };
+  (void)processor_->formatDocument(*style, lookUp, groups, true);
 }
 
 void StyleShelf::useFavorites(std::vector<std::string> titles) { favorites_ = std::move(titles); }

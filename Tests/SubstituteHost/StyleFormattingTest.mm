@@ -2,6 +2,7 @@
 #import "HostFixture.h"
 
 #import <HostContract/HostContract.h>
+#import <SubstituteHostApplication/KORehearsal.h>
 #import <SubstituteHostObjects/KOFormattedGroup.h>
 
 #include <gmock/gmock.h>
@@ -38,6 +39,20 @@ class StyleFormatting : public hosttest::HostTest {
   id<KorvoBibStyle> style_ = nil;
   NSArray *citations_ = nil;
 };
+
+TEST_F(StyleFormatting, ARehearsalTellsNothingAndChangesNoAnswer) {
+  const auto rehearsal = host::Owned<KORehearsal *>::taking(
+      [[KORehearsal alloc] initWithLibrary:library_.get() styles:shelf_]);
+  [rehearsal.get() start];
+  NSDate *limit = [NSDate dateWithTimeIntervalSinceNow:60];
+  while (![rehearsal.get() isOver] && [limit timeIntervalSinceNow] > 0) {
+    [[NSRunLoop currentRunLoop] runMode:NSDefaultRunLoopMode
+                             beforeDate:[NSDate dateWithTimeIntervalSinceNow:0.1]];
+  }
+  EXPECT_TRUE([rehearsal.get() isOver]);
+  EXPECT_THAT(interface_.get()->notices_, ElementsAre());
+  EXPECT_THAT(formatted(@"apa", {group({citation(@"SMI2001")})}), ElementsAre("(Smith, 2001)"));
+}
 
 }  // namespace
 
