@@ -10,8 +10,10 @@
 // `restore` does the rest. Nothing is remembered of a printing that looked further.
 import { makePlaces } from "./nameRegister.js";
 
-// Texts of all styles together, a few hundred bytes each.
-const capacity = 200000;
+// Texts of all styles together, about a kilobyte each with what they depend on.
+const textCapacity = 100000;
+// Items, whose JSON is kept.
+const contentCapacity = 50000;
 
 class StyleMemory {
   places = makePlaces();
@@ -64,7 +66,7 @@ export function memoryOf(style, locale) {
   let total = 0;
   for (const [other, memory] of [...styles].reverse()) {
     total += memory.size;
-    if (total > capacity) {
+    if (total > textCapacity) {
       styles.delete(other);
     }
   }
@@ -83,7 +85,7 @@ export function contentNumber(json) {
     // Numbers are never given twice: what was remembered under them is found no more.
     number = nextNumber;
     nextNumber += 1;
-    if (contents.size >= capacity) {
+    if (contents.size >= contentCapacity) {
       contents.clear();
     }
     contents.set(json, number);

@@ -60,12 +60,11 @@ class Places {
 
   #find(engine, person) {
     const { name } = engine.nameOutput.getName(person, "locale-translit", true);
-    const particle = name["non-dropping-particle"];
+    const particle = name["non-dropping-particle"] ? ` ${name["non-dropping-particle"]}` : "";
     const keepsParticle = engine.opt["demote-non-dropping-particle"] === "never";
     const given = withoutSmallWords(withoutPeriods(name.given));
     return {
-      family:
-        withoutPeriods(name.family) + (keepsParticle && particle && name.family ? ` ${particle}` : ""),
+      family: withoutPeriods(name.family) + (keepsParticle && name.family ? particle : ""),
       initials: CSL.Util.Names.initializeWith(engine, given, "%s"),
       given,
     };

@@ -143,7 +143,8 @@ class Recall {
 
   #recall(key, ids, { print, effects, restore }) {
     const engine = this.#engine;
-    return this.#memory.recall(this.#register, `${key};${describeScratch(scratchOf(engine))}`, ids, {
+    const fullKey = `${key};${describeScratch(scratchOf(engine))}`;
+    return this.#memory.recall(this.#register, fullKey, ids, {
       print,
       effects: () => {
         const own = effects();
@@ -246,15 +247,22 @@ class Recall {
       return print();
     }
     const before = ids.map((id) => this.#standing(id));
-    const cites = citation.sortedItems.map(([item, { id, sortkeys, ...cite }], index) =>
-      [this.#numbers.get(item.id), ids.indexOf(item.id), before[index], JSON.stringify(cite)].join(";"),
+    const cites = citation.sortedItems.map(([item, { id: ignored, sortkeys, ...cite }], index) =>
+      [
+        this.#numbers.get(item.id),
+        ids.indexOf(item.id),
+        before[index],
+        JSON.stringify(cite),
+      ].join(";"),
     );
     const key = ["c", citation.options, ...cites].join("\u0000");
     return this.#recall(key, ids, {
       print,
       effects: () => ({
         configs: ids.map((id, index) =>
-          this.#standing(id) === before[index] ? undefined : copyOf(registry.registry[id].disambig),
+          this.#standing(id) === before[index]
+            ? undefined
+            : copyOf(registry.registry[id].disambig),
         ),
       }),
       restore: ({ configs }) => {
