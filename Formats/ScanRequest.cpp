@@ -58,6 +58,12 @@ std::string encode(std::size_t size, Write write) {
 
 }  // namespace
 
+std::uint32_t documentIDOfScanRequest(std::string_view payload) {
+  PayloadReader reader(payload);
+  reader.skip(2);
+  return reader.readUInt32();
+}
+
 PreliminaryScanRequest decodePreliminaryScanRequest(std::string_view payload) {
   PayloadReader reader(payload);
   PreliminaryScanRequest request;

@@ -36,6 +36,11 @@ struct FinalScanRequest {
 // A live bibliography request is laid out like a final scan request.
 using LiveBibliographyRequest = FinalScanRequest;
 
+// The document that a request is about, which is needed to cancel one for whose citations there is
+// no memory.
+std::uint32_t documentIDOfScanRequest(std::string_view payload);
+
+// These throw std::bad_alloc.
 PreliminaryScanRequest decodePreliminaryScanRequest(std::string_view payload);
 // The citations are chosen (the first string, or the second where the first is empty or begins
 // with "verified"), but their "verified " markers are still there: the final scan removes

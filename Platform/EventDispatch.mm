@@ -66,7 +66,7 @@ std::optional<std::string> perform(HandlerCall &call) {
 
 }  // namespace
 
-std::expected<Parameters, OSStatus> dispatchAppleEvent(const IncomingEvent &event) {
+std::expected<Parameters, OSStatus> dispatchAppleEvent(const IncomingEvent &event) try {
   const AutoreleasePool pool;
   const EventHandler *installed = EventHandlerTable::shared().find(event.eventClass, event.eventID);
   if (installed == nullptr) {
@@ -82,6 +82,9 @@ std::expected<Parameters, OSStatus> dispatchAppleEvent(const IncomingEvent &even
   }
   const EventRecord *reply = eventRecord([call.reply aeDesc]);
   return reply == nullptr ? Parameters() : reply->parameters;
+} catch (...) {
+  // No memory to call the handler, or to say how it ended.
+  return std::unexpected(OSStatus{memFullErr});
 }
 
 std::vector<InstalledHandler> installedEventHandlers() {

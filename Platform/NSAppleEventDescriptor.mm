@@ -5,6 +5,19 @@
 
 using platform::EventRecord;
 
+namespace {
+
+// A lack of memory is told by the exception that Cocoa has for it: what is there must not pass for
+// absent.
+bool succeeded(OSErr status) {
+  if (status == memFullErr) {
+    [NSException raise:NSMallocException format:@"no memory for an Apple Event"];
+  }
+  return status == noErr;
+}
+
+}  // namespace
+
 @implementation NSAppleEventDescriptor
 
 + (NSAppleEventDescriptor *)nullDescriptor {
@@ -16,7 +29,7 @@ using platform::EventRecord;
                                                    bytes:(const void *)bytes
                                                   length:(NSUInteger)byteCount {
   AEDesc descriptor;
-  if (AECreateDesc(descriptorType, bytes, static_cast<Size>(byteCount), &descriptor) != noErr) {
+  if (!succeeded(AECreateDesc(descriptorType, bytes, static_cast<Size>(byteCount), &descriptor))) {
     return nil;
   }
   return [[[self alloc] initWithAEDescNoCopy:&descriptor] autorelease];
@@ -88,7 +101,7 @@ using platform::EventRecord;
 
 - (NSAppleEventDescriptor *)paramDescriptorForKeyword:(AEKeyword)keyword {
   AEDesc parameter;
-  if (AEGetParamDesc(&_descriptor, keyword, typeWildCard, &parameter) != noErr) {
+  if (!succeeded(AEGetParamDesc(&_descriptor, keyword, typeWildCard, &parameter))) {
     return nil;
   }
   return [[[NSAppleEventDescriptor alloc] initWithAEDescNoCopy:&parameter] autorelease];
@@ -99,7 +112,7 @@ using platform::EventRecord;
 }
 
 - (void)setParamDescriptor:(NSAppleEventDescriptor *)descriptor forKeyword:(AEKeyword)keyword {
-  AEPutParamDesc(&_descriptor, keyword, [descriptor aeDesc]);
+  succeeded(AEPutParamDesc(&_descriptor, keyword, [descriptor aeDesc]));
 }
 
 - (void)setDescriptor:(NSAppleEventDescriptor *)descriptor forKeyword:(AEKeyword)keyword {

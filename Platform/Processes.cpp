@@ -2,6 +2,7 @@
 #include <Platform/Carrier.h>
 
 #include <algorithm>
+#include <new>
 
 namespace {
 
@@ -47,7 +48,7 @@ bool operator==(const Process &left, const Process &right) {
 
 }  // namespace platform
 
-OSErr GetNextProcess(ProcessSerialNumber *serialNumber) {
+OSErr GetNextProcess(ProcessSerialNumber *serialNumber) try {
   platform::Carrier &carrier = platform::currentCarrier();
   auto next = processBehind(*serialNumber, carrier.processesRemembered());
   if (!next) {
@@ -58,9 +59,12 @@ OSErr GetNextProcess(ProcessSerialNumber *serialNumber) {
   }
   *serialNumber = *next;
   return noErr;
+} catch (const std::bad_alloc &) {
+  return memFullErr;
 }
 
-OSErr GetProcessInformation(const ProcessSerialNumber *serialNumber, ProcessInfoRec *information) {
+OSErr GetProcessInformation(const ProcessSerialNumber *serialNumber,
+                            ProcessInfoRec *information) try {
   if (information->processInfoLength != sizeof *information ||
       information->processAppRef != nullptr) {
     return paramErr;
@@ -79,8 +83,12 @@ OSErr GetProcessInformation(const ProcessSerialNumber *serialNumber, ProcessInfo
     writeName(process->signature, name);
   }
   return noErr;
+} catch (const std::bad_alloc &) {
+  return memFullErr;
 }
 
-OSErr SetFrontProcess(const ProcessSerialNumber *serialNumber) {
+OSErr SetFrontProcess(const ProcessSerialNumber *serialNumber) try {
   return static_cast<OSErr>(platform::currentCarrier().activate(*serialNumber));
+} catch (const std::bad_alloc &) {
+  return memFullErr;
 }

@@ -1,5 +1,5 @@
-// Elements of arrays that the host made. What it put there is not vouched for: an element that is
-// not what it should be counts as absent.
+// What the host returned, and what it put into arrays, is not vouched for: an object that is not
+// what it should be counts as absent.
 #pragma once
 
 #import <Foundation/Foundation.h>
@@ -12,3 +12,8 @@ NSString *stringAt(NSArray *array, NSUInteger index);
 
 // The elements that are strings, in order. Nil is an empty array.
 NSArray *stringsIn(NSArray *array);
+
+// The object, or nil when it is not of the class. For what goes on to Cocoa: GNUstep, given a
+// number for a dictionary of text attributes, raises while it holds a lock, and the next request
+// would wait for that lock for ever.
+id ofClass(Class wanted, id object);

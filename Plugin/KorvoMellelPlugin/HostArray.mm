@@ -6,8 +6,7 @@ id objectAt(NSArray *array, NSUInteger index) {
 }
 
 NSString *stringAt(NSArray *array, NSUInteger index) {
-  id element = [array objectAtIndex:index];
-  return [element isKindOfClass:[NSString class]] ? element : nil;
+  return ofClass([NSString class], [array objectAtIndex:index]);
 }
 
 NSArray *stringsIn(NSArray *array) {
@@ -20,3 +19,5 @@ NSArray *stringsIn(NSArray *array) {
   }
   return strings;
 }
+
+id ofClass(Class wanted, id object) { return [object isKindOfClass:wanted] ? object : nil; }

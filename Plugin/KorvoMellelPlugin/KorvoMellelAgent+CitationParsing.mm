@@ -56,10 +56,10 @@ void setOptions(id<KorvoCitation> citation, const formats::CitationText &text) {
 }
 
 void append(NSMutableAttributedString *summary, NSString *text, NSDictionary *attributes) {
-  NSAttributedString *piece = [[NSAttributedString alloc] initWithString:text
-                                                              attributes:attributes];
-  [summary appendAttributedString:piece];
-  [piece release];
+  [summary appendAttributedString:[[[NSAttributedString alloc]
+                                      initWithString:text
+                                          attributes:ofClass([NSDictionary class], attributes)]
+                                      autorelease]];
 }
 
 }  // namespace
@@ -129,7 +129,8 @@ void append(NSMutableAttributedString *summary, NSString *text, NSDictionary *at
   NSUInteger listed = 0;
   for (id reference = [references nextObject]; reference != nil;
        reference = [references nextObject]) {
-    NSAttributedString *description = [adapter summaryWithTitleForReference:reference];
+    NSAttributedString *description =
+        ofClass([NSAttributedString class], [adapter summaryWithTitleForReference:reference]);
     if (description != nil) {
       [summary appendAttributedString:description];
     }

@@ -3,6 +3,7 @@
 
 #import "KorvoMellelAgent+Private.h"
 
+#import "AtEndOfScope.h"
 #import "HostArray.h"
 #import "OutgoingBuffer.h"
 #import "ProgrammingError.h"
@@ -28,11 +29,12 @@ constexpr NSUInteger expectedTextLength = 100;
 
 - (void)handleFindStringEvent:(NSAppleEventDescriptor *)__attribute__((unused))event
                withReplyEvent:(NSAppleEventDescriptor *)__attribute__((unused))reply {
+  // Also where there is nothing to insert, or the host failed: it is all that Mellel then hears.
+  const AtEndOfScope activation([self] { [self activateMellel]; });
   NSString *text = [self assembleSelectedCitations];
   if (text != nil && [text length] > 0) {
     [self insertCitation:text];
   }
-  [self activateMellel];
 }
 
 // A reference without a tag leaves its place empty, so that the author sees where one is missing.
@@ -143,9 +145,9 @@ constexpr NSUInteger expectedTextLength = 100;
   id<KorvoWordProcessorIntegrationAdapter> adapter = [KorvoMellelAgent adapter];
   NSString *header = [self localizedText:@"Notice for Mellel Users"];
   NSString *text = [NSString stringWithFormat:@"%@\n", [self localizedText:message]];
+  NSDictionary *attributes = ofClass([NSDictionary class], [adapter bodyTextAttributes]);
   NSAttributedString *summary =
-      [[[NSAttributedString alloc] initWithString:text
-                                       attributes:[adapter bodyTextAttributes]] autorelease];
+      [[[NSAttributedString alloc] initWithString:text attributes:attributes] autorelease];
   [adapter postNoticeWithHeader:header attributedSummary:summary];
 }
 

@@ -6,6 +6,7 @@
 
 #import "KorvoMellelAgent+Private.h"
 
+#import "AtEndOfScope.h"
 #import "KOMellelScanController.h"
 #import "LoopPool.h"
 #import "OutgoingBuffer.h"
@@ -41,7 +42,9 @@ struct ScanReplyContent {
 class CancelUnlessAnswered {
  public:
   explicit CancelUnlessAnswered(KorvoMellelAgent *agent) : agent_(agent) {}
-  ~CancelUnlessAnswered() { [agent_ sendCancel]; }
+  ~CancelUnlessAnswered() {
+    const AtEndOfScope cancel([this] { [agent_ sendCancel]; });
+  }
   CancelUnlessAnswered(const CancelUnlessAnswered &) = delete;
   CancelUnlessAnswered &operator=(const CancelUnlessAnswered &) = delete;
 
@@ -55,6 +58,7 @@ class CancelUnlessAnswered {
 
 @interface KorvoMellelAgent (ScanSteps)
 - (id<KorvoBibStyle>)styleChosenInDialog;
+- (int32_t)actionChosenInWindow:(NSWindow *)window of:(KOMellelScanController *)controller;
 - (NSData *)bibliographyForCitations:(NSArray *)citations inStyle:(id<KorvoBibStyle>)style;
 - (ScanReplyContent)contentForCitations:(NSArray *)citations inStyle:(id<KorvoBibStyle>)style;
 @end
@@ -69,8 +73,8 @@ class CancelUnlessAnswered {
     NSLog(@"KorvoMellelAgent.handlePreliminaryScanEvent: illegal payload");
     return;
   }
+  documentID = formats::documentIDOfScanRequest(bytesOf(data));
   formats::PreliminaryScanRequest request = formats::decodePreliminaryScanRequest(bytesOf(data));
-  documentID = request.documentID;
   NSArray *citations = stringsInPayload(data, std::move(request.citations));
   if (request.announcedCount != [citations count]) {
     reportProgrammingError(
@@ -159,8 +163,8 @@ class CancelUnlessAnswered {
   if (data == nil) {
     return;
   }
+  documentID = formats::documentIDOfScanRequest(bytesOf(data));
   formats::FinalScanRequest request = formats::decodeFinalScanRequest(bytesOf(data));
-  documentID = request.documentID;
   if (request.wantsBibliography) {
     generateBibliography = YES;
   }
@@ -217,9 +221,9 @@ class CancelUnlessAnswered {
     NSLog(@"KorvoMellelAgent.handleCreateBibliographyEvent: Illegal payload");
     return;
   }
+  documentID = 0;
   formats::LiveBibliographyRequest request =
       formats::decodeLiveBibliographyRequest(bytesOf(data));
-  documentID = 0;
   if (request.wantsBibliography) {
     generateBibliography = YES;
   }
@@ -303,38 +307,45 @@ class CancelUnlessAnswered {
 
 @implementation KorvoMellelAgent (ScanSteps)
 
-// The host comes to the front for the dialog, and goes back to where it was. Events that arrive
-// meanwhile wait: the dialog's loop dispatches none of them.
+// The host comes to the front for the dialog, and goes back to where it was, also when the dialog
+// fails. Events that arrive meanwhile wait: the dialog's loop dispatches none of them.
 - (id<KorvoBibStyle>)styleChosenInDialog {
   id<KorvoWordProcessorIntegrationAdapter> adapter = [KorvoMellelAgent adapter];
+  KOMellelScanController *controller = nil;
+  int32_t action = KOMellelScanNoAction;
   const BOOL wasHidden = [NSApp isHidden];
   if (wasHidden) {
     [NSApp unhide:self];
   } else {
     [NSApp activateIgnoringOtherApps:YES];
   }
-  KOMellelScanController *controller =
-      [KOMellelScanController openMellelScanControllerWithAdapter:adapter];
-  int32_t action = KOMellelScanNoAction;
-  NSWindow *window = [controller window];
-  if (window != nil) {
-    [NSApp runModalForWindow:window];
-    action = [controller chosenAction];
-    [window close];
-  } else {
-    NSLog(@"KorvoMellelAgent.handleFinalScanEvent: The scan dialog could not be loaded");
-  }
-  [self makeSureNextWindowIsNotStuck];
-  if (wasHidden) {
-    [NSApp hide:self];
-  } else {
-    [NSApp deactivate];
+  {
+    const AtEndOfScope goingBack([=] {
+      [self makeSureNextWindowIsNotStuck];
+      if (wasHidden) {
+        [NSApp hide:self];
+      } else {
+        [NSApp deactivate];
+      }
+    });
+    controller = [KOMellelScanController openMellelScanControllerWithAdapter:adapter];
+    action = [self actionChosenInWindow:[controller window] of:controller];
   }
   if (action != KOMellelScanGenerateCopyAction) {
     return nil;
   }
   id<KorvoBibStyle> style = [controller selectedBibStyle];
   return style != nil ? style : [adapter defaultStyle];
+}
+
+- (int32_t)actionChosenInWindow:(NSWindow *)window of:(KOMellelScanController *)controller {
+  if (window == nil) {
+    NSLog(@"KorvoMellelAgent.handleFinalScanEvent: The scan dialog could not be loaded");
+    return KOMellelScanNoAction;
+  }
+  const AtEndOfScope closing([window] { [window close]; });
+  [NSApp runModalForWindow:window];
+  return [controller chosenAction];
 }
 
 - (NSData *)bibliographyForCitations:(NSArray *)citations inStyle:(id<KorvoBibStyle>)style {

@@ -47,8 +47,9 @@ static id<KorvoWordProcessorIntegrationAdapter> adapter = nil;
   return instance;
 }
 
+// Lives as long as the request that asks for it, even if the host replaces it meanwhile.
 + (id<KorvoWordProcessorIntegrationAdapter>)adapter {
-  return adapter;
+  return [[adapter retain] autorelease];
 }
 
 + (void)setAdapter:(id<KorvoWordProcessorIntegrationAdapter>)newAdapter {

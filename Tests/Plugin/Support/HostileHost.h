@@ -37,6 +37,8 @@ struct Misbehaviour {
   // where the misbehaviour cannot be had from such a call (an empty set from one that returns
   // BOOL).
   std::function<bool(NSInvocation *)> settle;
+  // Whether it takes milliseconds rather than microseconds.
+  bool isLarge = false;
 };
 
 // All there are: answers of nothing, of nothing in it, of other classes, of too much and of odd

@@ -276,6 +276,11 @@ NSString *withLoneSurrogates(NSString *text) {
       stringWithFormat:@"%C%@%C", static_cast<unichar>(0xDC00), text, static_cast<unichar>(0xD800)];
 }
 
+Misbehaviour large(Misbehaviour misbehaviour) {
+  misbehaviour.isLarge = true;
+  return misbehaviour;
+}
+
 Misbehaviour answering(const std::string &name, std::function<id(id)> replace) {
   return {name, false, [replace](NSInvocation *call) { return replaceAnswer(call, replace); }};
 }
@@ -312,10 +317,10 @@ std::vector<Misbehaviour> makeMisbehaviours() {
       answering("answers with an object of another class",
                 [](id) { return [NSNumber numberWithInt:7]; }),
       answering("answers with null objects inside", strangersInside),
-      answering("answers with ten thousand", tenThousand),
+      large(answering("answers with ten thousand", tenThousand)),
       answeringText("answers with longer text", longer),
       answeringText("answers with shorter text", shorter),
-      answeringText("answers with a mebibyte of text", oneMebibyte),
+      large(answeringText("answers with a mebibyte of text", oneMebibyte)),
       answeringText("answers with NULs in the text", withNULs),
       answeringText("answers with lone surrogates", withLoneSurrogates),
       throwing("raises an NSException", raiseException),

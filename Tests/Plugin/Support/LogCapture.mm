@@ -24,7 +24,7 @@ void capture(NSString *message) {
 }  // namespace
 
 LogCapture::LogCapture() {
-  captured.clear();
+  captured = std::vector<std::string>();
   original = _NSLog_printf_handler;
   _NSLog_printf_handler = capture;
 }

@@ -22,6 +22,7 @@ struct GoldenRequest {
 
 // All eight requests; several where one has shapes.
 const std::vector<GoldenRequest> &goldenRequests();
+const GoldenRequest &goldenRequestNamed(std::string_view name);
 
 // Everything that was seen of the agent during one request.
 struct Outcome {
@@ -45,16 +46,30 @@ class RequestTest : public AgentTest {
 
   // Hands the event to the agent, which finds itself without a document and without a wish for
   // bibliographies.
+  // What is between this test and the dispatch of the event, if anything is, has to make its call.
+  using Around = std::function<void(const std::function<void()> &dispatch)>;
   Outcome deliver(std::string_view eventID, std::optional<std::string_view> payload,
-                  DescType type = typeChar);
+                  DescType type = typeChar, const Around &around = {});
   Outcome deliver(const GoldenRequest &request) {
     return deliver(request.eventID, request.payload);
   }
+
+  // Forgets what was recorded.
+  void forget();
 
   // What is wrong with the outcome of a request with that payload to a host that behaves; empty
   // if nothing is.
   std::string fault(std::string_view eventID, std::optional<std::string_view> payload,
                     const Outcome &outcome) const;
+
+  // The same where the host does not behave: whether the outcome is one of those that are
+  // documented, an answer belongs to the request, and nobody is left waiting. An exception of the
+  // host's must have ended the request.
+  static std::string faultInForm(std::string_view eventID, std::optional<std::string_view> payload,
+                                 const Outcome &outcome, bool hostThrew);
+
+  // What the user takes in the dialog.
+  void useInDialog(id<KorvoBibStyle> style);
 
   RecordingStyle *chosenStyle_ = nil;
 

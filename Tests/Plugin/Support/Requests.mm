@@ -2,6 +2,7 @@
 
 #include <Formats/CitationResolution.h>
 #include <Formats/CitationText.h>
+#include <Formats/Insertion.h>
 #include <Formats/ScanReply.h>
 #include <Formats/ScanRequest.h>
 
@@ -355,11 +356,70 @@ std::string faultInLiveBibliography(std::optional<Bytes> payload, const Outcome 
              : fault;
 }
 
+bool isCancelOf(std::uint32_t documentID, const Outcome &outcome) {
+  return isCancel(outcome) && !outcome.reply && outcome.payloads.at(0) == cancelPayload(documentID);
+}
+
+std::string faultInFormOfInsertion(const Outcome &outcome, bool hostThrew) {
+  if (outcome.activations != 1 || outcome.reply) {
+    return "Mellel was not brought to the front once, or got a reply";
+  }
+  if (outcome.events.empty()) {
+    return {};
+  }
+  if (hostThrew || outcome.events != std::vector<std::string>{"cite"}) {
+    return "an insertion without a selection, or something else";
+  }
+  const auto insertion = formats::decodeInsertion(*outcome.payloads.at(0));
+  return insertion ? "" : insertion.error();
+}
+
+std::string faultInFormOfScan(Bytes payload, const Outcome &outcome, bool hostThrew) {
+  const Scan scan = readScan(Endless(payload));
+  if (isCancelOf(scan.documentID, outcome)) {
+    return {};
+  }
+  if (hostThrew || outcome.status != noErr || outcome.reply || outcome.activations != 1 ||
+      outcome.events != std::vector<std::string>{"SCNR"}) {
+    return "neither answered nor cancelled, or both";
+  }
+  const auto reply = formats::decodeScanReply(*outcome.payloads.at(0));
+  if (!reply) {
+    return reply.error();
+  }
+  return reply->documentID == scan.documentID && reply->groups.size() == scan.citations.size()
+             ? ""
+             : "another document's answer";
+}
+
+std::string faultInFormOfLiveBibliography(Bytes payload, const Outcome &outcome, bool hostThrew) {
+  const bool failed = outcome.status == errAEEventFailed && outcome.events.empty();
+  if (failed || (isCancelOf(0, outcome) && !hostThrew)) {
+    return outcome.reply ? "a reply of a request that failed" : "";
+  }
+  if (hostThrew || outcome.status != noErr || !outcome.reply || !outcome.events.empty() ||
+      outcome.activations != 1) {
+    return "neither answered nor failed, or both";
+  }
+  const auto reply = formats::decodeScanReply(*outcome.reply);
+  if (!reply) {
+    return reply.error();
+  }
+  return reply->documentID == 0 &&
+                 reply->groups.size() == readScan(Endless(payload)).citations.size()
+             ? ""
+             : "another document's answer";
+}
+
 }  // namespace
 
 const std::vector<GoldenRequest> &goldenRequests() {
   static const std::vector<GoldenRequest> all = makeGoldenRequests();
   return all;
+}
+
+const GoldenRequest &goldenRequestNamed(std::string_view name) {
+  return *std::ranges::find(goldenRequests(), name, &GoldenRequest::name);
 }
 
 std::ostream &operator<<(std::ostream &stream, const Outcome &outcome) {
@@ -393,26 +453,43 @@ RequestTest::RequestTest() {
   assertions_->raises = YES;
 }
 
-Outcome RequestTest::deliver(std::string_view eventID, std::optional<std::string_view> payload,
-                             DescType type) {
-  NSAutoreleasePool *pool = [[NSAutoreleasePool alloc] init];
-  setGeneratesBibliography(false);
-  setDocumentID(0);
-  calls().clear();
+void RequestTest::forget() {
+  calls() = std::vector<std::string>();
   carrier_.sent.clear();
   carrier_.activated.clear();
   host_->notices.clear();
+  assertions_->errors.clear();
   [host_->citations removeAllObjects];
-  OSType identifier = 0;
+  log_.reset();
+  log_ = std::make_unique<LogCapture>();
+}
+
+Outcome RequestTest::deliver(std::string_view eventID, std::optional<std::string_view> payload,
+                             DescType type, const Around &around) {
+  NSAutoreleasePool *pool = [[NSAutoreleasePool alloc] init];
+  setGeneratesBibliography(false);
+  setDocumentID(0);
+  forget();
+  platform::IncomingEvent event{code("mLeL"), 0, {}, eventID == "LVBQ"};
   for (const char character : eventID) {
-    identifier = identifier << 8 | static_cast<unsigned char>(character);
+    event.eventID = event.eventID << 8 | static_cast<unsigned char>(character);
   }
-  const bool wantsReply = eventID == "LVBQ";
-  const Answer answer = carrier_.deliver(code("mLeL"), identifier, payload, wantsReply, type);
+  if (payload) {
+    event.parameters.push_back(
+        {keyDirectObject, type,
+         *platform::SharedBytes::copyOf(std::as_bytes(std::span(*payload)))});
+  }
+  Answer answer;
+  const auto dispatch = [&] { answer = carrier_.deliver(event); };
+  if (around) {
+    around(dispatch);
+  } else {
+    dispatch();
+  }
   Outcome outcome{answer.status, answer.directObject(), eventsSent(), {}, carrier_.activated.size(),
                   calls()};
-  for (const platform::OutgoingEvent &event : carrier_.sent) {
-    outcome.payloads.push_back(platform::RecordingCarrier::directObject(event));
+  for (const platform::OutgoingEvent &sent : carrier_.sent) {
+    outcome.payloads.push_back(platform::RecordingCarrier::directObject(sent));
   }
   [pool drain];
   return outcome;
@@ -441,6 +518,41 @@ std::string RequestTest::fault(std::string_view eventID, std::optional<std::stri
   return outcome.status == noErr && isSilent(outcome) && outcome.calls.empty()
              ? ""
              : "a retired request does something";
+}
+
+std::string RequestTest::faultInForm(std::string_view eventID,
+                                     std::optional<std::string_view> payload,
+                                     const Outcome &outcome, bool hostThrew) {
+  if (outcome.status != (hostThrew ? errAEEventFailed : noErr) &&
+      (hostThrew || outcome.status != errAEEventFailed)) {
+    return "wrong status";
+  }
+  const Bytes bytes = payload.value_or("");
+  if (eventID == "FIND") {
+    return faultInFormOfInsertion(outcome, hostThrew);
+  }
+  if (eventID == "FNDN") {
+    return outcome.events.empty() && !outcome.reply && outcome.activations <= 1
+               ? ""
+               : "a lookup is not answered";
+  }
+  if (eventID == "PRSQ") {
+    return isCancelOf(Endless(bytes).number(2), outcome)
+               ? ""
+               : faultInPreliminaryScan(Endless(bytes), outcome);
+  }
+  if (eventID == "SCNQ") {
+    return faultInFormOfScan(bytes, outcome, hostThrew);
+  }
+  if (eventID == "LVBQ") {
+    return faultInFormOfLiveBibliography(bytes, outcome, hostThrew);
+  }
+  return "a request that asks the host for nothing";
+}
+
+void RequestTest::useInDialog(id<KorvoBibStyle> style) {
+  dialog_.reset();
+  dialog_.emplace(generateCopy, style);
 }
 
 }  // namespace plugin_test
