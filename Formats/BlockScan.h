@@ -4,7 +4,8 @@
 // So a whole block is tested without a branch, in a loop whose count the compiler knows
 // and therefore turns into vector instructions. The answers are a byte each, and the first that
 // is not zero is found by counting the zeros of a machine word: no unit is looked at by itself
-// but the last few of a text.
+// but the last few of a text. Where a block held nothing, the next ones probably hold nothing
+// either: there a longer block is asked for no more than whether it holds any.
 #pragma once
 
 #include <bit>
@@ -41,6 +42,19 @@ std::size_t firstInBlock(const Unit *block, IsWanted isWanted) {
   return scanBlockSize;
 }
 
+constexpr std::size_t longBlockSize = 32;  // units
+
+// Whether the predicate holds for any of a long block's units.
+template <typename Unit, typename IsWanted>
+bool isAnyInLongBlock(const Unit *block, IsWanted isWanted) {
+  // As wide as a unit, so that the compiler need not narrow the answers.
+  std::make_unsigned_t<Unit> any = 0;
+  for (std::size_t index = 0; index < longBlockSize; ++index) {
+    any |= static_cast<std::make_unsigned_t<Unit>>(isWanted(block[index]));
+  }
+  return any != 0;
+}
+
 // The index of the first unit at or after `from` for which the predicate holds, or the length
 // of the text.
 template <typename Unit, typename IsWanted>
@@ -51,6 +65,9 @@ std::size_t findFirst(std::basic_string_view<Unit> text, std::size_t from, IsWan
     if (index < scanBlockSize) {
       return from;
     }
+    while (text.size() - from >= longBlockSize && !isAnyInLongBlock(text.data() + from, isWanted)) {
+      from += longBlockSize;
+    }
   }
   while (from < text.size() && !isWanted(text[from])) {
     ++from;
@@ -59,16 +76,20 @@ std::size_t findFirst(std::basic_string_view<Unit> text, std::size_t from, IsWan
 }
 
 // Copies a block, widening or narrowing each unit.
-template <typename Unit, typename Target>
+template <std::size_t size, typename Unit, typename Target>
 void copyBlock(const Unit *block, Target *target) {
-  // Through arrays of their own, which the compiler knows not to overlap.
-  std::make_unsigned_t<Unit> units[scanBlockSize];
-  std::memcpy(units, block, sizeof units);
-  Target copied[scanBlockSize];
-  for (std::size_t index = 0; index < scanBlockSize; ++index) {
-    copied[index] = static_cast<Target>(units[index]);
+  if constexpr (sizeof(Unit) == sizeof(Target)) {
+    std::memcpy(target, block, size * sizeof(Unit));
+  } else {
+    // Through arrays of their own, which the compiler knows not to overlap.
+    std::make_unsigned_t<Unit> units[size];
+    std::memcpy(units, block, sizeof units);
+    Target copied[size];
+    for (std::size_t index = 0; index < size; ++index) {
+      copied[index] = static_cast<Target>(units[index]);
+    }
+    std::memcpy(target, copied, sizeof copied);
   }
-  std::memcpy(target, copied, sizeof copied);
 }
 
 // Copies the units at or after `from` up to the first for which the predicate holds, or to
@@ -79,11 +100,15 @@ std::size_t copyUpTo(std::basic_string_view<Unit> text, std::size_t from, Target
                      IsWanted isWanted) {
   const std::size_t start = from;
   while (text.size() - from >= scanBlockSize) {
-    copyBlock(text.data() + from, target + (from - start));
+    copyBlock<scanBlockSize>(text.data() + from, target + (from - start));
     const std::size_t index = firstInBlock(text.data() + from, isWanted);
     from += index;
     if (index < scanBlockSize) {
       return from;
+    }
+    while (text.size() - from >= longBlockSize && !isAnyInLongBlock(text.data() + from, isWanted)) {
+      copyBlock<longBlockSize>(text.data() + from, target + (from - start));
+      from += longBlockSize;
     }
   }
   while (from < text.size() && !isWanted(text[from])) {

@@ -1,9 +1,9 @@
 // Text that needs no escape, nearly all of it, is found and copied in bulk. Escapes are put
-// together from pieces of four code units that stand in tables. A first pass, cheap beside the
-// second, finds how long the result may become, so that memory is asked for once: fresh memory
-// costs more than all the rest. The groups are a
-// set of bits in nesting order, the outermost lowest: a change at one bit closes and reopens that
-// group and the groups above it, and leaves those below alone.
+// together from pieces of four code units that stand in tables. Memory is asked for once, as much
+// as the text needs if it goes on as it begins; if it does not, what is left is counted: fresh
+// memory costs more than all the rest, and counting the whole of a long text is a pass more.
+// The groups are a set of bits in nesting order, the outermost lowest: a change at one bit closes
+// and reopens that group and the groups above it, and leaves those below alone.
 
 #include "PidginRTFWriter.h"
 
@@ -43,22 +43,15 @@ char16_t *store(char16_t *output, const char16_t *fourUnits) {
   return output + 4;
 }
 
-// What stands before the last three digits of a number: sign and thousands, "-32".
-struct NumberOpening {
-  FourUnits units{};
-  std::size_t length = 0;
-};
-
 constexpr std::size_t thousandsOfUnits = 33;  // 0 to 32, of numbers up to 32768
 
-// The positive ones by their thousands, then the negative ones.
+// What stands before the last three digits of a number, sign and thousands: "-32". The positive
+// ones by their thousands, then the negative ones. The fourth unit is how many of the others count.
 constexpr auto numberOpenings = [] {
-  std::array<NumberOpening, 2 * thousandsOfUnits> openings{};
+  std::array<FourUnits, 2 * thousandsOfUnits> openings{};
   for (std::size_t index = 0; index < openings.size(); ++index) {
-    NumberOpening &opening = openings[index];
-    const auto add = [&](std::size_t unit) {
-      opening.units[opening.length++] = static_cast<char16_t>(unit);
-    };
+    FourUnits &opening = openings[index];
+    const auto add = [&](std::size_t unit) { opening[opening[3]++] = static_cast<char16_t>(unit); };
     const std::size_t thousands = index % thousandsOfUnits;
     if (index >= thousandsOfUnits) {
       add(u'-');
@@ -87,21 +80,22 @@ constexpr auto threeDigitsAndBlank = [] {
 }();
 
 // RTF's \u takes a signed 16-bit number. "\uc0" says that no substitute for readers without
-// Unicode follows. Free of branches: the pieces are stored whole, and the next one over what of the
-// last one was too long. Returns the end; up to longestEscape units are written.
-char16_t *storeNumericEscape(char16_t *output, char16_t unit) {
+// Unicode follows. Nearly free of branches: the pieces are stored whole, and the next one over what
+// of the last one was too long. Returns the end; up to longestEscape units are written.
+inline char16_t *storeNumericEscape(char16_t *output, char16_t unit) {
   const bool isNegative = unit >= 0x8000;
   const unsigned number = isNegative ? 0x10000u - unit : unit;
   const unsigned thousands = number / 1000;
   const unsigned rest = number - 1000 * thousands;
-  const NumberOpening &opening = numberOpenings[thousands + (isNegative ? thousandsOfUnits : 0)];
-  store(output, u"\\uc0");
-  store(output + 4, u"\\u  ");
-  store(output + 6, opening.units.data());
-  output += 6 + opening.length;
-  const std::size_t leadingZeros = (number < 100 ? 1u : 0) + (number < 10 ? 1u : 0);
-  store(output, &threeDigitsAndBlank[4 * rest + leadingZeros]);
-  return output + (4 - leadingZeros);
+  const FourUnits &opening = numberOpenings[thousands + (isNegative ? thousandsOfUnits : 0)];
+  std::memcpy(output, u"\\uc0\\u  ", 2 * sizeof(FourUnits));
+  store(output + 6, opening.data());
+  output += 6 + opening[3];
+  if (number >= 100) [[likely]] {
+    return store(output, &threeDigitsAndBlank[4 * rest]);
+  }
+  const std::size_t leadingZeros = number < 10 ? 2 : 1;
+  return store(output, &threeDigitsAndBlank[4 * rest + leadingZeros]) - leadingZeros;
 }
 
 // The blank belongs to the escape, and readers drop it; the apostrophe's escape has none, so
@@ -138,42 +132,68 @@ char16_t *storeEscape(char16_t *output, char16_t unit) {
                             : storeEscapeOfControlCharacter(output, unit);
 }
 
-// The output has room for the longest escape of each unit that needs one.
+struct Stored {
+  char16_t *end;
+  std::size_t units;  // of the text
+};
+
+// Writes the text, or as much of it as there is surely room for; the room holds at least as many
+// units as the text.
 template <typename NeedsEscape>
-char16_t *storeEscaped(char16_t *output, std::u16string_view text, NeedsEscape needsEscape) {
+Stored storeEscaped(char16_t *output, std::size_t room, std::u16string_view text,
+                    NeedsEscape needsEscape) {
+  // Up to here the text may reach without its rest coming too near to the end of the room.
+  const char16_t *const lastStart = output + room - longestEscape;
   std::size_t position = 0;
   while (position < text.size()) {
     // Units that need an escape often stand side by side (a text in Chinese).
     const char16_t unit = text[position];
-    if (isAboveASCII(unit)) {
-      output = storeNumericEscape(output, unit);
-      ++position;
-    } else if (needsEscape(unit)) {
-      output = storeEscapeOfControlCharacter(output, unit);
-      ++position;
-    } else {
+    if (!needsEscape(unit)) {
       const std::size_t end = copyUpTo(text, position, output, needsEscape);
       output += end - position;
       position = end;
+    } else if (lastStart - output < static_cast<std::ptrdiff_t>(text.size() - position)) {
+      break;
+    } else if (isAboveASCII(unit)) {
+      output = storeNumericEscape(output, unit);
+      ++position;
+    } else {
+      output = storeEscapeOfControlCharacter(output, unit);
+      ++position;
     }
   }
-  return output;
+  return {output, position};
 }
 
-// An upper bound of the escaped text's length.
+// Room for the text, if it goes on as it begins: surely enough for a short one.
 template <typename NeedsEscape>
-std::size_t longestEscaped(std::u16string_view text, NeedsEscape needsEscape) {
-  const std::size_t escapes = count(text, needsEscape);
-  return text.size() + (longestEscape - 1) * escapes;
+std::size_t expectedRoom(std::u16string_view text, NeedsEscape needsEscape) {
+  constexpr std::size_t sampleSize = 4096;
+  const std::u16string_view sample = text.substr(0, sampleSize);
+  const std::size_t escapes = count(sample, needsEscape);
+  const std::size_t samples = text.size() / sampleSize + 1;
+  return text.size() + longestEscape * (escapes * samples + 1);
+}
+
+template <typename NeedsEscape>
+std::size_t sufficientRoom(std::u16string_view text, NeedsEscape needsEscape) {
+  return text.size() + longestEscape * (count(text, needsEscape) + 1);
 }
 
 template <typename NeedsEscape>
 void appendEscaped(std::u16string &output, std::u16string_view text, NeedsEscape needsEscape) {
-  const std::size_t before = output.size();
-  output.resize_and_overwrite(before + longestEscaped(text, needsEscape),
-                              [&](char16_t *start, std::size_t) {
-                                return storeEscaped(start + before, text, needsEscape) - start;
-                              });
+  const auto append = [&](std::size_t room) {
+    const std::size_t before = output.size();
+    output.resize_and_overwrite(before + room, [&](char16_t *start, std::size_t) {
+      const Stored stored = storeEscaped(start + before, room, text, needsEscape);
+      text.remove_prefix(stored.units);
+      return stored.end - start;
+    });
+  };
+  append(expectedRoom(text, needsEscape));
+  if (!text.empty()) {
+    append(sufficientRoom(text, needsEscape));
+  }
 }
 
 }  // namespace

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr std::size_t longest = 3 * formats::scanBlockSize + 3;
+constexpr std::size_t longest = 2 * formats::scanBlockSize + formats::longBlockSize + 3;
 
 // A text of so many units at the very end of accessible memory.
 template <typename Unit>

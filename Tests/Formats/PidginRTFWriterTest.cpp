@@ -199,6 +199,24 @@ TEST(PidginRTFWriter, NothingButTheLongestEscapesIsWrittenAtEveryLength) {
   }
 }
 
+// How much memory a long text gets depends on how it begins.
+TEST(PidginRTFWriter, ALongTextThatGoesOnUnlikeItsBeginningIsWrittenWhole) {
+  const auto expectWhole = [](const std::u16string &text) {
+    ASSERT_EQ(escaped(text), reference::pidginRTF(text, true));
+    ASSERT_EQ(raw(text), reference::pidginRTF(text, false));
+  };
+  for (const std::size_t beginning : {4080, 4095, 4096, 4097, 5000, 9000}) {
+    for (const std::size_t rest : {1, 2, 12, 13, 14, 40, 400, 9000}) {
+      const std::u16string letters(beginning, u'a');
+      const std::u16string escapes(rest, u'\x8000');
+      expectWhole(letters + escapes);
+      expectWhole(letters + escapes + letters);
+      expectWhole(std::u16string(beginning, u'\u2019') + std::u16string(rest, u'a'));
+      expectWhole(letters + std::u16string(rest, u'}') + letters + escapes);
+    }
+  }
+}
+
 PidginAttributes attributesOf(unsigned pattern) {
   return {.bold = (pattern & 1) != 0,
           .italic = (pattern & 2) != 0,
