@@ -47,6 +47,12 @@ constexpr NSTimeInterval timeBetween = 0.05;
 
 // What goes wrong here is told when somebody asks for it.
 - (void)takeTurn {
+  // An author who scans a document will soon ask something else of it.
+  const NSTimeInterval wait = timeBefore - [library_ timeSinceLastTurn];
+  if (wait > 0) {
+    [self performSelector:@selector(takeTurn) withObject:nil afterDelay:wait];
+    return;
+  }
   if (next_ == 0) {
     if (auto listed = [library_ library].list({}, {})) rows_ = std::move(*listed);
     rows_.resize(std::min(rows_.size(), rehearsedReferences));

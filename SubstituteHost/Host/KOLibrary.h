@@ -3,6 +3,7 @@
 
 #import <HostContract/HostContract.h>
 
+#include <chrono>
 #include <optional>
 
 #include <SubstituteHostLibrary/Library.h>
@@ -12,6 +13,7 @@
 @interface KOLibrary : NSObject <KorvoLibrary> {
   std::optional<library::Library> library_;  // filled by init
   BOOL endsTurn_;
+  std::chrono::steady_clock::time_point lastTurn_;
 }
 - (id)initWithLibrary:(library::Library)opened;
 
@@ -20,6 +22,8 @@
 // -endTurn, they are answered from one state of the file.
 - (library::Library &)libraryOfThisTurn;
 - (void)endTurn;
+// In seconds, since the last event that asked was handled; 0 while one is.
+- (NSTimeInterval)timeSinceLastTurn;
 // The file's name for people, without its folder.
 - (NSString *)name;
 - (KOReference *)referenceAtRow:(library::ReferenceRow)row;

@@ -35,7 +35,14 @@
 
 - (void)turnIsOver {
   endsTurn_ = NO;
+  lastTurn_ = std::chrono::steady_clock::now();
   [self endTurn];
+}
+
+- (NSTimeInterval)timeSinceLastTurn {
+  if (endsTurn_) return 0;
+  return std::chrono::duration<NSTimeInterval>(std::chrono::steady_clock::now() - lastTurn_)
+      .count();
 }
 
 - (NSString *)name {
