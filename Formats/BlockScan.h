@@ -4,10 +4,10 @@
 // So a whole block is tested without a branch, in a loop whose count the compiler knows
 // and therefore turns into vector instructions. The answers are a byte each, and the first that
 // is not zero is found by counting the zeros of a machine word: no unit is looked at by itself
-// but the last few of a text. Where a block held nothing, the next ones probably hold nothing
-// either: there a longer block is asked for no more than whether it holds any.
+// but the last few of a text.
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -42,6 +42,58 @@ std::size_t firstInBlock(const Unit *block, IsWanted isWanted) {
   return scanBlockSize;
 }
 
+// The index of the first unit at or after `from` for which the predicate holds, or the length
+// of the text.
+template <typename Unit, typename IsWanted>
+std::size_t findFirst(std::basic_string_view<Unit> text, std::size_t from, IsWanted isWanted) {
+  while (text.size() - from >= scanBlockSize) {
+    const std::size_t index = firstInBlock(text.data() + from, isWanted);
+    from += index;
+    if (index < scanBlockSize) {
+      return from;
+    }
+  }
+  while (from < text.size() && !isWanted(text[from])) {
+    ++from;
+  }
+  return from;
+}
+
+// Copies a block, widening or narrowing each unit.
+template <std::size_t size = scanBlockSize, typename Unit, typename Target>
+void copyBlock(const Unit *block, Target *target) {
+  // Through arrays of their own, which the compiler knows not to overlap.
+  std::make_unsigned_t<Unit> units[size];
+  std::memcpy(units, block, sizeof units);
+  Target copied[size];
+  for (std::size_t index = 0; index < size; ++index) {
+    copied[index] = static_cast<Target>(units[index]);
+  }
+  std::memcpy(target, copied, sizeof copied);
+}
+
+// Copies the units at or after `from` up to the first for which the predicate holds, or to
+// the end, widening or narrowing each; returns the index of that unit. What lies in the target
+// behind the copied units, as far as the rest of the text would reach, may be overwritten.
+template <typename Unit, typename Target, typename IsWanted>
+std::size_t copyUpTo(std::basic_string_view<Unit> text, std::size_t from, Target *target,
+                     IsWanted isWanted) {
+  const std::size_t start = from;
+  while (text.size() - from >= scanBlockSize) {
+    copyBlock(text.data() + from, target + (from - start));
+    const std::size_t index = firstInBlock(text.data() + from, isWanted);
+    from += index;
+    if (index < scanBlockSize) {
+      return from;
+    }
+  }
+  while (from < text.size() && !isWanted(text[from])) {
+    target[from - start] = static_cast<Target>(text[from]);
+    ++from;
+  }
+  return from;
+}
+
 constexpr std::size_t longBlockSize = 32;  // units
 
 // Whether the predicate holds for any of a long block's units.
@@ -55,67 +107,22 @@ bool isAnyInLongBlock(const Unit *block, IsWanted isWanted) {
   return any != 0;
 }
 
-// The index of the first unit at or after `from` for which the predicate holds, or the length
-// of the text.
-template <typename Unit, typename IsWanted>
-std::size_t findFirst(std::basic_string_view<Unit> text, std::size_t from, IsWanted isWanted) {
-  while (text.size() - from >= scanBlockSize) {
-    const std::size_t index = firstInBlock(text.data() + from, isWanted);
-    from += index;
-    if (index < scanBlockSize) {
-      return from;
-    }
-    while (text.size() - from >= longBlockSize && !isAnyInLongBlock(text.data() + from, isWanted)) {
-      from += longBlockSize;
-    }
-  }
-  while (from < text.size() && !isWanted(text[from])) {
-    ++from;
-  }
-  return from;
-}
-
-// Copies a block, widening or narrowing each unit.
-template <std::size_t size, typename Unit, typename Target>
-void copyBlock(const Unit *block, Target *target) {
-  if constexpr (sizeof(Unit) == sizeof(Target)) {
-    std::memcpy(target, block, size * sizeof(Unit));
-  } else {
-    // Through arrays of their own, which the compiler knows not to overlap.
-    std::make_unsigned_t<Unit> units[size];
-    std::memcpy(units, block, sizeof units);
-    Target copied[size];
-    for (std::size_t index = 0; index < size; ++index) {
-      copied[index] = static_cast<Target>(units[index]);
-    }
-    std::memcpy(target, copied, sizeof copied);
-  }
-}
-
-// Copies the units at or after `from` up to the first for which the predicate holds, or to
-// the end, widening or narrowing each; returns the index of that unit. What lies in the target
-// behind the copied units, as far as the rest of the text would reach, may be overwritten.
+// The same as copyUpTo, faster where many pieces are long: behind some blocks that held nothing,
+// long ones are asked for no more than whether they hold anything.
 template <typename Unit, typename Target, typename IsWanted>
-std::size_t copyUpTo(std::basic_string_view<Unit> text, std::size_t from, Target *target,
-                     IsWanted isWanted) {
-  const std::size_t start = from;
-  while (text.size() - from >= scanBlockSize) {
-    copyBlock<scanBlockSize>(text.data() + from, target + (from - start));
-    const std::size_t index = firstInBlock(text.data() + from, isWanted);
-    from += index;
-    if (index < scanBlockSize) {
-      return from;
-    }
-    while (text.size() - from >= longBlockSize && !isAnyInLongBlock(text.data() + from, isWanted)) {
-      copyBlock<longBlockSize>(text.data() + from, target + (from - start));
-      from += longBlockSize;
-    }
+std::size_t copyLongPiece(std::basic_string_view<Unit> text, std::size_t from, Target *target,
+                          IsWanted isWanted) {
+  constexpr std::size_t usualLength = 3 * scanBlockSize;
+  const std::size_t usualEnd = from + std::min(usualLength, text.size() - from);
+  std::size_t end = copyUpTo(text.substr(0, usualEnd), from, target, isWanted);
+  if (end < usualEnd) {
+    return end;
   }
-  while (from < text.size() && !isWanted(text[from])) {
-    target[from - start] = static_cast<Target>(text[from]);
-    ++from;
+  while (text.size() - end >= longBlockSize && !isAnyInLongBlock(text.data() + end, isWanted)) {
+    copyBlock<longBlockSize>(text.data() + end, target + (end - from));
+    end += longBlockSize;
   }
-  return from;
+  return copyUpTo(text, end, target + (end - from), isWanted);
 }
 
 // How many units of the text there are for which the predicate holds.

@@ -149,7 +149,7 @@ Stored storeEscaped(char16_t *output, std::size_t room, std::u16string_view text
     // Units that need an escape often stand side by side (a text in Chinese).
     const char16_t unit = text[position];
     if (!needsEscape(unit)) {
-      const std::size_t end = copyUpTo(text, position, output, needsEscape);
+      const std::size_t end = copyLongPiece(text, position, output, needsEscape);
       output += end - position;
       position = end;
     } else if (lastStart - output < static_cast<std::ptrdiff_t>(text.size() - position)) {

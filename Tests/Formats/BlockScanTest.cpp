@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr std::size_t longest = 2 * formats::scanBlockSize + formats::longBlockSize + 3;
+constexpr std::size_t longest = 3 * formats::scanBlockSize + 2 * formats::longBlockSize + 3;
 
 // A text of so many units at the very end of accessible memory.
 template <typename Unit>
@@ -67,6 +67,9 @@ TYPED_TEST(BlockScan, CopiesUpToTheFirstWantedUnitAndNeverPastTheTextsEnd) {
         const auto target = heldAtEnd<char16_t>(targetMemory, length - from);
         auto *const units = const_cast<char16_t *>(target.data());
         ASSERT_EQ(formats::copyUpTo(text, from, units, isWanted), expected);
+        ASSERT_EQ(std::u16string(units, expected - from), std::u16string(expected - from, u'a'));
+        std::fill_n(units, length - from, u'z');
+        ASSERT_EQ(formats::copyLongPiece(text, from, units, isWanted), expected);
         ASSERT_EQ(std::u16string(units, expected - from), std::u16string(expected - from, u'a'));
       }
     }
