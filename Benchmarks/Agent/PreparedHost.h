@@ -1,10 +1,8 @@
 // A host whose operations cost next to nothing: every answer was made in advance, and the same few
 // objects are given out again and again. What is left of a request's time is the plug-in's.
-//
 #pragma once
 
-#import <Cocoa/Cocoa.h>
-#import <HostContract/HostContract.h>
+#import <HostContract/Testing/PassiveHost.h>
 
 #include <array>
 #include <cstddef>
@@ -35,7 +33,7 @@ using StepTimes = std::array<std::int64_t, stepCount>;
 
 @class PreparedStyle;
 
-@interface PreparedHost : NSObject <KorvoWordProcessorIntegrationAdapter> {
+@interface PreparedHost : PassiveHost {
   std::size_t citationCount;
   std::size_t firstCitation;
   std::size_t groupsSplit;

@@ -21,11 +21,6 @@ bool isUnknown(std::size_t place) { return place % citationsForOneUnknown == 100
 
 }  // namespace
 
-@interface PreparedLibrary : NSObject <KorvoLibrary>
-@end
-@implementation PreparedLibrary
-@end
-
 @interface PreparedReference : NSObject <KorvoReference>
 @end
 @implementation PreparedReference
@@ -34,78 +29,11 @@ bool isUnknown(std::size_t place) { return place % citationsForOneUnknown == 100
 }
 @end
 
-@interface PreparedCitation : NSObject <KorvoCitation> {
-  id<KorvoReference> citedReference;
-}
-@end
-@implementation PreparedCitation
-- (id<KorvoReference>)reference {
-  return citedReference;
-}
-- (void)setReference:(id<KorvoReference>)reference {
-  citedReference = reference;
-}
-- (void)setSearchString:(NSString *)__attribute__((unused))text {
-}
-- (void)setPageRange:(NSString *)__attribute__((unused))text {
-}
-- (void)setInTextPrependString:(NSString *)__attribute__((unused))text {
-}
-- (void)setInTextAppendString:(NSString *)__attribute__((unused))text {
-}
-- (void)setIncludeInBibliography:(BOOL)__attribute__((unused))flag {
-}
-- (void)setIncludeInBody:(BOOL)__attribute__((unused))flag {
-}
-- (void)setStripEnclosure:(BOOL)__attribute__((unused))flag {
-}
-- (void)setSuppressSuperscript:(BOOL)__attribute__((unused))flag {
-}
-- (void)setUseYearOnly:(BOOL)__attribute__((unused))flag {
-}
-@end
-
-@interface PreparedGroup : NSObject <KorvoCitationGroup> {
- @public
-  NSArray *members;
-}
+// The one group is given out for every citation.
+@interface PreparedGroup : PassiveGroup
 @end
 @implementation PreparedGroup
 - (void)addCitation:(id<KorvoCitation>)__attribute__((unused))citation {
-}
-- (NSArray *)citations {
-  return members;
-}
-@end
-
-// A formatted text with its RTF at hand.
-@interface PreparedText : NSAttributedString {
- @public
-  NSString *rtf;
-  NSData *document;
-}
-@end
-@implementation PreparedText
-// The abstract class wants a text at once.
-- (id)init {
-  return self;
-}
-- (NSString *)string {
-  return rtf;
-}
-- (NSUInteger)length {
-  return [rtf length];
-}
-- (NSDictionary *)attributesAtIndex:(NSUInteger)__attribute__((unused))index
-                     effectiveRange:(NSRange *)range {
-  if (range != nullptr) {
-    *range = NSMakeRange(0, [rtf length]);
-  }
-  return nil;
-}
-- (NSData *)RTFFromRange:(NSRange)__attribute__((unused))range
-      documentAttributes:(NSDictionary *)__attribute__((unused))attributes {
-  return document;
 }
 @end
 
@@ -117,7 +45,7 @@ bool isUnknown(std::size_t place) { return place % citationsForOneUnknown == 100
  @public
   PreparedHost *host;
   NSArray *texts;
-  PreparedText *bibliographyText;
+  TextWithRTF *bibliographyText;
   std::size_t groupsFormatted;
 }
 @end
@@ -162,10 +90,10 @@ bool isUnknown(std::size_t place) { return place % citationsForOneUnknown == 100
 
 - (id)init {
   self = [super init];
-  library = [[PreparedLibrary alloc] init];
-  citation = [[PreparedCitation alloc] init];
+  library = [[PassiveLibrary alloc] init];
+  citation = [[PassiveCitation alloc] init];
   PreparedGroup *preparedGroup = [[PreparedGroup alloc] init];
-  preparedGroup->members = [[NSArray alloc] initWithObjects:&citation count:1];
+  [preparedGroup->members addObject:citation];
   group = preparedGroup;
   PreparedReference *reference = [[[PreparedReference alloc] init] autorelease];
   found = [[NSSet alloc] initWithObjects:&reference count:1];
@@ -178,11 +106,10 @@ bool isUnknown(std::size_t place) { return place % citationsForOneUnknown == 100
   for (std::size_t place = 0; place < differentCitations; ++place) {
     NSString *written = [NSString stringWithUTF8String:benchmarks::citationAt(place).c_str()];
     [split addObject:[NSArray arrayWithObject:written]];
-    PreparedText *text = [[[PreparedText alloc] init] autorelease];
-    text->rtf = [[NSString alloc] initWithFormat:@"(Smith et al., {\\i %d}%s)",
-                                                 static_cast<int>(1950 + place % 75),
-                                                 place % 10 == 9 ? ", p. 4\\u8211 7" : ""];
-    [texts addObject:text];
+    NSString *rtf = [NSString stringWithFormat:@"(Smith et al., {\\i %d}%s)",
+                                               static_cast<int>(1950 + place % 75),
+                                               place % 10 == 9 ? ", p. 4\\u8211 7" : ""];
+    [texts addObject:[[[TextWithRTF alloc] initWithText:rtf rtf:nil] autorelease]];
   }
   splitGroups = split;
   style->texts = texts;
@@ -208,10 +135,8 @@ bool isUnknown(std::size_t place) { return place % citationsForOneUnknown == 100
   }
   allCitations = citations;
   [style->bibliographyText release];
-  style->bibliographyText = [[PreparedText alloc] init];
-  style->bibliographyText->rtf = @"bibliography";
-  style->bibliographyText->document =
-      [[NSMutableData alloc] initWithLength:count / citationsForOneEntry * bytesOfAnEntry];
+  NSData *rtf = [NSMutableData dataWithLength:count / citationsForOneEntry * bytesOfAnEntry];
+  style->bibliographyText = [[TextWithRTF alloc] initWithText:@"bibliography" rtf:rtf];
 }
 
 - (BOOL)wasAskedForWholeDocument {
@@ -230,19 +155,6 @@ bool isUnknown(std::size_t place) { return place % citationsForOneUnknown == 100
   [self enter:Step::send];
   isTiming = NO;
   return stepTimes;
-}
-
-- (NSArray *)selectedReferences {
-  return nil;
-}
-- (NSString *)inTextCitationTagForReference:(id<KorvoReference>)__attribute__((unused))reference {
-  return nil;
-}
-- (void)displayEditorForReference:(id<KorvoReference>)__attribute__((unused))reference {
-}
-- (NSAttributedString *)summaryWithTitleForReference:(id<KorvoReference>)__attribute__((unused))
-                                                     reference {
-  return nil;
 }
 
 - (id<KorvoLibrary>)currentLibrary {
@@ -276,7 +188,7 @@ bool isUnknown(std::size_t place) { return place % citationsForOneUnknown == 100
   } else if (conversions == 2 * citationCount) {
     [self enter:Step::send];
   }
-  return static_cast<PreparedText *>(text)->rtf;
+  return static_cast<TextWithRTF *>(text)->text;
 }
 
 - (NSDictionary *)bodyTextAttributes {
@@ -288,16 +200,10 @@ bool isUnknown(std::size_t place) { return place % citationsForOneUnknown == 100
 - (NSDictionary *)notesTextAttributes {
   return textAttributes;
 }
-- (void)postNoticeWithHeader:(NSString *)__attribute__((unused))header
-           attributedSummary:(NSAttributedString *)__attribute__((unused))summary {
-}
 - (id<KorvoBibStyle>)bibStyleNamed:(NSString *)__attribute__((unused))name {
   return style;
 }
 - (id<KorvoBibStyle>)defaultStyle {
   return style;
-}
-- (NSArray *)favoriteBibStyleNames {
-  return nil;
 }
 @end

@@ -2,8 +2,7 @@
 // an exception of either language, or with an answer that no host should give.
 #pragma once
 
-#import <Cocoa/Cocoa.h>
-#import <HostContract/HostContract.h>
+#import <HostContract/Testing/PassiveHost.h>
 
 #include <string_view>
 
@@ -28,7 +27,7 @@ inline constexpr std::string_view goodBibliography = "{\\rtf1 works}";
 
 }  // namespace fuzzing
 
-@interface FuzzedHost : NSObject <KorvoWordProcessorIntegrationAdapter>
+@interface FuzzedHost : PassiveHost
 // The one style that it has.
 - (id<KorvoBibStyle>)style;
 @end

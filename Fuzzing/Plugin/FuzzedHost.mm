@@ -64,11 +64,6 @@ NSString *someText(NSString *otherwise) {
 
 }  // namespace
 
-@interface FuzzedLibrary : NSObject <KorvoLibrary>
-@end
-@implementation FuzzedLibrary
-@end
-
 @interface FuzzedReference : NSObject <KorvoReference>
 @end
 @implementation FuzzedReference
@@ -77,9 +72,8 @@ NSString *someText(NSString *otherwise) {
 }
 @end
 
-@interface FuzzedCitation : NSObject <KorvoCitation> {
+@interface FuzzedCitation : PassiveCitation {
  @public
-  id<KorvoReference> citedReference;
   NSString *search;
 }
 @end
@@ -107,70 +101,28 @@ NSString *someText(NSString *otherwise) {
 - (void)setPageRange:(NSString *)__attribute__((unused))text {
   nextAnswer();
 }
-- (void)setInTextPrependString:(NSString *)__attribute__((unused))text {
-}
-- (void)setInTextAppendString:(NSString *)__attribute__((unused))text {
-}
-- (void)setIncludeInBibliography:(BOOL)__attribute__((unused))flag {
-}
-- (void)setIncludeInBody:(BOOL)__attribute__((unused))flag {
-}
-- (void)setStripEnclosure:(BOOL)__attribute__((unused))flag {
-}
-- (void)setSuppressSuperscript:(BOOL)__attribute__((unused))flag {
-}
-- (void)setUseYearOnly:(BOOL)__attribute__((unused))flag {
-}
 @end
 
-@interface FuzzedGroup : NSObject <KorvoCitationGroup> {
- @public
-  NSMutableArray *members;
-}
+@interface FuzzedGroup : PassiveGroup
 @end
 @implementation FuzzedGroup
-- (id)init {
-  self = [super init];
-  members = [[NSMutableArray alloc] init];
-  return self;
-}
-- (void)dealloc {
-  [members release];
-  [super dealloc];
-}
 - (void)addCitation:(id<KorvoCitation>)citation {
   nextAnswer();
-  [members addObject:citation];
+  [super addCitation:citation];
 }
 - (NSArray *)citations {
   return nextAnswer() == Answer::nothing ? nil : members;
 }
 @end
 
-// Converted without a text system, and so without a display.
-@interface FuzzedBibliography : NSAttributedString
+@interface FuzzedBibliography : TextWithRTF
 @end
 @implementation FuzzedBibliography
-- (id)initWithString:(NSString *)__attribute__((unused))string
-          attributes:(NSDictionary *)__attribute__((unused))attributes {
-  return self;
-}
-- (NSString *)string {
-  return @"works";
-}
-- (NSDictionary *)attributesAtIndex:(NSUInteger)__attribute__((unused))index
-                     effectiveRange:(NSRange *)range {
-  if (range != nullptr) {
-    *range = NSMakeRange(0, 5);
-  }
-  return [NSDictionary dictionary];
-}
 - (NSData *)RTFFromRange:(NSRange)__attribute__((unused))range
       documentAttributes:(NSDictionary *)__attribute__((unused))attributes {
   switch (nextAnswer()) {
     case Answer::good:
-      return [NSData dataWithBytes:fuzzing::goodBibliography.data()
-                            length:fuzzing::goodBibliography.size()];
+      return rtf;
     case Answer::nothing:
       return nil;
     case Answer::odd:
@@ -204,9 +156,12 @@ NSString *someText(NSString *otherwise) {
     attributedBibliographyStringForCitationArray:(NSArray *)__attribute__((unused))citations
                                       attributes:(NSMutableDictionary *)__attribute__((unused))
                                                  attributes {
-  return nextAnswer() == Answer::good
-             ? [[[FuzzedBibliography alloc] initWithString:@"works"] autorelease]
-             : nil;
+  if (nextAnswer() != Answer::good) {
+    return nil;
+  }
+  NSData *rtf = [NSData dataWithBytes:fuzzing::goodBibliography.data()
+                               length:fuzzing::goodBibliography.size()];
+  return [[[FuzzedBibliography alloc] initWithText:@"works" rtf:rtf] autorelease];
 }
 // "(Smith; Jones)": what was searched for.
 - (NSAttributedString *)attributedGroupStringForCitationArray:(NSArray *)citations {
@@ -257,7 +212,7 @@ NSString *someText(NSString *otherwise) {
 }
 
 - (id<KorvoLibrary>)currentLibrary {
-  return nextAnswer() == Answer::good ? [[[FuzzedLibrary alloc] init] autorelease] : nil;
+  return nextAnswer() == Answer::good ? [[[PassiveLibrary alloc] init] autorelease] : nil;
 }
 
 - (NSSet *)referencesMatchingTag:(NSString *)__attribute__((unused))tag

@@ -2,14 +2,12 @@
 // looked for, so that each answer shows which request it belongs to.
 #pragma once
 
-#import <Cocoa/Cocoa.h>
-#import <HostContract/HostContract.h>
+#import <HostContract/Testing/PassiveHost.h>
 
-@interface EchoingHost : NSObject <KorvoWordProcessorIntegrationAdapter> {
+@interface EchoingHost : PassiveHost {
   id<KorvoLibrary> library;
   id<KorvoReference> reference;
   id<KorvoBibStyle> style;
   NSSet *found;
-  NSDictionary *attributes;
 }
 @end
