@@ -1,5 +1,7 @@
 """Tests of Scripts/mutate: what it changes, what it leaves alone, and that nothing of it stays."""
 
+import os
+import signal
 import subprocess
 import sys
 import tempfile
@@ -202,16 +204,16 @@ class WorkshopOfMutants(unittest.TestCase):
             self.assertEqual(contents(workshop.copy), before)
         self.assertEqual(contents(self.project), before)
 
-    def test_a_mutant_that_never_ends_is_caught_and_ended(self):
+    def test_a_mutant_that_never_ends_is_ended(self):
         source = SUM.replace("++number", "number += 1")
         (self.project / "Sum.cpp").write_text(source)
         workshop = Workshop(self.project, Path(self.temporary.name) / "work", Deadline(100))
         workshop.prepare(["SmallTest"], "Sum.cpp")
         after = "for (int number = 1; number <= count; number += 0) {"
         mutant = next(m for m in mutants_of("Sum.cpp", source) if m.after == after)
-        self.assertEqual(workshop.try_mutant(mutant, ["SmallTest"]), "caught")
+        self.assertEqual(workshop.try_mutant(mutant, ["SmallTest"]), "timed out")
 
-    def test_a_mutant_that_waits_for_ever_is_caught_and_ended(self):
+    def test_a_mutant_that_waits_for_ever_is_ended(self):
         source = 'extern "C" int pause();\n' + SUM.replace("if (count == 7) {", "if (count == 7) {\n    pause();")
         (self.project / "Sum.cpp").write_text(source)
         patience, workshops.WAITING_SECONDS = workshops.WAITING_SECONDS, 2
@@ -219,7 +221,33 @@ class WorkshopOfMutants(unittest.TestCase):
         workshop = Workshop(self.project, Path(self.temporary.name) / "work", Deadline(100))
         workshop.prepare(["SmallTest"], "Sum.cpp")
         mutant = next(m for m in mutants_of("Sum.cpp", source) if m.after == "if (!(count == 7)) {")
-        self.assertEqual(workshop.try_mutant(mutant, ["SmallTest"]), "caught")
+        self.assertEqual(workshop.try_mutant(mutant, ["SmallTest"]), "timed out")
+
+    def test_a_failure_that_does_not_repeat_is_none(self):
+        now_and_then = """const bool failedBefore = std::ifstream("failed").good();
+  if (sum(4) != 10 && !failedBefore) {
+    std::ofstream("failed") << 1;
+    return 1;
+  }
+  return 0;"""
+        (self.project / "Test.cpp").write_text(TEST.replace("return sum(4) == 10 ? 0 : 1;", now_and_then))
+        workshop = Workshop(self.project, Path(self.temporary.name) / "work", Deadline(100))
+        workshop.prepare(["SmallTest"], "Sum.cpp")
+        self.assertEqual(workshop.try_mutant(self.mutant("result -= number;"), ["SmallTest"]), "survived")
+
+    def test_time_counts_while_nothing_could_run(self):
+        for command, runs in {"while :; do :; done": True, "while :; do sleep 9; done": False}.items():
+            process = subprocess.Popen(["bash", "-c", command], start_new_session=True)
+            try:
+                time.sleep(0.3)
+                self.assertEqual(any(workshops.can_run(process.pid) for _ in range(3)), runs, command)
+            finally:
+                os.killpg(process.pid, signal.SIGKILL)
+                process.wait()
+
+    def test_quick_tests_run_before_the_others(self):
+        self.assertEqual(workshops.quickest_first({"slow": 8, "quick": 0.4, "quicker": 0.2}), ["quicker:quick", "-quicker:quick"])
+        self.assertEqual(workshops.quickest_first({"one": 1}), ["*"])
 
     def test_a_run_that_is_told_to_end_ends_what_it_started(self):
         deadline = Deadline(100)
@@ -227,7 +255,7 @@ class WorkshopOfMutants(unittest.TestCase):
         threading.Timer(1, deadline.end_now).start()
         started = time.monotonic()
         with self.assertRaises(TimeIsUp):
-            workshop._succeeds(["sleep", "90"], 90)
+            workshop._succeeds(["sleep", "90"])
         self.assertLess(time.monotonic() - started, 60)
 
     def test_a_copy_follows_its_project_and_leaves_equal_files_alone(self):

@@ -13,18 +13,21 @@ import shutil
 import signal
 import subprocess
 import time
+from enum import Enum
 from pathlib import Path
 
 # What a mutant may claim, so that one that runs away does not take the machine with it.
 MEMORY_KIB = 4 * 1024 * 1024
 BUILD_SECONDS = 600
 # A test may take this much longer than the original took, in processor time: that grows little on a busy
-# machine. Seconds by the clock are for a mutant that waits for ever.
+# machine. Seconds by the clock are for a mutant that waits for ever; they count only while nothing of
+# it could run, because on a busy machine what could run has to wait as well.
 PATIENCE = 4
 LEAST_PROCESSOR_SECONDS = 3
-WAITING_SECONDS = 300
+WAITING_SECONDS = 60
 SLICE_SECONDS = 0.5
-SLOW_TEST_SECONDS = 0.02
+# The quick tests of a program are those that take no more than this part of its time together.
+QUICK_SHARE = 0.1
 
 OPTIONS = [
     "-DCMAKE_BUILD_TYPE=Release",
@@ -56,6 +59,45 @@ class Deadline:
     def check(self):
         if time.monotonic() >= self._end:
             raise TimeIsUp
+
+
+class End(Enum):
+    """How a command ended."""
+
+    WELL = "with status 0"
+    BADLY = "with another one, or by a signal"
+    NEVER = "had to be ended"
+
+
+def can_run(session):
+    """Whether a thread of the session could use a processor if it got one."""
+    for process in Path("/proc").iterdir():
+        if process.name.isdigit():
+            try:
+                # Behind the name in brackets: state, parent, group, session.
+                if int(behind_name(process / "stat")[3]) == session and any(
+                    behind_name(thread / "stat")[0] in "RD" for thread in (process / "task").iterdir()
+                ):
+                    return True
+            except (FileNotFoundError, ProcessLookupError):
+                pass
+    return False
+
+
+def behind_name(stat):
+    return stat.read_text(errors="replace").rpartition(")")[2].split()
+
+
+def quickest_first(seconds):
+    """The names of tests, as filters: the quick ones, then the others."""
+    whole, spent, quick = sum(seconds.values()), 0.0, []
+    for name in sorted(seconds, key=seconds.get):
+        spent += seconds[name]
+        if spent > QUICK_SHARE * whole:
+            break
+        quick.append(name)
+    names = ":".join(quick)
+    return [names, "-" + names] if quick else ["*"]
 
 
 def copy_project(project, copy):
@@ -118,22 +160,15 @@ class Workshop:
         run = [self.build / "bin" / test, "--gtest_brief=1", f"--gtest_output=json:{report}"]
         self._must([*timed, *run], "run of " + test)
         used = float((self.build / "said.log").read_text(errors="replace").split()[-1])
-        seconds = max(LEAST_PROCESSOR_SECONDS, math.ceil(PATIENCE * used))
-        slow = [
-            f"{suite['name']}.{case['name']}"
+        seconds = {
+            f"{suite['name']}.{case['name']}": float(case["time"].rstrip("s"))
             for suite in json.loads(report.read_text())["testsuites"]
             for case in suite["testsuite"]
-            if float(case["time"].rstrip("s")) > SLOW_TEST_SECONDS
-        ]
-        # Most mutants fall at once to one of many quick tests: the slow ones wait until these have run.
-        filters = ["-" + ":".join(slow), ":".join(slow)] if slow else ["*"]
-        return [
-            ([self.build / "bin" / test, "--gtest_brief=1", "--gtest_fail_fast", "--gtest_filter=" + names], seconds)
-            for names in filters
-        ]
+        }
+        return quickest_first(seconds), max(LEAST_PROCESSOR_SECONDS, math.ceil(PATIENCE * used))
 
     def try_mutant(self, mutant, tests):
-        """What became of it: "refused" by the compiler, "same code", "caught" or "survived".
+        """What became of it: "refused" by the compiler, "same code", "caught", "timed out" or "survived".
 
         The file must be the one that was prepared last.
         """
@@ -146,15 +181,32 @@ class Workshop:
 
     def _try_mutant(self, mutant, path, original, tests):
         path.write_bytes(mutant.apply(original.decode()).encode())
-        if not self._succeeds(["ninja", "-C", self.build, *tests], BUILD_SECONDS):
+        # Most fall to the first program. What depends on a header is known when all are built.
+        built = tests[:1] if self._command else tests
+        if not self._builds(built):
             return "refused"
         if self._code() == self._original_code:
             return "same code"
-        for test in tests:
-            for run, seconds in self._tests[test]:
-                if not self._succeeds(run, WAITING_SECONDS, seconds):
-                    return "caught"
+        # Most fall at once to one of many quick tests: the slow ones wait until all of these have run.
+        for turn in range(2):
+            for test in tests:
+                filters, seconds = self._tests[test]
+                if turn < len(filters):
+                    if turn == 0 and test not in built and not self._builds([test]):
+                        return "refused"
+                    end = self._end_of_test(test, filters[turn], seconds)
+                    if end != End.WELL:
+                        return "caught" if end == End.BADLY else "timed out"
         return "same code" if self._same_when_optimized(path, original) else "survived"
+
+    def _builds(self, tests):
+        return self._succeeds(["ninja", "-C", self.build, *tests])
+
+    def _end_of_test(self, test, names, seconds):
+        """A failure counts if it repeats: it could have been the machine's."""
+        command = [self.build / "bin" / test, "--gtest_brief=1", "--gtest_fail_fast", "--gtest_filter=" + names]
+        end = self._end(command, seconds)
+        return self._end(command, seconds) if end == End.BADLY else end
 
     def _code(self):
         """What the file at work compiles to; for a header, all that may depend on it."""
@@ -181,17 +233,20 @@ class Workshop:
         codes = []
         for text in (mutated, original):
             path.write_bytes(text)
-            if not self._succeeds(words, BUILD_SECONDS):
+            if not self._succeeds(words):
                 return False
             codes.append(output.read_bytes())
         return codes[0] == codes[1]
 
     def _must(self, command, what):
-        if not self._succeeds(command, BUILD_SECONDS):
+        if not self._succeeds(command):
             raise WorkshopError(f"the unchanged project fails: {what}; all it said is in {self.build / 'said.log'}")
 
-    def _succeeds(self, command, seconds, processor_seconds=BUILD_SECONDS):
-        """Whether the command ends with status 0 in time. What it started ends with it."""
+    def _succeeds(self, command):
+        return self._end(command, BUILD_SECONDS) == End.WELL
+
+    def _end(self, command, processor_seconds):
+        """How the command ended. What it started ends with it."""
         self.deadline.check()
         self.build.mkdir(parents=True, exist_ok=True)
         limits = f'ulimit -c 0; ulimit -v {MEMORY_KIB}; ulimit -t {processor_seconds}; exec "$@"'
@@ -205,15 +260,24 @@ class Workshop:
                 start_new_session=True,
             )
             try:
-                for _ in range(math.ceil(seconds / SLICE_SECONDS)):
-                    try:
-                        return process.wait(SLICE_SECONDS) == 0
-                    except subprocess.TimeoutExpired:
-                        self.deadline.check()
-                return False
+                return self._awaited(process)
             finally:
                 try:
                     os.killpg(process.pid, signal.SIGKILL)
                 except ProcessLookupError:
                     pass
                 process.wait()
+
+    def _awaited(self, process):
+        waited = 0.0
+        while waited < WAITING_SECONDS:
+            try:
+                status = process.wait(SLICE_SECONDS)
+                # This is how the system ends who has used up its processor time.
+                ran_out_of_time = status in (-signal.SIGKILL, -signal.SIGXCPU)
+                return End.NEVER if ran_out_of_time else End.WELL if status == 0 else End.BADLY
+            except subprocess.TimeoutExpired:
+                self.deadline.check()
+                if not can_run(process.pid):
+                    waited += SLICE_SECONDS
+        return End.NEVER
