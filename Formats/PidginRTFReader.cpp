@@ -44,14 +44,18 @@ class Extractor {
   }
 
  private:
+  // A unit behind the current one; 0, which means nothing here, where the text has ended.
+  char16_t following(std::size_t distance) const {
+    return distance < rtf_.size() - position_ ? rtf_[position_ + distance] : u'\0';
+  }
+
   void readControl() {
-    const std::u16string_view rest = rtf_.substr(position_);
-    switch (rest.front()) {
+    switch (rtf_[position_]) {
       case u'\\':
-        readBackslash(rest);
+        readBackslash();
         break;
       case u'{':
-        if (rest.size() > 1 && rest[1] == u'\\') {
+        if (following(1) == u'\\') {
           skipControlWord();
         } else {
           position_ += 1;
@@ -64,24 +68,36 @@ class Extractor {
       default:
         // Out of reach as long as endsText names no other characters than the cases above.
         if (onUnknown_) {
-          onUnknown_(rest);
+          onUnknown_(rtf_.substr(position_));
         }
         position_ += 1;
     }
   }
 
-  void readBackslash(std::u16string_view rest) {
-    if (rest.starts_with(u"\\\\")) {
-      *output_++ = u'\\';
-      position_ += 2;
-    } else if (rest.starts_with(u"\\rquote")) {
-      *output_++ = u'\'';
-      position_ += 7;
-    } else if (rest.starts_with(u"\\uc")) {
-      position_ += 4;  // with the digit of "\uc0"
-    } else {
-      skipControlWord();
+  void readBackslash() {
+    constexpr std::u16string_view apostrophe = u"\\rquote";
+    switch (following(1)) {
+      case u'\\':
+        *output_++ = u'\\';
+        position_ += 2;
+        return;
+      case u'r':
+        if (rtf_.substr(position_).starts_with(apostrophe)) {
+          *output_++ = u'\'';
+          position_ += apostrophe.size();
+          return;
+        }
+        break;
+      case u'u':
+        if (following(2) == u'c') {
+          position_ += 4;  // with the digit of "\uc0"
+          return;
+        }
+        break;
+      default:
+        break;
     }
+    skipControlWord();
   }
 
   // Skips the control words up to the next end of one, and that end.
