@@ -10,9 +10,10 @@ if (!directory) {
   process.exit(2);
 }
 
-// Citations/nameRegister.js stands in for a part of citeproc-js, and recalling.js lists what its
-// printing reads. Another version has to be compared with both before it is named here; then
-// EngineTest's long run of edits shows whether they still agree (see EngineEditsTest.cpp).
+// Citations/nameRegister.js and hotPaths.js stand in for parts of citeproc-js, and recalling.js
+// lists what its printing reads. Another version has to be compared with all three before it is
+// named here; then EngineTest's long run of edits shows whether they still agree (see
+// EngineEditsTest.cpp).
 const citeprocKnown = "2.4.63";
 const citeproc = new URL("node_modules/citeproc/package.json", import.meta.url);
 const { version } = JSON.parse(readFileSync(citeproc, "utf8"));
@@ -23,7 +24,7 @@ if (version !== citeprocKnown) {
 
 await build({
   entryPoints: {
-    citations: "Citations/document.js",
+    citations: "Citations/citations.js",
     "citations-reference": "Citations/reference.js",
     imports: "Imports/library.js",
   },

@@ -89,21 +89,24 @@ function collatorOf(locale) {
   return collator;
 }
 
-// The order of citeproc-js (getSortCompare), with its collator kept, and each text's
-// small letters too.
+// The order of citeproc-js (getSortCompare), with its collator kept, and each text's small letters
+// too. These are the ones of the style's language: citeproc-js takes the language of the work that
+// was printed last, whatever that has to do with those that are compared.
 function comparisonOf(engine) {
   const smallLetters = new Map();
+  let locale;
   let collator;
   const inSmallLetters = (text) => {
     let small = smallLetters.get(text);
     if (small === undefined) {
-      small = CSL.toLocaleLowerCase.call(engine(), text);
+      small = text.toLocaleLowerCase(locale);
       smallLetters.set(text, small);
     }
     return small;
   };
   return (left, right) => {
-    collator ??= collatorOf(engine().opt["default-locale-sort"]);
+    locale ??= engine().opt["default-locale-sort"];
+    collator ??= collatorOf(locale);
     return collator.compare(inSmallLetters(left), inSmallLetters(right));
   };
 }

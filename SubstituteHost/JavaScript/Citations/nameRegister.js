@@ -18,6 +18,7 @@ function withoutSmallWords(given) {
   return last && last[1] === last[1].toLowerCase() ? given.replace(/[,!]* [^,]+$/, "") : given;
 }
 
+// All that its place depends on.
 const partsOfName = [
   "family",
   "given",
@@ -31,6 +32,14 @@ const partsOfName = [
   "comma-dropping-particle",
   "isInstitution",
 ];
+
+function describePerson(person) {
+  let text = "";
+  for (const part of partsOfName) {
+    text += `${person[part] ?? ""}\u0000`;
+  }
+  return text;
+}
 
 // Where a name stands in the register: under its family, there under its initials, there by
 // its given names.
@@ -49,7 +58,7 @@ class Places {
     if (person.multi) {
       return this.#find(engine, person);
     }
-    const name = partsOfName.map((part) => person[part] ?? "").join("\u0000");
+    const name = describePerson(person);
     let place = this.#known.get(name);
     if (!place) {
       place = this.#find(engine, person);

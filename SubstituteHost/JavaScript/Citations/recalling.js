@@ -24,12 +24,10 @@ function standing(engine, id, reads) {
   if (!place) {
     return "";
   }
-  return [
-    reads.seq && place.seq,
-    reads.note && place["first-reference-note-number"],
-    reads.count && place["citation-count"] > 1,
-    describe(place.disambig),
-  ].join(";");
+  const number = reads.seq ? place.seq : "";
+  const note = reads.note ? place["first-reference-note-number"] : "";
+  const isCitedAgain = reads.count && place["citation-count"] > 1;
+  return `${number};${note};${isCitedAgain};${describe(place.disambig)}`;
 }
 
 function describe(config) {
@@ -37,8 +35,17 @@ function describe(config) {
     return "";
   }
   const { names, givens, year_suffix, disambiguate, use_initials, minval } = config;
-  const parts = [names, givens.map((given) => given.join()).join("|")];
-  return [...parts, year_suffix, typeof disambiguate, disambiguate, use_initials, minval].join(";");
+  let text = "";
+  for (const name of names) {
+    text += `${name},`;
+  }
+  for (const given of givens) {
+    text += "|";
+    for (const form of given) {
+      text += `${form},`;
+    }
+  }
+  return `${text};${year_suffix};${typeof disambiguate};${disambiguate};${use_initials};${minval}`;
 }
 
 function copyOf(config) {
@@ -79,15 +86,19 @@ const leftovers = [
   "use_cite_group_delimiter",
 ];
 
+const withoutRepetitions = (names) =>
+  names.filter((name, index) => names.indexOf(name) === index).sort();
+
 function scratchOf({ tmp }) {
-  const { done_vars, ...group } = tmp.group_context.tip;
+  const group = { ...tmp.group_context.tip };
+  group.done_vars = group.done_vars.slice();
   return {
     values: leftovers.map((name) => tmp[name]),
-    group: { ...group, done_vars: [...done_vars] },
+    group,
     date: tmp.date_object,
-    datePartsDone: tmp.donesies && [...new Set(tmp.donesies)].sort(),
-    datePartsWanted: tmp.dateparts && [...tmp.dateparts],
-    datePartsInRange: tmp.date_collapse_at && [...tmp.date_collapse_at],
+    datePartsDone: tmp.donesies && withoutRepetitions(tmp.donesies),
+    datePartsWanted: tmp.dateparts?.slice(),
+    datePartsInRange: tmp.date_collapse_at?.slice(),
   };
 }
 
@@ -102,8 +113,19 @@ function restoreScratch({ tmp }, { values, group, ...dates }) {
   tmp.date_collapse_at = dates.datePartsInRange && [...dates.datePartsInRange];
 }
 
-const describeScratch = ({ values, group }) =>
-  JSON.stringify([values.map(Boolean), Object.values(group)]);
+// What of it decides about a text that is printed next, apart from dates.
+function describeScratch({ tmp }) {
+  let text = "";
+  for (const name of leftovers) {
+    text += tmp[name] ? "1" : "0";
+  }
+  const group = tmp.group_context.tip;
+  for (const name in group) {
+    const value = group[name];
+    text += value === false ? "-" : JSON.stringify(value);
+  }
+  return text;
+}
 
 // A work that is not printed as a part of another, nor together with others.
 function standsAlone(engine, id) {
@@ -143,7 +165,7 @@ class Recall {
 
   #recall(key, ids, { print, effects, restore }) {
     const engine = this.#engine;
-    const fullKey = `${key};${describeScratch(scratchOf(engine))}`;
+    const fullKey = `${key};${describeScratch(engine)}`;
     return this.#memory.recall(this.#register, fullKey, ids, {
       print,
       effects: () => {
@@ -207,9 +229,12 @@ class Recall {
       Boolean(tmp.authorstring_request),
     ].join(";");
     const target = config || (place && place.disambig);
-    const before = target && copyOf(target);
+    let before;
     return this.#recall(key, [item.id], {
-      print,
+      print: () => {
+        before = target && copyOf(target);
+        return print();
+      },
       effects: () => {
         const after = copyOf(tmp.disambig_settings);
         return before && shrank(before, after)

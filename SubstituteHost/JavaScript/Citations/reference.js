@@ -1,5 +1,5 @@
-// The same document formatted as citeproc-js itself does it, citation by citation: slow,
-// and what the fast way is compared with in the tests.
+// The same document formatted as citeproc-js itself does it, citation by citation and with all of
+// its own functions: slow, and what the fast way is compared with in the tests.
 import { isNoteStyle } from "./engine.js";
 import { prepare } from "./document.js";
 import { endOfId, outputFormat } from "./markers.js";
