@@ -184,25 +184,38 @@ std::expected<void, std::string> CitationProcessor::start() {
 std::expected<FormattedDocument, std::string> CitationProcessor::formatDocument(
     const Style &style, const ItemLookup &lookUp, std::span<const CiteGroup> groups,
     bool wantsBibliography) {
+  const auto styleText = readFile(style.file);
+  if (!styleText) {
+    return std::unexpected(styleText.error());
+  }
+  const auto document = sharedDocument(style, *styleText, lookUp, groups, wantsBibliography);
+  if (!document) {
+    return std::unexpected(document.error());
+  }
+  return **document;
+}
+
+std::expected<std::shared_ptr<const FormattedDocument>, std::string>
+CitationProcessor::sharedDocument(const Style &style, std::string_view styleText,
+                                  const ItemLookup &lookUp, std::span<const CiteGroup> groups,
+                                  bool wantsBibliography) {
   const CitedItems cited(groups);
   const auto data = readItems(cited, lookUp);
   if (!data) {
     return std::unexpected(data.error());
   }
-  const auto styleText = readFile(style.file);
-  if (!styleText) {
-    return std::unexpected(styleText.error());
-  }
   std::string question =
-      documentQuestion(*styleText, style.locale, wantsBibliography, *data, groups);
-  if (const FormattedDocument *known = remembered_.find(question)) {
-    return *known;
+      documentQuestion(styleText, style.locale, wantsBibliography, *data, groups);
+  if (auto known = remembered_.find(question)) {
+    return known;
   }
-  auto formatted = format(style, *styleText, cited, *data, groups, wantsBibliography);
-  if (formatted) {
-    remembered_.remember(std::move(question), *formatted);
+  auto formatted = format(style, styleText, cited, *data, groups, wantsBibliography);
+  if (!formatted) {
+    return std::unexpected(std::move(formatted.error()));
   }
-  return formatted;
+  auto document = std::make_shared<const FormattedDocument>(*std::move(formatted));
+  remembered_.remember(std::move(question), document);
+  return document;
 }
 
 std::expected<FormattedDocument, std::string> CitationProcessor::format(

@@ -66,6 +66,12 @@ class CitationProcessor {
                                                                std::span<const CiteGroup> groups,
                                                                bool wantsBibliography);
 
+  // The same without a copy, of a style whose file was read before. While the answer to a question
+  // is remembered, the same question gets the same object.
+  std::expected<std::shared_ptr<const FormattedDocument>, std::string> sharedDocument(
+      const Style &style, std::string_view styleText, const ItemLookup &lookUp,
+      std::span<const CiteGroup> groups, bool wantsBibliography);
+
  private:
   struct Machine;
   std::expected<void, std::string> start();

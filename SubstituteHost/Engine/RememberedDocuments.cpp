@@ -7,16 +7,17 @@ namespace engine {
 
 RememberedDocuments::RememberedDocuments(std::size_t capacity) : capacity_(capacity) {}
 
-const FormattedDocument *RememberedDocuments::find(const std::string &question) {
+std::shared_ptr<const FormattedDocument> RememberedDocuments::find(const std::string &question) {
   const auto found = std::ranges::find(documents_, question, &Document::question);
   if (found == documents_.end()) {
     return nullptr;
   }
   documents_.splice(documents_.begin(), documents_, found);
-  return &documents_.front().answer;
+  return documents_.front().answer;
 }
 
-void RememberedDocuments::remember(std::string question, FormattedDocument answer) {
+void RememberedDocuments::remember(std::string question,
+                                   std::shared_ptr<const FormattedDocument> answer) {
   size_ += question.size();
   documents_.push_front({std::move(question), std::move(answer)});
   while (size_ > capacity_ && documents_.size() > 1) {

@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <list>
+#include <memory>
 #include <string>
 
 namespace engine {
@@ -19,14 +20,14 @@ class RememberedDocuments {
   // least one document is kept, however large.
   explicit RememberedDocuments(std::size_t capacity = std::size_t{16} << 20);
 
-  // nullptr when that was not asked, or too long ago. Valid until the next call of remember().
-  const FormattedDocument *find(const std::string &question);
-  void remember(std::string question, FormattedDocument answer);
+  // nullptr when that was not asked, or too long ago. The same question finds the same object.
+  std::shared_ptr<const FormattedDocument> find(const std::string &question);
+  void remember(std::string question, std::shared_ptr<const FormattedDocument> answer);
 
  private:
   struct Document {
     std::string question;
-    FormattedDocument answer;
+    std::shared_ptr<const FormattedDocument> answer;
   };
 
   std::size_t capacity_;

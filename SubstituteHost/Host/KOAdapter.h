@@ -4,6 +4,7 @@
 #import <HostContract/HostContract.h>
 
 #import <SubstituteHostObjects/KOProblemReporter.h>
+#include <SubstituteHostObjects/RememberedMatches.h>
 
 @class KOLibrary;
 @class KOReference;
@@ -26,6 +27,7 @@ class StyleShelf;
   id<KOUserInterface> interface_;  // not retained: it owns the adapter
   host::StyleShelf *shelf_;        // likewise
   NSMutableSet *reportedProblems_;
+  host::RememberedMatches matches_;
 }
 - (id)initWithInterface:(id<KOUserInterface>)interface styles:(host::StyleShelf &)shelf;
 

@@ -3,6 +3,7 @@
 #import <SubstituteHostObjects/CitationGroupString.h>
 #import <SubstituteHostObjects/KOCitation.h>
 #import <SubstituteHostObjects/KOCitationGroup.h>
+#import <SubstituteHostObjects/KOFormattedText.h>
 #import <SubstituteHostObjects/KOLibrary.h>
 #import <SubstituteHostObjects/KOReference.h>
 #import <SubstituteHostObjects/NoticeText.h>
@@ -70,18 +71,14 @@ KOReference *ownReference(id reference) {
 }
 
 - (NSSet *)referencesMatchingTag:(NSString *)tag inLibrary:(id<KorvoLibrary>)library {
-  if (![(id)library isKindOfClass:[KOLibrary class]]) return [NSSet set];
-  KOLibrary *searched = (KOLibrary *)library;
-  const auto rows = [searched libraryOfThisTurn].matching(host::utf8(tag));
-  if (!rows) {
-    [self reportProblem:host::stringFromUTF8(rows.error())];
+  static const Class libraryClass = [KOLibrary class];
+  if (![(id)library isKindOfClass:libraryClass]) return [NSSet set];
+  const auto found = matches_.matching(tag, (KOLibrary *)library);
+  if (!found) {
+    [self reportProblem:host::stringFromUTF8(found.error())];
     return [NSSet set];
   }
-  NSMutableSet *references = [NSMutableSet setWithCapacity:rows->size()];
-  for (const library::ReferenceRow row : *rows) {
-    [references addObject:[searched referenceAtRow:row]];
-  }
-  return references;
+  return *found;
 }
 
 - (id<KorvoCitationGroup>)createCitationGroup {
@@ -110,7 +107,9 @@ KOReference *ownReference(id reference) {
 }
 
 - (NSString *)pidginRTFForAttributedString:(NSAttributedString *)text {
-  return host::pidginRTF(text);
+  static const Class formattedClass = [KOFormattedText class];
+  return [text isKindOfClass:formattedClass] ? [(KOFormattedText *)text pidginRTF]
+                                             : host::pidginRTF(text);
 }
 
 - (NSDictionary *)bodyTextAttributes {

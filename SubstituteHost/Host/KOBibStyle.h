@@ -10,19 +10,19 @@
 
 #include <memory>
 
-#include <SubstituteHostEngine/CitationProcessor.h>
+#import <SubstituteHostObjects/DocumentFormatter.h>
 #import <SubstituteHostObjects/KOProblemReporter.h>
 
 @class KOFormattedDocument;
 
 @interface KOBibStyle : NSObject <KorvoBibStyle> {
   engine::Style style_;
-  std::shared_ptr<engine::CitationProcessor> processor_;
+  std::shared_ptr<host::DocumentFormatter> formatter_;
   id<KOProblemReporter> reporter_;
 }
 // The reporter (retained; may be nil) is told what kept a document from being formatted. Its
 // citations are then shown as their author wrote them.
 - (id)initWithStyle:(engine::Style)described
-          processor:(std::shared_ptr<engine::CitationProcessor>)processor
+          formatter:(std::shared_ptr<host::DocumentFormatter>)formatter
            reporter:(id<KOProblemReporter>)reporter;
 @end

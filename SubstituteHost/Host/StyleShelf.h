@@ -55,7 +55,7 @@ class StyleShelf {
  private:
   engine::StyleCatalog catalog_;
   Owned<id> reporter_;
-  std::shared_ptr<engine::CitationProcessor> processor_;
+  std::shared_ptr<DocumentFormatter> formatter_;
   std::map<std::string, Owned<KOBibStyle *>, std::less<>> styles_;
   std::optional<std::vector<std::string>> favorites_;
   std::optional<std::string> defaultStyle_;

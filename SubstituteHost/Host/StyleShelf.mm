@@ -17,7 +17,7 @@ constexpr const char *wellKnownStyles[] = {
 }  // namespace
 
 StyleShelf::StyleShelf(engine::StyleCatalog catalog)
-    : catalog_(std::move(catalog)), processor_(std::make_shared<engine::CitationProcessor>()) {}
+    : catalog_(std::move(catalog)), formatter_(std::make_shared<DocumentFormatter>()) {}
 
 void StyleShelf::setReporter(id<KOProblemReporter> reporter) {
   reporter_ = Owned<id>::retaining(reporter);
@@ -29,7 +29,7 @@ KOBibStyle *StyleShelf::style(std::string_view name) {
   auto found = catalog_.find(name);
   if (!found) return nil;
   auto style = Owned<KOBibStyle *>::taking([[KOBibStyle alloc] initWithStyle:*std::move(found)
-                                                                   processor:processor_
+                                                                   formatter:formatter_
                                                                     reporter:reporter_.get()]);
   return styles_.emplace(name, std::move(style)).first->second.get();
 }
@@ -77,7 +77,7 @@ void StyleShelf::rehearse(library::Library &library, std::span<const library::Re
   const auto lookUp = [&](std::string_view id) -> std::optional<std::string> {
     return items.find(id)->second;
   };
-  (void)processor_->formatDocument(*style, lookUp, groups, true);
+  (void)formatter_->processor().formatDocument(*style, lookUp, groups, true);
 }
 
 void StyleShelf::useFavorites(std::vector<std::string> titles) { favorites_ = std::move(titles); }

@@ -129,6 +129,8 @@ std::expected<std::int64_t, DatabaseError> Database::number(std::string_view que
   return *row ? statement->integer(0) : 0;
 }
 
+std::int64_t Database::changes() const { return sqlite3_total_changes64(connection_.get()); }
+
 std::int64_t Database::lastInsertedRow() const {
   return sqlite3_last_insert_rowid(connection_.get());
 }

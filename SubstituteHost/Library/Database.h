@@ -57,6 +57,8 @@ class Database {
   std::expected<Statement, DatabaseError> prepare(std::string_view statement);
   // The one number that a query yields; 0 when it yields no row.
   std::expected<std::int64_t, DatabaseError> number(std::string_view query);
+  // Rows written through this connection so far, also those whose writing was undone.
+  std::int64_t changes() const;
   // Of the row inserted last.
   std::int64_t lastInsertedRow() const;
 

@@ -105,6 +105,7 @@ struct Library::State {
   std::expected<void, DatabaseError> createSchema();
   std::expected<void, DatabaseError> checkKind();
   std::expected<void, DatabaseError> prepareStatements();
+  std::optional<Version> readVersion();
   std::expected<std::vector<ReferenceRow>, DatabaseError> rows(Statement &statement);
   std::expected<bool, DatabaseError> isThere(const NewReference &reference);
   std::expected<void, LibraryError> insert(const NewReference &reference);
@@ -115,6 +116,8 @@ struct Library::State {
   std::filesystem::path name;
   bool isTemporary = false;
   bool keepsReading = false;
+  std::optional<Version> versionRead;
+  std::optional<Statement> changesOfOthers;
   std::optional<Statement> byIdentifier;
   std::optional<Statement> byCitationName;
   std::optional<Statement> selectSummary;
@@ -154,6 +157,7 @@ std::expected<void, DatabaseError> Library::State::checkKind() {
 
 std::expected<void, DatabaseError> Library::State::prepareStatements() {
   const std::pair<std::optional<Statement> *, const char *> statements[] = {
+      {&changesOfOthers, "PRAGMA data_version"},
       {&byIdentifier, "SELECT row FROM reference WHERE identifier = ? ORDER BY row"},
       {&byCitationName, "SELECT row FROM citation_name WHERE name = ? ORDER BY row"},
       {&selectSummary,
@@ -182,6 +186,16 @@ std::expected<void, DatabaseError> Library::State::prepareStatements() {
     *statement = std::move(*prepared);
   }
   return {};
+}
+
+// SQLite counts the changes of all other connections that this one has come to see, apart from
+// its own. Asking takes the lock, so that no other number can become true meanwhile.
+std::optional<Library::Version> Library::State::readVersion() {
+  const auto row = changesOfOthers->step();
+  const std::int64_t number = row && *row ? changesOfOthers->integer(0) : 0;
+  changesOfOthers->reset();
+  if (!row || !*row) return std::nullopt;
+  return Version{.ofOtherPrograms = number, .ofThisOne = database.changes()};
 }
 
 std::expected<std::vector<ReferenceRow>, DatabaseError> Library::State::rows(Statement &statement) {
@@ -397,12 +411,15 @@ std::expected<std::optional<std::string>, LibraryError> Library::citationTag(Ref
 
 // Where it cannot be had, each question goes by itself, and tells what is wrong.
 void Library::keepReading() {
-  if (!state_->keepsReading) {
-    state_->keepsReading = state_->database.execute("BEGIN").has_value();
-  }
+  if (state_->keepsReading) return;
+  state_->keepsReading = state_->database.execute("BEGIN").has_value();
+  if (state_->keepsReading) state_->versionRead = state_->readVersion();
 }
 
+std::optional<Library::Version> Library::version() const { return state_->versionRead; }
+
 void Library::stopReading() {
+  state_->versionRead.reset();
   if (std::exchange(state_->keepsReading, false)) {
     (void)state_->database.execute("COMMIT");
   }

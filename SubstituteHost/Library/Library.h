@@ -99,6 +99,17 @@ class Library {
   void keepReading();
   void stopReading();
 
+  // The number of a state of the library. Equal numbers: nobody, here or in another program, has
+  // written to it between the one and the other.
+  struct Version {
+    std::int64_t ofOtherPrograms = 0;
+    std::int64_t ofThisOne = 0;
+
+    bool operator==(const Version &) const = default;
+  };
+  // The state that all questions see since keepReading(); nothing where they may see several.
+  std::optional<Version> version() const;
+
   // Puts new content in the reference's place; its UUID stays.
   std::expected<void, LibraryError> replace(ReferenceRow row, const NewReference &reference);
 

@@ -99,10 +99,10 @@ TEST_F(EngineMemory, WhatFailedIsTriedAgain) {
   EXPECT_EQ(ask(question_), "3");
 }
 
-engine::FormattedDocument documentOf(const std::u16string &text) {
+std::shared_ptr<const engine::FormattedDocument> documentOf(const std::u16string &text) {
   engine::FormattedDocument document;
   document.groups = {{.runs = {{.text = text}}}};
-  return document;
+  return std::make_shared<const engine::FormattedDocument>(std::move(document));
 }
 
 TEST(EngineRememberedDocuments, TheOnesAskedForLongestAgoAreForgottenFirst) {
@@ -113,8 +113,8 @@ TEST(EngineRememberedDocuments, TheOnesAskedForLongestAgoAreForgottenFirst) {
   documents.remember("efgh", documentOf(u"three"));
   EXPECT_EQ(documents.find("abcd"), nullptr);
   ASSERT_NE(documents.find("1234"), nullptr);
-  EXPECT_EQ(*documents.find("1234"), documentOf(u"one"));
-  EXPECT_EQ(*documents.find("efgh"), documentOf(u"three"));
+  EXPECT_EQ(*documents.find("1234"), *documentOf(u"one"));
+  EXPECT_EQ(*documents.find("efgh"), *documentOf(u"three"));
 }
 
 TEST(EngineRememberedDocuments, TheLastOneIsKeptHoweverLarge) {

@@ -259,6 +259,76 @@ TEST(LibraryOnDisk, CanBeChangedWhileItKeepsReading) {
   EXPECT_EQ(matches(*other, "SMI2002"), 1U);
 }
 
+// The version that a fresh series of questions sees.
+std::optional<Library::Version> versionNow(Library &library) {
+  library.stopReading();
+  library.keepReading();
+  return library.version();
+}
+
+TEST(LibraryOnDisk, ItsVersionStaysWhileNobodyWrites) {
+  const TemporaryDirectory directory;
+  auto library = Library::openOrCreate(directory / "my.korvolib");
+  auto other = Library::open(directory / "my.korvolib");
+  ASSERT_TRUE(library && other);
+  EXPECT_EQ(library->version(), std::nullopt);
+  const auto version = versionNow(*library);
+  EXPECT_TRUE(version);
+  EXPECT_EQ(matches(*library, "SMI2001"), 0U);
+  EXPECT_EQ(matches(*other, "SMI2001"), 0U);
+  EXPECT_EQ(library->version(), version);
+  EXPECT_EQ(versionNow(*library), version);
+  library->stopReading();
+  EXPECT_EQ(library->version(), std::nullopt);
+}
+
+TEST(LibraryOnDisk, EveryWriterGivesItANewVersion) {
+  const TemporaryDirectory directory;
+  auto library = Library::openOrCreate(directory / "my.korvolib");
+  auto other = Library::open(directory / "my.korvolib");
+  ASSERT_TRUE(library && other);
+  const NewReference first = smith();
+  const NewReference second = smith("SMI2002");
+  const auto empty = versionNow(*library);
+  ASSERT_TRUE(library->add({&first, 1}));
+  const auto added = versionNow(*library);
+  EXPECT_NE(added, empty);
+  ASSERT_TRUE(library->replace((*library->matching("SMI2001"))[0], second));
+  const auto replaced = versionNow(*library);
+  EXPECT_NE(replaced, added);
+  library->stopReading();
+  ASSERT_TRUE(other->replace((*other->matching("SMI2002"))[0], first));
+  const auto replacedByOther = versionNow(*library);
+  EXPECT_NE(replacedByOther, replaced);
+  library->stopReading();
+  sqlite3 *editor = nullptr;
+  ASSERT_EQ(sqlite3_open((directory / "my.korvolib").c_str(), &editor), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(editor, "DELETE FROM reference", nullptr, nullptr, nullptr), SQLITE_OK);
+  sqlite3_close(editor);
+  EXPECT_NE(versionNow(*library), replacedByOther);
+}
+
+TEST(LibraryInMemory, EveryChangeGivesItANewVersion) {
+  auto library = Library::temporary("in memory");
+  ASSERT_TRUE(library);
+  const auto empty = versionNow(*library);
+  EXPECT_TRUE(empty);
+  const NewReference reference = smith();
+  ASSERT_TRUE(library->add({&reference, 1}));
+  EXPECT_NE(versionNow(*library), empty);
+}
+
+TEST(LibraryOnDisk, WhileAnotherProgramWritesItHasNoVersion) {
+  const TemporaryDirectory directory;
+  auto library = Library::openOrCreate(directory / "my.korvolib");
+  ASSERT_TRUE(library);
+  sqlite3 *editor = nullptr;
+  ASSERT_EQ(sqlite3_open((directory / "my.korvolib").c_str(), &editor), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(editor, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+  EXPECT_EQ(versionNow(*library), std::nullopt);
+  sqlite3_close(editor);
+}
+
 TEST(LibraryOnDisk, AFileThatIsNotThereIsNotMade) {
   const TemporaryDirectory directory;
   const auto opened = Library::open(directory / "none.korvolib");

@@ -179,7 +179,7 @@ TEST_F(StyleFormatting, ForeignObjectsAmongTheCitationsAreSkipped) {
 TEST_F(StyleFormatting, AStyleThatCannotBeCarriedOutIsReportedAndLosesNothing) {
   engine::Style broken{.name = {.baseName = "broken", .title = "Broken"}, .file = "/no/such/style.csl", .locale = ""};
   KOBibStyle *style = [[[KOBibStyle alloc] initWithStyle:broken
-                                               processor:std::make_shared<engine::CitationProcessor>()
+                                               formatter:std::make_shared<host::DocumentFormatter>()
                                                 reporter:adapter_.get()] autorelease];
   KOCitationGroup *its = group({citation(@"SMI2001", @"Smith 2001")});
   [style setPropertiesInCitationArray:[its citations]];
