@@ -39,9 +39,18 @@ std::size_t lengthBeforeLoneSurrogate(std::u16string_view text) {
   return index;
 }
 
-// Each message to a class by its name looks the name up, which takes as long as half of the string.
+constexpr char16_t byteOrderMark = 0xFEFF;
+constexpr char16_t byteOrderMarkTurnedRound = 0xFFFE;
+
+// Nil for lone surrogates in GNUstep. Each message to a class by its name looks the name up, which
+// takes as long as half of the string.
 NSString *stringOrNil(std::u16string_view text) {
   static const Class stringClass = [NSString class];
+  // Cocoa takes the first code unit as it is. GNUstep drops a byte order mark, and turns round the
+  // bytes of all others behind one that is turned round: any text could come of that, or none.
+  if (text.starts_with(byteOrderMark) || text.starts_with(byteOrderMarkTurnedRound)) {
+    return [stringOrNil(u' ' + std::u16string(text)) substringFromIndex:1];
+  }
   return [stringClass stringWithCharacters:reinterpret_cast<const unichar *>(text.data())
                                     length:text.size()];
 }
@@ -66,7 +75,7 @@ NSString *stringWithLoneSurrogates(std::u16string_view text) {
 
 NSString *stringWithCodeUnits(std::u16string_view text) {
   NSString *string = stringOrNil(text);
-  return string != nil ? string : stringWithUTF8(formats::encodeUTF8(text));
+  return string != nil ? string : stringOrNil(formats::decodeUTF8(formats::encodeUTF8(text)));
 }
 
 NSString *stringWithExactCodeUnits(std::u16string_view text) {
@@ -75,7 +84,8 @@ NSString *stringWithExactCodeUnits(std::u16string_view text) {
 }
 
 NSString *stringWithUTF8(std::string_view bytes) {
-  return stringWithCodeUnits(formats::decodeUTF8(bytes));
+  // Decoded text has no lone surrogates.
+  return stringOrNil(formats::decodeUTF8(bytes));
 }
 
 std::string_view bytesOf(NSData *data) {

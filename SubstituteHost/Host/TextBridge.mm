@@ -4,24 +4,39 @@
 
 namespace host {
 
+namespace {
+
+constexpr char16_t byteOrderMark = 0xFEFF;
+constexpr char16_t byteOrderMarkTurnedRound = 0xFFFE;
+
+// Nil for lone surrogates in GNUstep; Cocoa makes a string of them.
+NSString *stringOrNil(std::u16string_view text) {
+  // GNUstep drops a byte order mark, and turns round the bytes of all others behind one that is
+  // turned round; Cocoa takes either for a character.
+  if (text.starts_with(byteOrderMark) || text.starts_with(byteOrderMarkTurnedRound)) {
+    return [stringOrNil(u' ' + std::u16string(text)) substringFromIndex:1];
+  }
+  return [NSString stringWithCharacters:reinterpret_cast<const unichar *>(text.data())
+                                 length:text.size()];
+}
+
+}  // namespace
+
 NSString *stringFromUTF8(std::string_view bytes) {
-  return stringFromUTF16(formats::decodeUTF8(bytes));
+  // Decoded text has no lone surrogates.
+  return stringOrNil(formats::decodeUTF8(bytes));
 }
 
 NSString *stringFromUTF16(std::u16string_view text) {
-  NSString *string =
-      [NSString stringWithCharacters:reinterpret_cast<const unichar *>(text.data())
-                              length:text.size()];
-  // GNUstep makes no string of a lone surrogate; Cocoa does.
-  return string != nil ? string : stringFromUTF16(formats::decodeUTF8(formats::encodeUTF8(text)));
+  NSString *string = stringOrNil(text);
+  return string != nil ? string : stringFromUTF8(formats::encodeUTF8(text));
 }
 
 std::string utf8(NSString *string) { return formats::encodeUTF8(utf16(string)); }
 
 std::u16string utf16(NSString *string) {
   std::u16string text([string length], u'\0');
-  [string getCharacters:reinterpret_cast<unichar *>(text.data())
-                  range:NSMakeRange(0, text.size())];
+  [string getCharacters:reinterpret_cast<unichar *>(text.data()) range:NSMakeRange(0, text.size())];
   return text;
 }
 

@@ -141,6 +141,32 @@ TEST_F(PreliminaryScan, AbsentPayloadIsAnsweredAsAnEmptyOne) {
   EXPECT_THAT(log_->lines(), IsEmpty());
 }
 
+// Cocoa takes it for a character. GNUstep takes it for the order of all bytes behind it: turned
+// round, what is well-formed becomes other letters, or half a surrogate pair and so no string at
+// all.
+TEST_F(PreliminaryScan, AByteOrderMarkAtTheBeginningIsACharacterOfTheText) {
+  std::vector<std::string> texts;
+  std::vector<std::string> calls;
+  for (const char16_t mark : {u'\uFEFF', u'\uFFFE'}) {
+    for (unsigned unit = 0x80; unit < 0xD800; unit += 0x0F) {
+      texts.push_back(formats::encodeUTF8(std::u16string{mark, static_cast<char16_t>(unit)}));
+      calls.push_back("match " + texts.back());
+    }
+  }
+  std::vector<formats::CitationPair> citations;
+  for (const std::string &text : texts) {
+    citations.push_back({text, ""});
+  }
+  deliver("PRSQ", request(1, citations));
+  EXPECT_EQ(callsOf({"match"}), calls);
+  const auto entries = entriesSent();
+  ASSERT_EQ(entries.size(), texts.size());
+  for (std::size_t index = 0; index < texts.size(); ++index) {
+    ASSERT_EQ(entries[index].first, texts[index]);
+    ASSERT_EQ(entries[index].second, header + record(texts[index]) + trailer);
+  }
+}
+
 TEST_F(PreliminaryScan, EveryCutOfAPayloadIsAnswered) {
   const std::string whole = request(0x01020304, {{"a;b", "x"}, {"verified c", "y"}});
   for (std::size_t length = 0; length <= whole.size(); ++length) {

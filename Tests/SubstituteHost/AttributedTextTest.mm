@@ -169,6 +169,21 @@ TEST_F(AttributedText, PidginRTFOfNothingIsEmpty) {
   EXPECT_EQ(utf8(host::pidginRTF(attributedText({}))), "");
 }
 
+// Behind a mark that is turned round, what is well-formed could be turned into half a pair.
+TEST_F(AttributedText, AByteOrderMarkAtTheBeginningIsACharacterOfTheText) {
+  for (const char16_t mark : {u'\uFEFF', u'\uFFFE'}) {
+    EXPECT_EQ(host::utf16(host::stringFromUTF16(std::u16string(1, mark))), std::u16string(1, mark));
+    for (unsigned unit = 0; unit < 0x10000; ++unit) {
+      if (unit < 0xD800 || unit > 0xDFFF) {
+        const std::u16string text = {mark, static_cast<char16_t>(unit)};
+        ASSERT_EQ(host::utf16(host::stringFromUTF16(text)), text);
+      }
+    }
+    const std::u16string withHalfAPair = {mark, 0xD800, u'a'};
+    EXPECT_EQ(host::utf16(host::stringFromUTF16(withHalfAPair)), (std::u16string{mark, 0xFFFD, u'a'}));
+  }
+}
+
 TEST_F(AttributedText, TextsCrossTheBridgeUnchanged) {
   for (const std::u16string_view text : {std::u16string_view(u""), std::u16string_view(u"a\0b", 3), std::u16string_view(u"ü𝄞")}) {
     EXPECT_EQ(host::utf16(host::stringFromUTF16(text)), text);
