@@ -66,7 +66,7 @@ std::expected<std::string, Failure> citationOfSelection(Timeout timeout) {
     return std::unexpected(
         Failure{Status::brokenDocumentOrReply, "Korvo's answer is broken: " + insertion.error()});
   }
-  return std::string(insertion->citation);
+  return formats::encodeUTF8(formats::decodeUTF8(insertion->citation));
 }
 
 // The citation of a single reference comes without the braces that mark a citation in a document.
@@ -102,7 +102,7 @@ std::expected<void, Failure> insertInto(const InsertOptions::Place &place, Timeo
   if (!written) {
     return std::unexpected(written.error());
   }
-  std::cout << "wrote: " << *output << "\ninserted: " << inserted << '\n';
+  std::cout << "wrote: " << *output << "\ninserted: " << inOneLine(inserted) << '\n';
   return {};
 }
 
@@ -114,7 +114,7 @@ std::expected<void, Failure> insert(const InsertOptions &options, Timeout timeou
   if (!citation) {
     return std::unexpected(citation.error());
   }
-  std::cout << *citation << '\n';
+  std::cout << inOneLine(*citation) << '\n';
   return {};
 }
 

@@ -2,6 +2,7 @@
 
 #include <Formats/CitationResolution.h>
 #include <Formats/CitationText.h>
+#include <Formats/PayloadReader.h>
 #include <Formats/RecordMarkup.h>
 #include <Formats/Unicode.h>
 #include <Formats/VerifiedMarker.h>
@@ -9,9 +10,17 @@
 #include <algorithm>
 #include <utility>
 
+#include "RTF/Escape.h"
+#include "RTF/PlainText.h"
+
 namespace wordprocessor {
 
 namespace {
+
+// What is no UTF-8 becomes U+FFFD: it would swallow the characters that follow it.
+std::string wellFormed(std::string_view text) {
+  return isASCII(text) ? std::string(text) : formats::encodeUTF8(formats::decodeUTF8(text));
+}
 
 std::string countOf(std::size_t count, std::string_view things) {
   return std::to_string(count) + ' ' + std::string(things);
@@ -47,9 +56,10 @@ bool asksToBeHidden(std::string_view citation) {
   return isHidden;
 }
 
+// Nothing that can be seen must not take a citation's place, unless it asks for that.
 bool isFormatted(const FormattedText &text, std::string_view citation) {
   const std::string plain = plainText(text);
-  if (plain.empty()) {
+  if (isBlankText(plain)) {
     return asksToBeHidden(citation);
   }
   return !(plain.starts_with('{') && plain.ends_with('}'));
@@ -64,6 +74,17 @@ std::vector<formats::CitationPair> citationPairs(std::span<const Citation> citat
     pairs.push_back({citation.text, formats::withoutVerifiedMarkers(citation.text)});
   }
   return pairs;
+}
+
+std::optional<std::uint32_t> documentIDOfAnswer(std::string_view payload) {
+  // All of them begin with a reserved word.
+  constexpr std::size_t sizeOfBeginning = 6;
+  if (payload.size() < sizeOfBeginning) {
+    return std::nullopt;
+  }
+  formats::PayloadReader reader(payload);
+  reader.readUInt16();
+  return reader.readUInt32();
 }
 
 std::size_t FormattedCitations::count() const {
@@ -85,9 +106,9 @@ std::expected<FormattedCitations, std::string> readScanReply(std::string_view pa
     return std::unexpected(belongs.error());
   }
   FormattedCitations formatted;
-  formatted.styleName = reply->styleName;
+  formatted.styleName = wellFormed(reply->styleName);
   for (std::size_t index = 0; index < citations.size(); ++index) {
-    auto text = readPidginRTF(reply->groups[index]);
+    auto text = readPidginRTF(wellFormed(reply->groups[index]));
     if (!text) {
       return std::unexpected("scan reply: for {" + citations[index].text + "}: " + text.error());
     }
@@ -119,9 +140,9 @@ std::expected<std::vector<CheckedCitation>, std::string> readCitationResolution(
   std::vector<CheckedCitation> checked;
   for (const formats::ResolvedCitation &resolved : resolution->citations) {
     CheckedCitation &entry = checked.emplace_back();
-    entry.citation = resolved.citation;
+    entry.citation = wellFormed(resolved.citation);
     for (const std::string_view record : formats::tagsInRecordMarkup(resolved.markup)) {
-      entry.records.emplace_back(record);
+      entry.records.push_back(wellFormed(record));
     }
   }
   return checked;

@@ -25,8 +25,12 @@ namespace wordprocessor {
 // citations.
 std::vector<formats::CitationPair> citationPairs(std::span<const Citation> citations);
 
+// The document that an answer to a scan, or a cancellation of one, says it is for; nothing when it
+// is too short to say.
+std::optional<std::uint32_t> documentIDOfAnswer(std::string_view payload);
+
 struct FormattedCitations {
-  std::string styleName;  // UTF-8
+  std::string styleName;  // well-formed UTF-8
   // One for each citation. None where the host formatted nothing: the citation stays as it is.
   std::vector<std::optional<FormattedText>> texts;
   // Nothing if the answer holds none, or none was wanted.
@@ -45,7 +49,7 @@ std::expected<FormattedCitations, std::string> readScanReply(std::string_view pa
 
 // The answer to a preliminary scan: for each citation the parts that the host reads in it.
 struct CheckedCitation {
-  std::string citation;
+  std::string citation;  // well-formed UTF-8, as are the records
   std::vector<std::string> records;
 };
 

@@ -8,6 +8,7 @@
 #include <Formats/FourCharacterCode.h>
 
 #include <chrono>
+#include <cstdint>
 #include <expected>
 #include <functional>
 #include <memory>
@@ -30,6 +31,9 @@ struct Request {
   std::string step;
   // Whether a person may be asked on the host's side, so that there is no end to wait for.
   bool mayAskPerson = false;
+  // Of the document that the request is about. What comes for another one is a late answer to an
+  // earlier process, and passed over.
+  std::optional<std::uint32_t> documentID = std::nullopt;
 };
 
 struct AnswerKind {
@@ -52,7 +56,7 @@ class Host {
   Host(Host &&) = delete;
   Host &operator=(Host &&) = delete;
 
-  // The payload of the answer.
+  // The payload of the first answer that belongs to the request.
   std::expected<std::string, Failure> ask(const Request &request, const AnswerKind &answer);
 
   // For a request that the host may settle without an answer, bringing this process to the

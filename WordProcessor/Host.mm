@@ -10,6 +10,8 @@
 #include <array>
 #include <utility>
 
+#include "Conversation.h"
+#include "LateEvents.h"
 #include "RunLoop.h"
 
 namespace {
@@ -140,6 +142,7 @@ class Host::State {
                                                          const AnswerKind &answer,
                                                          bool endsWithActivation) {
     wanted_ = answer;
+    documentID_ = request.documentID;
     answer_.reset();
     wasCancelled_ = wasActivated_ = hostHasEnded_ = false;
     const platform::ProcessWatch watch(
@@ -195,11 +198,20 @@ class Host::State {
   using Milliseconds = std::chrono::milliseconds;
 
   void receive(const AnswerKind &kind, std::string payload) {
+    if (answer_ || wasCancelled_ || isForAnother(payload)) {
+      return;
+    }
     if (kind == wanted_) {
       answer_ = std::move(payload);
     } else if (kind == cancelKind) {
       wasCancelled_ = true;
     }
+  }
+
+  // One that is too short to say is not.
+  bool isForAnother(std::string_view payload) const {
+    const auto named = documentIDOfAnswer(payload);
+    return documentID_ && named && *named != *documentID_;
   }
 
   std::optional<std::chrono::seconds> timeoutOf(const Request &request) const {
@@ -241,6 +253,7 @@ class Host::State {
   bool isReceiving_ = false;
 
   AnswerKind wanted_;
+  std::optional<std::uint32_t> documentID_;
   std::optional<std::string> answer_;
   bool wasCancelled_ = false;
   bool wasActivated_ = false;

@@ -1,5 +1,7 @@
 #include "Report.h"
 
+#include <Formats/Unicode.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -65,14 +67,22 @@ std::string bibliographyLine(const FormattedCitations &formatted, const Document
 
 }  // namespace
 
+std::string inOneLine(std::string_view text) {
+  std::u16string line = formats::decodeUTF8(text);
+  std::ranges::replace_if(
+      line, [](char16_t unit) { return unit < 0x20 || (unit >= 0x7F && unit < 0xA0); }, u' ');
+  return formats::encodeUTF8(line);
+}
+
 std::string formattingReport(std::string_view outputPath, const FormattedCitations &formatted,
                              const DocumentText &document, bool wantsBibliography) {
-  std::string report = "wrote: " + std::string(outputPath) + "\nstyle: " + formatted.styleName +
+  std::string report = "wrote: " + std::string(outputPath) +
+                       "\nstyle: " + inOneLine(formatted.styleName) +
                        "\nformatted: " + std::to_string(formatted.count()) + " of " +
                        counted(formatted.texts.size(), "citation", "citations") + '\n';
   for (std::size_t index = 0; index < formatted.texts.size(); ++index) {
     if (!formatted.texts[index]) {
-      report += "not formatted: {" + document.citations[index].text + "}\n";
+      report += "not formatted: {" + inOneLine(document.citations[index].text) + "}\n";
     }
   }
   if (wantsBibliography) {
@@ -96,8 +106,8 @@ std::string checkTable(std::span<const CheckedCitation> citations) {
   for (std::size_t index = 0; index < citations.size(); ++index) {
     const std::string number = std::to_string(index + 1);
     table += std::string(numberWidth - number.size(), ' ') + number + "  " +
-             padded(citations[index].citation, citationWidth) + "  " +
-             joined(citations[index].records, " | ") + '\n';
+             padded(inOneLine(citations[index].citation), citationWidth) + "  " +
+             inOneLine(joined(citations[index].records, " | ")) + '\n';
   }
   return table;
 }

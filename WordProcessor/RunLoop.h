@@ -15,9 +15,6 @@ namespace wordprocessor {
 bool runLoopUntil(const std::function<bool()> &condition,
                   std::optional<Progress::Clock::time_point> deadline, Progress &progress);
 
-// Handles what has arrived already, and does not wait for more.
-void handleWhatHasArrived();
-
 // Calls back from the run loop whenever the descriptor can be read.
 class DescriptorWatch {
  public:

@@ -71,18 +71,6 @@ bool runLoopUntil(const std::function<bool()> &condition,
   }
 }
 
-void handleWhatHasArrived() {
-  // One turn of the loop may only take in what the next one handles; one that has no time at all
-  // fires no timers.
-  constexpr int turns = 4;
-  constexpr NSTimeInterval time = 0.001;
-  const platform::AutoreleasePool pool;
-  for (int turn = 0; turn < turns; ++turn) {
-    [[NSRunLoop currentRunLoop] runMode:NSDefaultRunLoopMode
-                             beforeDate:[NSDate dateWithTimeIntervalSinceNow:time]];
-  }
-}
-
 class DescriptorWatch::State {
  public:
   State(int descriptor, std::function<void()> onReadable)

@@ -39,7 +39,7 @@ std::expected<FormattedCitations, Failure> formatByScan(Host &host, const Docume
       formats::request::finalScan,
       formats::encodeFinalScanRequest(documentID, options.wantsBibliography, options.style,
                                       citationPairs(document.text.citations)),
-      "waiting for Korvo to format " + citationsOf(document), true};
+      "waiting for Korvo to format " + citationsOf(document), true, documentID};
   const auto payload = host.ask(request, {formats::mellelSignature, formats::answer::finalScan});
   if (!payload) {
     return std::unexpected(payload.error());
@@ -73,7 +73,7 @@ std::expected<std::vector<CheckedCitation>, Failure> checkCitations(Host &host,
   const Request request{
       formats::request::preliminaryScan,
       formats::encodePreliminaryScanRequest(documentID, citationPairs(document.text.citations)),
-      "waiting for Korvo to look up " + citationsOf(document), false};
+      "waiting for Korvo to look up " + citationsOf(document), false, documentID};
   const auto payload =
       host.ask(request, {formats::mellelSignature, formats::answer::citationResolution});
   if (!payload) {

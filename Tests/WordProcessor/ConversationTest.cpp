@@ -71,6 +71,29 @@ TEST(Conversation, NoTextIsAnAnswerOnlyToCitationsThatAskToBeHidden) {
   EXPECT_TRUE(formatted->texts[4]);
 }
 
+TEST(Conversation, TextThatCannotBeSeenTakesNoCitationsPlace) {
+  const auto formatted = readScanReply(replyWith({"\\u2?", " \\~", "\\u8203?"}), documentID,
+                                       citations({"Smith", "!Smith", "Jones"}), true);
+  ASSERT_TRUE(formatted);
+  EXPECT_FALSE(formatted->texts[0]);
+  EXPECT_TRUE(formatted->texts[1]);
+  EXPECT_FALSE(formatted->texts[2]);
+}
+
+TEST(Conversation, BytesThatAreNoUTF8SwallowNothing) {
+  const auto formatted =
+      readScanReply(replyWith({"(a\xC3)"}), documentID, citations({"Smith"}), true);
+  ASSERT_TRUE(formatted);
+  EXPECT_EQ(plainText(*formatted->texts[0]), "(a\uFFFD)");
+}
+
+TEST(Conversation, AnswersSayWhichDocumentTheyAreForUnlessTheyAreTooShort) {
+  const std::string reply = replyWith({});
+  EXPECT_EQ(documentIDOfAnswer(reply), documentID);
+  EXPECT_EQ(documentIDOfAnswer(reply.substr(0, 6)), documentID);
+  EXPECT_EQ(documentIDOfAnswer(reply.substr(0, 5)), std::nullopt);
+}
+
 TEST(Conversation, BibliographyThatWasNotAskedForIsIgnored) {
   const std::string reply = replyWith({"(A)"}, "{\\rtf1 x}");
   EXPECT_FALSE(readScanReply(reply, documentID, citations({"a"}), false)->bibliography);
@@ -99,6 +122,12 @@ TEST(Report, JSONEscapesWhatItMust) {
             "[\n  {\"citation\": \"a\\\"\\\\\\u0001ü\", \"records\": [\"r1\", \"r2\"]},\n"
             "  {\"citation\": \"b\", \"records\": []}\n]\n");
   EXPECT_EQ(checkJSON({}), "[]\n");
+}
+
+TEST(Report, NothingThatTheHostSendsEndsALineOrCommandsTheTerminal) {
+  EXPECT_EQ(inOneLine("a\nb\x1B[2J\x7F\u009Bc\xFF"), "a b [2J  c\uFFFD");
+  EXPECT_EQ(checkTable(std::vector<CheckedCitation>{{"a\nb", {"c\rd", "\te"}}}),
+            "#  Citation  Looked up as\n1  a b       c d |  e\n");
 }
 
 TEST(Report, TableLinesUpItsColumns) {

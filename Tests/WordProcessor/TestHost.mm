@@ -85,6 +85,18 @@ std::string payloadWritten(Write write) {
   return payload;
 }
 
+void sendResolution(const formats::PreliminaryScanRequest &request, std::uint32_t documentID) {
+  send(formats::mellelSignature, formats::answer::citationResolution,
+       payloadWritten([&](formats::PayloadWriter &writer) {
+         formats::writeCitationResolutionHeader(
+             writer, documentID, static_cast<std::uint32_t>(request.citations.size()));
+         for (const std::string_view citation : request.citations) {
+           writer.writeStringUTF8(citation);
+           writer.writeString(formats::recordMarkupForComponents(formats::decodeUTF8(citation)));
+         }
+       }));
+}
+
 std::string pidginOf(std::string_view citation) {
   if (isScenario("unbalanced")) {
     return "(x}";
@@ -187,16 +199,11 @@ std::string described(std::string_view request, bool wantsBibliography, std::str
     cancel(request.documentID);
     return;
   }
-  const std::uint32_t documentID = request.documentID + (isScenario("other-document") ? 1 : 0);
-  send(formats::mellelSignature, formats::answer::citationResolution,
-       payloadWritten([&](formats::PayloadWriter &writer) {
-         formats::writeCitationResolutionHeader(
-             writer, documentID, static_cast<std::uint32_t>(request.citations.size()));
-         for (const std::string_view citation : request.citations) {
-           writer.writeStringUTF8(citation);
-           writer.writeString(formats::recordMarkupForComponents(formats::decodeUTF8(citation)));
-         }
-       }));
+  if (isScenario("late-answers")) {
+    sendResolution(request, request.documentID + 1);
+    cancel(request.documentID - 1);
+  }
+  sendResolution(request, request.documentID + (isScenario("other-document") ? 1 : 0));
 }
 
 - (void)finalScan:(NSAppleEventDescriptor *)event reply:(NSAppleEventDescriptor *)reply {
@@ -214,9 +221,13 @@ std::string described(std::string_view request, bool wantsBibliography, std::str
   if (isScenario("slow")) {
     usleep(900'000);
   }
-  const std::uint32_t documentID =
-      request.documentID + (isScenario("other-document-later") ? 1 : 0);
-  send(formats::mellelSignature, formats::answer::finalScan, scanReplyTo(request, documentID));
+  if (isScenario("late-answers")) {
+    cancel(request.documentID + 1);
+    send(formats::mellelSignature, formats::answer::finalScan,
+         scanReplyTo(request, request.documentID - 1));
+  }
+  send(formats::mellelSignature, formats::answer::finalScan,
+       scanReplyTo(request, request.documentID));
   activateWordProcessor();
 }
 
