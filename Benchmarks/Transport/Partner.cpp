@@ -7,14 +7,36 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <vector>
 
 namespace benchmarks {
+namespace {
+
+std::vector<pid_t> partners;
+
+void giveUp(const char *what) {
+  std::perror(what);
+  std::exit(1);
+}
+
+void runOn(const cpu_set_t &processors) {
+  // Number 0 is this process.
+  if (sched_setaffinity(0, sizeof processors, &processors) != 0) {
+    giveUp("sched_setaffinity");
+  }
+  for (const pid_t partner : partners) {
+    if (sched_setaffinity(partner, sizeof processors, &processors) != 0) {
+      giveUp("sched_setaffinity");
+    }
+  }
+}
+
+}  // namespace
 
 Partner::Partner(const std::function<void(const std::function<void()> &ready)> &serve) {
   int ends[2];
   if (pipe(ends) != 0) {
-    std::perror("pipe");
-    std::exit(1);
+    giveUp("pipe");
   }
   number_ = fork();
   if (number_ == 0) {
@@ -36,11 +58,25 @@ Partner::Partner(const std::function<void(const std::function<void()> &ready)> &
     std::exit(1);
   }
   close(ends[0]);
+  partners.push_back(number_);
 }
 
 Partner::~Partner() {
+  std::erase(partners, number_);
   kill(number_, SIGKILL);
   waitpid(number_, nullptr, 0);
 }
+
+OneProcessor::OneProcessor() {
+  cpu_set_t one;
+  CPU_ZERO(&one);
+  CPU_SET(sched_getcpu(), &one);
+  if (sched_getaffinity(0, sizeof before_, &before_) != 0) {
+    giveUp("sched_getaffinity");
+  }
+  runOn(one);
+}
+
+OneProcessor::~OneProcessor() { runOn(before_); }
 
 }  // namespace benchmarks

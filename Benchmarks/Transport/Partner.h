@@ -1,6 +1,7 @@
 // The other process of a measurement: a fork of this one that serves until it is ended.
 #pragma once
 
+#include <sched.h>
 #include <sys/types.h>
 
 #include <functional>
@@ -19,6 +20,18 @@ class Partner {
 
  private:
   pid_t number_ = -1;
+};
+
+/// As long as there is one, this process and all its partners run on one processor.
+class OneProcessor {
+ public:
+  OneProcessor();
+  ~OneProcessor();
+  OneProcessor(const OneProcessor &) = delete;
+  OneProcessor &operator=(const OneProcessor &) = delete;
+
+ private:
+  cpu_set_t before_{};
 };
 
 }  // namespace benchmarks

@@ -12,12 +12,11 @@ namespace platform {
 namespace {
 
 using namespace std::chrono_literals;
-using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds firstPause = 250ms;
 constexpr std::chrono::milliseconds longestPause = 4s;
 /// So that a flood of messages leaves the run loop time for other things.
-constexpr int messagesInOneTurn = 1000;
+constexpr std::chrono::milliseconds longestReading = 10ms;
 
 constexpr char driverName[] = "org.freedesktop.DBus";
 constexpr char driverPath[] = "/org/freedesktop/DBus";
@@ -54,8 +53,8 @@ std::expected<sd_bus *, OSStatus> BusConnection::open() {
   if (bus_ != nullptr && !hasHungUp()) {
     return bus_.get();
   }
-  // What arrived before the bus went away is still to be had.
-  processWaiting();
+  // What arrived before the bus went away is still to be had, and has an end.
+  processWaiting(Clock::time_point::max());
   drop();
   sd_bus *opened = nullptr;
   const char *uniqueName = nullptr;
@@ -142,10 +141,14 @@ std::expected<Message, OSStatus> BusConnection::call(sd_bus_message *message,
     return std::unexpected(OSStatus{connectionInvalid});
   }
   const Slot awaited(slot);
+  // The answer is not there yet when the question has just left: to look would be in vain.
+  int result = 0;
   while (reply.message == nullptr) {
-    int result = sd_bus_process(bus, nullptr);
-    if (result == 0 && reply.message == nullptr) {
+    if (result == 0) {
       result = sd_bus_wait(bus, UINT64_MAX);
+    }
+    if (result >= 0 || result == -EINTR) {
+      result = sd_bus_process(bus, nullptr);
     }
     if (result < 0 && result != -EINTR) {
       drop();
@@ -179,7 +182,7 @@ std::expected<Message, OSStatus> BusConnection::askOn(sd_bus *bus, const char *m
 
 std::expected<NameOwners *, OSStatus> BusConnection::owners() {
   // What the bus has told and nobody has read yet counts.
-  processWaiting();
+  processWaiting(Clock::now() + longestReading);
   const auto bus = open();
   if (!bus) {
     return std::unexpected(bus.error());
@@ -267,19 +270,19 @@ void BusConnection::arm() {
 
 void BusConnection::runLoopTurn() {
   willRunTasks_ = true;
-  processWaiting();
+  processWaiting(Clock::now() + longestReading);
   willRunTasks_ = false;
   runTasks();
   arm();
 }
 
-void BusConnection::processWaiting() {
-  for (int count = 0; bus_ != nullptr && count < messagesInOneTurn; ++count) {
+void BusConnection::processWaiting(Clock::time_point until) {
+  while (bus_ != nullptr) {
     const int result = sd_bus_process(bus_.get(), nullptr);
     if (result < 0) {
       drop();
     }
-    if (result <= 0) {
+    if (result <= 0 || Clock::now() >= until) {
       return;
     }
   }

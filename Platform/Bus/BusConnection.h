@@ -75,6 +75,8 @@ class BusConnection {
   void arm();
 
  private:
+  using Clock = std::chrono::steady_clock;
+
   BusConnection();
 
   /// Who owns what, on the connection that there is now.
@@ -83,7 +85,8 @@ class BusConnection {
   void settle(bool isAnswered);
 
   void runLoopTurn();
-  void processWaiting();
+  /// Takes in all that has arrived, but starts with no further message at that moment.
+  void processWaiting(Clock::time_point until);
   void runTasks();
   void reconnect();
   void drop();

@@ -153,7 +153,7 @@ int EventReceiver::activateArrived(sd_bus_message *message, void *self, sd_bus_e
 
 OSStatus EventReceiver::receive(const Message &request) {
   IncomingEvent event;
-  if (sd_bus_message_read(request.get(), "uu", &event.eventClass, &event.eventID) < 0) {
+  if (!readNumber(request.get(), event.eventClass) || !readNumber(request.get(), event.eventID)) {
     return errAECorruptData;
   }
   auto parameters = readParameters(request, largestInboxSize);

@@ -1,8 +1,8 @@
 #include <Platform/Bus/ParameterCodec.h>
 #include <Platform/SealedMemoryFile.h>
 
+#include <cerrno>
 #include <memory>
-#include <string_view>
 #include <utility>
 
 namespace platform {
@@ -95,22 +95,31 @@ std::expected<SharedBytes, OSStatus> readFile(const Message &message, std::size_
   return SharedBytes(std::make_shared<const SealedMemoryFile>(*std::move(file)));
 }
 
+/// Enters a parameter's data. Nearly all of them are bytes, so to ask first would be in vain.
+std::expected<bool, OSStatus> enterBytesElseFile(sd_bus_message *message) {
+  for (const bool isBytes : {true, false}) {
+    const int entered = sd_bus_message_enter_container(message, 'v', isBytes ? "ay" : "h");
+    if (entered > 0) {
+      return isBytes;
+    }
+    // That the contents are others.
+    if (entered != -ENXIO) {
+      return std::unexpected(OSStatus{errAECorruptData});
+    }
+  }
+  return std::unexpected(OSStatus{errAEWrongDataType});
+}
+
 std::expected<Parameter, OSStatus> readParameter(const Message &message, std::size_t largestSize) {
   Parameter parameter;
-  const char *contents = nullptr;
-  char type = 0;
-  if (sd_bus_message_read(message.get(), "uu", &parameter.keyword, &parameter.type) < 0 ||
-      sd_bus_message_peek_type(message.get(), &type, &contents) <= 0 || contents == nullptr) {
+  if (!readNumber(message.get(), parameter.keyword) || !readNumber(message.get(), parameter.type)) {
     return std::unexpected(OSStatus{errAECorruptData});
   }
-  const bool isBytes = std::string_view(contents) == "ay";
-  if (!isBytes && std::string_view(contents) != "h") {
-    return std::unexpected(OSStatus{errAEWrongDataType});
+  const auto isBytes = enterBytesElseFile(message.get());
+  if (!isBytes) {
+    return std::unexpected(isBytes.error());
   }
-  if (sd_bus_message_enter_container(message.get(), 'v', contents) < 0) {
-    return std::unexpected(OSStatus{errAECorruptData});
-  }
-  auto data = isBytes ? readBytes(message) : readFile(message, largestSize);
+  auto data = *isBytes ? readBytes(message) : readFile(message, largestSize);
   if (!data) {
     return std::unexpected(data.error());
   }
@@ -122,6 +131,10 @@ std::expected<Parameter, OSStatus> readParameter(const Message &message, std::si
 }
 
 }  // namespace
+
+bool readNumber(sd_bus_message *message, std::uint32_t &number) {
+  return sd_bus_message_read_basic(message, 'u', &number) > 0;
+}
 
 std::expected<void, OSStatus> appendParameters(sd_bus_message *message,
                                                const Parameters &parameters) {

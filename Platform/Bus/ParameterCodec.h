@@ -12,6 +12,7 @@
 #include <Platform/Bus/BusHandles.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <expected>
 
 namespace platform {
@@ -21,6 +22,10 @@ inline constexpr char parametersSignature[] = "a(uuv)";
 /// Appends the parameters. memFullErr when they do not fit into one message.
 std::expected<void, OSStatus> appendParameters(sd_bus_message *message,
                                                const Parameters &parameters);
+
+/// Reads an unsigned 32-bit number from where the message's reader stands. False when there is
+/// none.
+bool readNumber(sd_bus_message *message, std::uint32_t &number);
 
 /// Reads the parameters from where the message's reader stands. Their bytes stay in the message or
 /// the file and keep it alive. errAEWrongDataType for data that is neither bytes nor a file;

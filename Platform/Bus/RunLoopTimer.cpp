@@ -10,11 +10,7 @@ namespace platform {
 
 RunLoopTimer::RunLoopTimer(std::function<void()> onTime)
     : descriptor_(timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK)),
-      onTime_(std::move(onTime)) {
-  if (isUsable()) {
-    watch_.emplace(descriptor_, [this] { fire(); });
-  }
-}
+      onTime_(std::move(onTime)) {}
 
 RunLoopTimer::~RunLoopTimer() {
   watch_.reset();
@@ -31,6 +27,9 @@ void RunLoopTimer::callAfter(std::chrono::microseconds delay) {
     return;
   }
   due_ = due;
+  if (!watch_ && isUsable()) {
+    watch_.emplace(descriptor_, [this] { fire(); });
+  }
   // A time of nothing would stop the timer.
   set(std::max<std::chrono::nanoseconds>(delay, std::chrono::nanoseconds(1)));
 }
@@ -55,6 +54,7 @@ void RunLoopTimer::fire() {
   // Nothing to read when it was set anew since the run loop saw it.
   if (read(descriptor_, &expirations, sizeof expirations) == sizeof expirations) {
     due_.reset();
+    watch_.reset();
     onTime_();
   }
 }

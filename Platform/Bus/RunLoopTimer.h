@@ -13,7 +13,7 @@
 
 namespace platform {
 
-/// Calls from the run loop that was current when it was made.
+/// Calls from the run loop that was current when it was told to.
 class RunLoopTimer {
  public:
   explicit RunLoopTimer(std::function<void()> onTime);
@@ -39,6 +39,8 @@ class RunLoopTimer {
   /// its timer several times for each message, nearly always to what it is.
   std::optional<Clock::time_point> due_;
   std::function<void()> onTime_;
+  /// From the first call to be made until one is: each descriptor makes every turn of the run loop
+  /// longer.
   std::optional<RunLoopDescriptor> watch_;
 };
 

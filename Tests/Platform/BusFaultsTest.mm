@@ -28,6 +28,22 @@ std::string received;
 @interface BusFaultsHandler : NSObject
 @end
 
+/// Counts the calls of a timer.
+@interface BusFaultsClock : NSObject {
+ @public
+  int _ticks;
+}
+@end
+
+@implementation BusFaultsClock
+
+- (void)tick:(NSTimer *)timer {
+  (void)timer;
+  ++_ticks;
+}
+
+@end
+
 @implementation BusFaultsHandler
 
 - (void)echo:(NSAppleEventDescriptor *)event reply:(NSAppleEventDescriptor *)reply {
@@ -174,6 +190,31 @@ TEST_F(BusFaults, WhereEverythingFailsFromSomeCallOnTheNextEventGoesThroughAllTh
     expectServed();
   }
   EXPECT_EQ(openDescriptors(), descriptors);
+}
+
+// A turn that takes in all that comes lasts four seconds here, one of a thousand messages two.
+TEST_F(BusFaults, AFloodOfMessagesLeavesTheRunLoopTimeForOtherThings) {
+  received.clear();
+  ASSERT_EQ(platform::startReceivingAppleEvents(testSignature, {}), noErr);
+  BusFaultsClock *clock = [[[BusFaultsClock alloc] init] autorelease];
+  NSTimer *timer = [NSTimer scheduledTimerWithTimeInterval:0.001
+                                                    target:clock
+                                                  selector:@selector(tick:)
+                                                  userInfo:nil
+                                                   repeats:YES];
+  // What comes back waits at the socket for the first turn.
+  ASSERT_EQ(sendOneWay(peerSignature, askBackEvent, "asked back"), noErr);
+  {
+    const BusFlood flood(2ms);
+    EXPECT_TRUE(runUntil([&] { return flood.count() > 0; }));
+    const int before = clock->_ticks;
+    EXPECT_TRUE(runUntil([&] { return clock->_ticks >= before + 5; }, 1s));
+    EXPECT_GE(flood.count(), 10U);
+  }
+  [timer invalidate];
+  EXPECT_TRUE(runUntil([] { return !received.empty(); }));
+  EXPECT_EQ(received, "asked back");
+  platform::stopReceivingAppleEvents();
 }
 
 }  // namespace

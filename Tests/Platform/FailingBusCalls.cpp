@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <cstdarg>
+#include <thread>
 #include <type_traits>
 #include <utility>
 
@@ -16,6 +17,7 @@ namespace platform_test {
 namespace {
 
 BusFault *current = nullptr;
+BusFlood *currentFlood = nullptr;
 
 int errorOf(const char *call) { return current == nullptr ? 0 : current->errorOf(call); }
 
@@ -62,6 +64,21 @@ int BusFault::errorOf(const char *function) {
   return isStruck ? error_ : 0;
 }
 
+BusFlood::BusFlood(std::chrono::microseconds timeForEach) : timeForEach_(timeForEach) {
+  currentFlood = this;
+}
+
+BusFlood::~BusFlood() { currentFlood = nullptr; }
+
+bool BusFlood::takeOne() {
+  if (count_ == 2000) {
+    return false;
+  }
+  std::this_thread::sleep_for(timeForEach_);
+  ++count_;
+  return true;
+}
+
 #pragma GCC visibility push(default)
 extern "C" {
 
@@ -94,6 +111,9 @@ int sd_bus_send(sd_bus *bus, sd_bus_message *message, std::uint64_t *cookie) {
 }
 int sd_bus_flush(sd_bus *bus) { return onBus(__func__, sd_bus_flush, bus); }
 int sd_bus_process(sd_bus *bus, sd_bus_message **message) {
+  if (currentFlood != nullptr && currentFlood->takeOne()) {
+    return 1;
+  }
   return onBus(__func__, sd_bus_process, bus, message);
 }
 int sd_bus_wait(sd_bus *bus, std::uint64_t timeOut) {
@@ -135,9 +155,6 @@ int sd_bus_message_append_array(sd_bus_message *message, char type, const void *
 }
 int sd_bus_message_append_basic(sd_bus_message *message, char type, const void *value) {
   return onBus(__func__, sd_bus_message_append_basic, message, type, value);
-}
-int sd_bus_message_peek_type(sd_bus_message *message, char *type, const char **contents) {
-  return onBus(__func__, sd_bus_message_peek_type, message, type, contents);
 }
 int sd_bus_message_read_array(sd_bus_message *message, char type, const void **bytes,
                               std::size_t *size) {

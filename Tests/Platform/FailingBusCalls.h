@@ -6,6 +6,7 @@
 // instead. One thread, one BusFault at a time.
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <map>
 #include <string>
@@ -42,6 +43,26 @@ class BusFault {
   std::map<std::string, std::size_t> calls_;
   std::size_t callsOfAll_ = 0;
   bool hasStruck_ = false;
+};
+
+// While one lives, messages come without end: to take in one takes that long, and then there is
+// another one. Ends all the same after 2,000, for who would wait for it.
+class BusFlood {
+ public:
+  explicit BusFlood(std::chrono::microseconds timeForEach);
+  ~BusFlood();
+  BusFlood(const BusFlood &) = delete;
+  BusFlood &operator=(const BusFlood &) = delete;
+
+  // Messages taken in so far.
+  std::size_t count() const { return count_; }
+
+  // For the replaced function: whether there was another one.
+  bool takeOne();
+
+ private:
+  std::chrono::microseconds timeForEach_;
+  std::size_t count_ = 0;
 };
 
 }  // namespace platform_test
