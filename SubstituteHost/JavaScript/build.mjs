@@ -10,9 +10,9 @@ if (!directory) {
   process.exit(2);
 }
 
-// Citations/nameRegister.js and hotPaths.js stand in for parts of citeproc-js, and recalling.js
-// lists what its printing reads. Another version has to be compared with all three before it is
-// named here; then EngineTest's long run of edits shows whether they still agree (see
+// Citations/nameRegister.js and hotPaths.js stand in for parts of citeproc-js; recalling.js and
+// numbering.js list what its printing reads. Another version has to be compared with all four before
+// it is named here; then EngineTest's long run of edits shows whether they still agree (see
 // EngineEditsTest.cpp).
 const citeprocKnown = "2.4.63";
 const citeproc = new URL("node_modules/citeproc/package.json", import.meta.url);

@@ -19,6 +19,8 @@ class StyleMemory {
   places = makePlaces();
   // Whether sort keys hold the date of what was printed before (see recalling.js).
   sortsByDateLeft = false;
+  // Whether works' numbers are printed as something else than digits (see numbering.js).
+  hasOtherNumbers = false;
   #texts = new Map();
 
   get size() {
@@ -27,10 +29,11 @@ class StyleMemory {
 
   // What `print` returns, or what it has returned in the same circumstances. `effects` is
   // asked after a printing for what the next one needs to know; undefined: not to be
-  // remembered. The ids are those of the items that the key speaks of, in its order.
-  recall(register, key, ids, { print, effects, restore }) {
+  // remembered. `fits` tells of such effects whether the key has left something out. The ids
+  // are those of the items that the key speaks of, in its order.
+  recall(register, key, ids, { print, effects, fits, restore }) {
     const known = this.#texts.get(key);
-    if (known && register.replay(known.events, ids)) {
+    if (known && fits(known.effects) && register.replay(known.events, ids)) {
       restore(known.effects);
       return known.text;
     }

@@ -4,30 +4,31 @@
 // A key holds whatever citeproc-js reads while it prints that kind of text, apart from the
 // register of names: the item by the number of its content, its standing in the engine's
 // registry, the cite, and what one printing leaves behind for the next in the engine's scratch
-// values. The effects are what it leaves behind.
+// values. The effects are what it leaves behind. The works' own numbers are left out where they
+// are filled in afterwards (see numbering.js).
 import CSL from "citeproc";
 
 import { NameRegister } from "./nameRegister.js";
+import { fillHoles, Holes, mayHaveHoles, printWithHoles, shapeOf } from "./numbering.js";
 
 // What a style says of itself by the words it contains: it cannot print what it does not name.
 function numbersReadBy(style) {
   return {
-    seq: style.includes("citation-number"),
+    number: style.includes("citation-number"),
     note: style.includes("first-reference-note-number"),
     count: style.includes("check-ambiguity-and-backreference"),
   };
 }
 
-// The fields of an item's place in the registry that printing reads.
+// The fields of an item's place in the registry that printing reads, apart from its number.
 function standing(engine, id, reads) {
   const place = engine.registry.registry[id];
   if (!place) {
     return "";
   }
-  const number = reads.seq ? place.seq : "";
   const note = reads.note ? place["first-reference-note-number"] : "";
   const isCitedAgain = reads.count && place["citation-count"] > 1;
-  return `${number};${note};${isCitedAgain};${describe(place.disambig)}`;
+  return `${note};${isCitedAgain};${describe(place.disambig)}`;
 }
 
 function describe(config) {
@@ -163,7 +164,11 @@ class Recall {
     return standing(this.#engine, id, this.#reads);
   }
 
-  #recall(key, ids, { print, effects, restore }) {
+  #numberOf(id) {
+    return this.#engine.registry.registry[id]?.seq;
+  }
+
+  #recall(key, ids, { print, effects, fits = () => true, restore }) {
     const engine = this.#engine;
     const fullKey = `${key};${describeScratch(engine)}`;
     return this.#memory.recall(this.#register, fullKey, ids, {
@@ -172,11 +177,38 @@ class Recall {
         const own = effects();
         return own && { own, scratch: scratchOf(engine) };
       },
+      fits: ({ own }) => fits(own),
       restore: ({ own, scratch }) => {
         restore(own);
         restoreScratch(engine, scratch);
       },
     });
+  }
+
+  // The same for what may hold the numbers of the items. `fill` puts them in place of the holes
+  // in what `print` gives.
+  #recallNumbered(key, ids, { print, effects, restore, fill }) {
+    if (!this.#reads.number) {
+      return this.#recall(key, ids, { print, effects, restore });
+    }
+    const memory = this.#memory;
+    const numbers = ids.map((id) => this.#numberOf(id));
+    const { citation_number_map } = this.#engine.bibliography_sort.tmp;
+    if (memory.hasOtherNumbers || citation_number_map || !mayHaveHoles(numbers)) {
+      return this.#recall(`${key};${numbers}`, ids, { print, effects, restore });
+    }
+    const holes = new Holes(ids, numbers);
+    const text = this.#recall(`${key};${shapeOf(numbers)}`, ids, {
+      print: () => printWithHoles(this.#engine, holes, print),
+      effects: () => {
+        memory.hasOtherNumbers ||= !holes.areComplete;
+        const own = holes.areComplete && effects();
+        return own ? { own, holes } : undefined;
+      },
+      fits: (known) => known.holes.fit(numbers),
+      restore: ({ own }) => restore(own),
+    });
+    return fill(text, numbers);
   }
 
   // The first printing in an engine also finds out in which direction numbers are sorted.
@@ -192,7 +224,8 @@ class Recall {
     const left = donesies?.length;
     const readsDate = () => engine.tmp.donesies !== donesies || donesies?.length !== left;
     const knowsDate = this.#memory.sortsByDateLeft;
-    const key = `s;${area};${this.#numbers.get(item.id)};${this.#standing(item.id)}`;
+    const number = this.#reads.number ? this.#numberOf(item.id) : "";
+    const key = `s;${area};${this.#numbers.get(item.id)};${number};${this.#standing(item.id)}`;
     const keys = this.#recall(
       knowsDate ? `${key};${JSON.stringify(dates)}` : key,
       [item.id],
@@ -281,7 +314,7 @@ class Recall {
       ].join(";"),
     );
     const key = ["c", citation.options, ...cites].join("\u0000");
-    return this.#recall(key, ids, {
+    return this.#recallNumbered(key, ids, {
       print,
       effects: () => ({
         configs: ids.map((id, index) =>
@@ -297,6 +330,7 @@ class Recall {
           }
         });
       },
+      fill: fillHoles,
     });
   }
 
@@ -312,12 +346,16 @@ class Recall {
     const place = engine.registry.registry[id];
     const before = this.#standing(id);
     const key = ["b", this.#numbers.get(id), before, JSON.stringify(lastName)].join(";");
-    return this.#recall(key, [id], {
+    return this.#recallNumbered(key, [id], {
       print,
       effects: () => (this.#standing(id) === before ? { offset: place.offset } : undefined),
       restore: ({ offset }) => {
         place.offset = offset;
       },
+      fill: ({ text, ...others }, numbers) => ({
+        text: text && fillHoles(text, numbers),
+        ...others,
+      }),
     });
   }
 }
