@@ -124,15 +124,12 @@ class Extractor {
   // a brace.
   void keepApostrophes(std::u16string_view words) {
     constexpr std::u16string_view apostrophe = u"rquote";
-    while (words.size() > apostrophe.size()) {
+    while (words.size() >= apostrophe.size()) {
       const std::size_t length = std::min(words.find(u'\\'), words.size());
       if (words.substr(0, length) == apostrophe) {
         *output_++ = u'\'';
       }
       words.remove_prefix(std::min(length + 1, words.size()));
-    }
-    if (words == apostrophe) {
-      *output_++ = u'\'';
     }
   }
 

@@ -66,10 +66,10 @@ constexpr auto numberOpenings = [] {
   return openings;
 }();
 
-// "000 001 002 ", up to 999, and two units more: who wants a number without its leading
-// zeros copies four units from a later one on.
+// "000 001 002 ", up to 999. Who wants a number without its leading zeros copies four units from a
+// later one on.
 constexpr auto threeDigitsAndBlank = [] {
-  std::array<char16_t, 4 * 1000 + 2> digits{};
+  std::array<char16_t, 4 * 1000> digits{};
   for (std::size_t number = 0; number < 1000; ++number) {
     digits[4 * number] = static_cast<char16_t>(u'0' + number / 100);
     digits[4 * number + 1] = static_cast<char16_t>(u'0' + number / 10 % 10);

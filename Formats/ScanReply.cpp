@@ -44,9 +44,8 @@ std::expected<ScanReply, std::string> decodeScanReply(std::string_view payload) 
   }
   if ((flags & bibliographyFlag) != 0) {
     reply.bibliography = reader.readRest();
-  } else {
-    reader.expectEnd();
   }
+  reader.expectEnd();
   if (reader.failed()) {
     return std::unexpected(reader.error());
   }

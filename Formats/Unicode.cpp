@@ -25,20 +25,20 @@ struct LeadByte {
 };
 
 LeadByte leadByte(std::uint8_t byte) {
-  if (byte >= 0xC2 && byte <= 0xDF) {
+  if (byte < 0xC2 || byte > 0xF4) {
+    return {0};
+  }
+  if (byte < 0xE0) {
     return {1};
   }
-  if (byte >= 0xE0 && byte <= 0xEF) {
+  if (byte < 0xF0) {
     const std::uint8_t low = byte == 0xE0 ? 0xA0 : 0x80;
     const std::uint8_t high = byte == 0xED ? 0x9F : 0xBF;
     return {2, low, high};
   }
-  if (byte >= 0xF0 && byte <= 0xF4) {
-    const std::uint8_t low = byte == 0xF0 ? 0x90 : 0x80;
-    const std::uint8_t high = byte == 0xF4 ? 0x8F : 0xBF;
-    return {3, low, high};
-  }
-  return {0};
+  const std::uint8_t low = byte == 0xF0 ? 0x90 : 0x80;
+  const std::uint8_t high = byte == 0xF4 ? 0x8F : 0xBF;
+  return {3, low, high};
 }
 
 // Decodes the sequence that starts at the position with a byte above 7F and moves the position
@@ -97,7 +97,7 @@ std::size_t storeUTF8(char32_t codePoint, char *output) {
     output[index] = static_cast<char>(0x80 | (codePoint & 0x3F));
     codePoint >>= 6;
   }
-  const char32_t lengthMark = length == 1 ? 0 : 0xF00u >> length & 0xFF;
+  const char32_t lengthMark = length == 1 ? 0 : 0xF00u >> length;
   output[0] = static_cast<char>(lengthMark | codePoint);
   return length;
 }

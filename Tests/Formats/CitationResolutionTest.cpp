@@ -108,4 +108,10 @@ TEST(CitationResolution, NoBitFlipReadsOutsideThePayload) {
   EXPECT_GT(accepted, 0u);
 }
 
+TEST(CitationResolution, AListOfCitationsTakesNoMoreMemoryThanItNeeds) {
+  const auto resolution = decodeCitationResolution(encode(7, threeCitations));
+  ASSERT_TRUE(resolution);
+  EXPECT_EQ(resolution->citations.capacity(), threeCitations.size());
+}
+
 }  // namespace

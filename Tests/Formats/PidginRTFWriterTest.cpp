@@ -364,4 +364,16 @@ TEST(PidginRTFWriter, RunsAndSingleUnitsYieldTheSame) {
   });
 }
 
+// A text that is announced needs no second, larger piece of memory while it is written.
+TEST(PidginRTFWriter, AnAnnouncedTextTakesLittleMoreMemoryThanItNeeds) {
+  constexpr std::size_t length = 1000;
+  PidginRTFWriter writer(length);
+  for (std::size_t index = 0; index < length; ++index) {
+    writer.append(u'a', {.italic = true});
+  }
+  const std::u16string rtf = writer.finish();
+  EXPECT_GE(rtf.size(), length);
+  EXPECT_LT(rtf.capacity(), length + length / 10);
+}
+
 }  // namespace

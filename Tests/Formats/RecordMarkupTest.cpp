@@ -119,4 +119,18 @@ TEST(RecordMarkup, TagsAreTheComponentsWithoutMarkers) {
       });
 }
 
+// Memory is asked for once: what grows takes up to twice as much as it needs.
+TEST(RecordMarkup, TakesNoMoreMemoryThanItNeeds) {
+  constexpr std::size_t roundedUp = 16;  // as some libraries do
+  for (std::size_t length = 1; length < 1000; length += 37) {
+    const std::u16string citation(length, u'a');
+    const std::u16string ofComponents = recordMarkupForComponents(citation);
+    EXPECT_LT(ofComponents.capacity(), ofComponents.size() + roundedUp) << length;
+    const std::u16string ofInsertion = recordMarkupForInsertion(citation);
+    EXPECT_LT(ofInsertion.capacity(), ofInsertion.size() + roundedUp) << length;
+  }
+  const std::u16string ofTwo = recordMarkupForComponents(u"a;b");
+  EXPECT_LT(ofTwo.capacity(), ofTwo.size() + roundedUp);
+}
+
 }  // namespace

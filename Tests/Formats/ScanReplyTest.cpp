@@ -160,4 +160,10 @@ TEST(ScanReply, NoBitFlipReadsOutsideThePayload) {
   EXPECT_GT(accepted, 0u);
 }
 
+TEST(ScanReply, AListOfGroupsTakesNoMoreMemoryThanItNeeds) {
+  const auto reply = decodeScanReply(encode({.groups = {u"a", u"b", u"c"}}));
+  ASSERT_TRUE(reply);
+  EXPECT_EQ(reply->groups.capacity(), 3u);
+}
+
 }  // namespace

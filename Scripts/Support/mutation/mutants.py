@@ -50,6 +50,7 @@ class Mutant:
     replacement: str
     before: str  # the lines touched, blanks squeezed
     after: str
+    context: str  # the line before these
 
     def apply(self, source):
         return source[: self.start] + self.replacement + source[self.end :]
@@ -108,6 +109,7 @@ class _Maker:
                 replacement,
                 squeezed(self.source[left:right]),
                 squeezed(self.source[left:start] + replacement + self.source[end:right]),
+                squeezed(self.source[self.source.rfind("\n", 0, max(left - 1, 0)) + 1 : left]),
             )
         )
 
