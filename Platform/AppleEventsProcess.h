@@ -2,7 +2,8 @@
 // and does in its event loop, a process here declares by a call.
 //
 // Everything is for the main thread, whose NSRunLoop must run (in the default, the modal-panel or
-// the event-tracking mode) for events to arrive. Foundation suffices; no AppKit, no display.
+// the event-tracking mode) for events to arrive. Foundation suffices; no AppKit, no display. A tool
+// that links PlatformWithoutCocoa has the run loop and the handlers of Platform/WithoutCocoa.
 #pragma once
 
 #include <ApplicationServices/MacErrors.h>

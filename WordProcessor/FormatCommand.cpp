@@ -1,5 +1,6 @@
 #include "FormatCommand.h"
 
+#include <Platform/Bus/RunLoop.h>
 #include <signal.h>
 #include <unistd.h>
 
@@ -58,8 +59,8 @@ class WatchedDocument {
       return first;
     }
     bool wasSaved = false;
-    const DescriptorWatch descriptorWatch(watch->descriptor(),
-                                          [&] { wasSaved = watch->wasSaved() || wasSaved; });
+    const platform::RunLoopDescriptor descriptorWatch(
+        watch->descriptor(), [&] { wasSaved = watch->wasSaved() || wasSaved; });
     for (;;) {
       runLoopUntil([&] { return wasSaved; }, std::nullopt, progress_);
       const Clock::time_point begin = Clock::now();

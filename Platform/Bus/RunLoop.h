@@ -1,6 +1,7 @@
 // What the bus needs of the run loop: to be called when a descriptor is ready, in the modes that an
 // application's main thread runs (default, modal panel, event tracking). No thread, no polling, and
-// nothing of AppKit.
+// nothing of AppKit. Who links the platform decides whether this is Cocoa's run loop or the one of
+// Platform/WithoutCocoa.
 #pragma once
 
 #include <functional>

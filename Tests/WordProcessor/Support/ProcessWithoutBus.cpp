@@ -45,7 +45,7 @@ bool ProcessWatch::isRunning() const { return true; }
 namespace wordprocessor {
 
 // Nothing arrives by itself.
-void handleWhatHasArrived() {}
+void handleLateEvents(const std::function<bool()> &) {}
 
 }  // namespace wordprocessor
 

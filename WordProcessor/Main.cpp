@@ -1,6 +1,4 @@
 // The process `mellel`: one command, one exit status, one line where something is wrong.
-#include <Platform/AutoreleasePool.h>
-
 #include <csignal>
 #include <iostream>
 #include <string>
@@ -22,7 +20,6 @@ int main(int argc, char *argv[]) {
   // A copy that the limits of the user do not allow is a failed write, to be told and cleaned up
   // after.
   std::signal(SIGXFSZ, SIG_IGN);
-  const platform::AutoreleasePool pool;
   const auto options = wordprocessor::parseOptions({argv + 1, argv + argc});
   if (!options) {
     return tell({Status::wrongUsage, options.error()});

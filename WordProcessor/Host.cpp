@@ -1,11 +1,9 @@
 #include "Host.h"
 
-#import <Foundation/Foundation.h>
-
-#import <ApplicationServices/ApplicationServices.h>
+#include <ApplicationServices/ApplicationServices.h>
 #include <Formats/EventTable.h>
 #include <Platform/AppleEventsProcess.h>
-#include <Platform/AutoreleasePool.h>
+#include <Platform/WithoutCocoa/EventHandlers.h>
 
 #include <array>
 #include <utility>
@@ -13,29 +11,6 @@
 #include "Conversation.h"
 #include "LateEvents.h"
 #include "RunLoop.h"
-
-namespace {
-
-using ReceivedEvent = std::function<void(const wordprocessor::AnswerKind &, std::string)>;
-
-std::string bytesOf(NSAppleEventDescriptor *descriptor) {
-  NSData *const data = [descriptor data];
-  return data == nil ? std::string()
-                     : std::string(static_cast<const char *>([data bytes]), [data length]);
-}
-
-}  // namespace
-
-// The event manager wants an object; it passes on to the callback, which it borrows.
-@interface AnswerReceiver : NSObject {
- @private
-  const void *_onEvent;
-}
-- (instancetype)initWithCallback:(const ReceivedEvent *)onEvent;
-- (void)install;
-- (void)remove;
-- (void)handleEvent:(NSAppleEventDescriptor *)event withReplyEvent:(NSAppleEventDescriptor *)reply;
-@end
 
 namespace wordprocessor {
 
@@ -88,6 +63,26 @@ class Descriptor {
   AEDesc descriptor_{};
 };
 
+// Nothing for an event without one.
+std::string directObjectOf(const platform::IncomingEvent &event) {
+  const platform::Parameter *parameter = platform::findParameter(event.parameters, keyDirectObject);
+  if (parameter == nullptr) {
+    return {};
+  }
+  const auto bytes = parameter->data.view();
+  return {reinterpret_cast<const char *>(bytes.data()), bytes.size()};
+}
+
+std::optional<std::string> directObjectOf(const AppleEvent &event) {
+  Size size = 0;
+  if (AESizeOfParam(&event, keyDirectObject, nullptr, &size) != noErr) {
+    return std::nullopt;
+  }
+  std::string bytes(static_cast<std::size_t>(size), '\0');
+  AEGetParamPtr(&event, keyDirectObject, typeWildCard, nullptr, bytes.data(), size, nullptr);
+  return bytes;
+}
+
 OSStatus makeEvent(const Request &request, Descriptor &event) {
   Descriptor target;
   OSStatus status =
@@ -108,22 +103,24 @@ OSStatus makeEvent(const Request &request, Descriptor &event) {
 class Host::State {
  public:
   State(std::optional<std::chrono::seconds> timeout, Progress &progress)
-      : timeout_(timeout),
-        progress_(progress),
-        onEvent_([this](const AnswerKind &kind, std::string payload) {
-          receive(kind, std::move(payload));
-        }),
-        receiver_([[AnswerReceiver alloc] initWithCallback:&onEvent_]) {
-    [receiver_ install];
+      : timeout_(timeout), progress_(progress) {
+    for (const AnswerKind &kind : answerKinds) {
+      platform::setEventHandler(kind.eventClass, kind.eventID,
+                                [this, kind](const platform::IncomingEvent &event) {
+                                  receive(kind, directObjectOf(event));
+                                });
+    }
   }
   ~State() {
     if (isReceiving_) {
-      // What is still to come is not wanted, but nothing to complain about to its sender.
-      handleWhatHasArrived();
+      // Whoever has answered brings this process to the front: that is not wanted any more, but
+      // nothing to complain about to its sender.
+      handleLateEvents([this] { return wasActivated_; });
       platform::stopReceivingAppleEvents();
     }
-    [receiver_ remove];
-    [receiver_ release];
+    for (const AnswerKind &kind : answerKinds) {
+      platform::removeEventHandler(kind.eventClass, kind.eventID);
+    }
   }
   State(const State &) = delete;
   State &operator=(const State &) = delete;
@@ -171,15 +168,13 @@ class Host::State {
   }
 
   std::expected<std::optional<std::string>, Failure> askForReply(const Request &request) {
-    const platform::AutoreleasePool pool;
     progress_.begin(request.step);
     Descriptor event;
-    AppleEvent reply{};
-    AEInitializeDesc(&reply);
+    Descriptor reply;
     OSStatus status = makeEvent(request, event);
     if (status == noErr) {
       const auto timeout = timeoutOf(request);
-      status = AESendMessage(event.get(), &reply, kAEWaitReply,
+      status = AESendMessage(event.get(), reply.get(), kAEWaitReply,
                              timeout ? static_cast<long>(timeout->count()) * ticksPerSecond
                                      : static_cast<long>(kNoTimeOut));
     }
@@ -187,11 +182,7 @@ class Host::State {
     if (status != noErr) {
       return std::unexpected(failureOfStatus(status));
     }
-    NSAppleEventDescriptor *const answered =
-        [[[NSAppleEventDescriptor alloc] initWithAEDescNoCopy:&reply] autorelease];
-    NSAppleEventDescriptor *const directObject =
-        [answered paramDescriptorForKeyword:keyDirectObject];
-    return directObject == nil ? std::nullopt : std::optional(bytesOf(directObject));
+    return directObjectOf(*reply.get());
   }
 
  private:
@@ -248,8 +239,6 @@ class Host::State {
 
   std::optional<std::chrono::seconds> timeout_;
   Progress &progress_;
-  ReceivedEvent onEvent_;
-  AnswerReceiver *receiver_;
   bool isReceiving_ = false;
 
   AnswerKind wanted_;
@@ -296,39 +285,3 @@ std::expected<std::optional<std::string>, Failure> Host::askForReply(const Reque
 }
 
 }  // namespace wordprocessor
-
-@implementation AnswerReceiver
-
-- (instancetype)initWithCallback:(const ReceivedEvent *)onEvent {
-  self = [super init];
-  if (self != nil) {
-    _onEvent = onEvent;
-  }
-  return self;
-}
-
-- (void)install {
-  for (const wordprocessor::AnswerKind &kind : wordprocessor::answerKinds) {
-    [[NSAppleEventManager sharedAppleEventManager] setEventHandler:self
-                                                       andSelector:@selector(handleEvent:
-                                                                          withReplyEvent:)
-                                                     forEventClass:kind.eventClass
-                                                        andEventID:kind.eventID];
-  }
-}
-
-- (void)remove {
-  for (const wordprocessor::AnswerKind &kind : wordprocessor::answerKinds) {
-    [[NSAppleEventManager sharedAppleEventManager] removeEventHandlerForEventClass:kind.eventClass
-                                                                        andEventID:kind.eventID];
-  }
-}
-
-- (void)handleEvent:(NSAppleEventDescriptor *)event withReplyEvent:(NSAppleEventDescriptor *)reply {
-  (void)reply;
-  const auto &onEvent = *static_cast<const ReceivedEvent *>(_onEvent);
-  onEvent({[event eventClass], [event eventID]},
-          bytesOf([event paramDescriptorForKeyword:keyDirectObject]));
-}
-
-@end
