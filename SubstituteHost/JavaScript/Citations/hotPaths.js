@@ -91,16 +91,28 @@ CSL.Util.FlipFlopper = function (state) {
 };
 
 // What a word is in small or in capital letters, by the languages that decide about it.
+const languageCapacity = 50;
 const wordCapacity = 20000;
 
 function rememberingWords(convert) {
   const languages = new Map();
+  let asked;
+  let words;
+  const wordsOf = (list) => {
+    const name = String(list);
+    if (!languages.has(name)) {
+      if (languages.size >= languageCapacity) {
+        languages.clear();
+      }
+      languages.set(name, new Map());
+    }
+    return languages.get(name);
+  };
   return function (text) {
-    const language = this.tmp.lang_array?.join(" ") ?? "";
-    let words = languages.get(language);
-    if (!words) {
-      words = new Map();
-      languages.set(language, words);
+    // The list is made anew for each cite and stays as it is.
+    if (!words || this.tmp.lang_array !== asked) {
+      asked = this.tmp.lang_array;
+      words = wordsOf(asked);
     }
     let converted = words.get(text);
     if (converted === undefined) {
@@ -116,3 +128,36 @@ function rememberingWords(convert) {
 
 CSL.toLocaleLowerCase = rememberingWords(CSL.toLocaleLowerCase);
 CSL.toLocaleUpperCase = rememberingWords(CSL.toLocaleUpperCase);
+
+// The macros of a style by their names; each use of one asks.
+const macros = new WeakMap();
+
+function macrosOf(xml) {
+  let byName = macros.get(xml.dataObj);
+  if (!byName) {
+    byName = new Map();
+    for (const macro of findNodes.call(xml, xml.dataObj, "macro")) {
+      byName.set(macro.attrs.name, [...(byName.get(macro.attrs.name) ?? []), macro]);
+    }
+    macros.set(xml.dataObj, byName);
+  }
+  return byName;
+}
+
+const { getNodesByName: findNodes } = CSL.XmlJSON.prototype;
+CSL.XmlJSON.prototype.getNodesByName = function (node, name, nameAttribute, found) {
+  return name === "macro" && nameAttribute && !found && node === this.dataObj
+    ? (macrosOf(this).get(nameAttribute) ?? []).slice()
+    : findNodes.call(this, node, name, nameAttribute, found);
+};
+
+CSL.setDecorations = function (engine, attributes) {
+  const decorations = [];
+  for (const key of CSL.FORMAT_KEY_SEQUENCE) {
+    if (attributes[key]) {
+      decorations.push([key, attributes[key]]);
+      delete attributes[key];
+    }
+  }
+  return decorations;
+};

@@ -18,10 +18,8 @@ function withoutSmallWords(given) {
   return last && last[1] === last[1].toLowerCase() ? given.replace(/[,!]* [^,]+$/, "") : given;
 }
 
-// All that its place depends on.
-const partsOfName = [
-  "family",
-  "given",
+// All that its place depends on; most names have nothing but the first two.
+const otherParts = [
   "literal",
   "non-dropping-particle",
   "dropping-particle",
@@ -34,9 +32,11 @@ const partsOfName = [
 ];
 
 function describePerson(person) {
-  let text = "";
-  for (const part of partsOfName) {
-    text += `${person[part] ?? ""}\u0000`;
+  let text = `${person.family ?? ""}\u0000${person.given ?? ""}`;
+  for (const part of otherParts) {
+    if (person[part]) {
+      text += `\u0000${part}\u0000${person[part]}`;
+    }
   }
   return text;
 }

@@ -122,10 +122,20 @@ function describeScratch({ tmp }) {
   }
   const group = tmp.group_context.tip;
   for (const name in group) {
-    const value = group[name];
-    text += value === false ? "-" : JSON.stringify(value);
+    text += describeFlag(group[name]);
   }
   return text;
+}
+
+// Nearly all of them are one of the first three.
+function describeFlag(value) {
+  if (value === undefined) {
+    return "u";
+  }
+  if (value === true || value === false) {
+    return value ? "t" : "f";
+  }
+  return value?.length === 0 ? `${typeof value}0` : JSON.stringify(value);
 }
 
 // A work that is not printed as a part of another, nor together with others.
