@@ -8,6 +8,7 @@
 #include <Formats/VerifiedMarker.h>
 
 #include <algorithm>
+#include <unordered_map>
 #include <utility>
 
 #include "RTF/Escape.h"
@@ -57,6 +58,35 @@ bool asksToBeHidden(std::string_view citation) {
 }
 
 // Nothing that can be seen must not take a citation's place, unless it asks for that.
+// A document cites the same works again and again: most of its formatted texts come several times.
+class TextsOfReply {
+ public:
+  std::expected<FormattedText, std::string> read(std::string_view pidgin) {
+    const auto [place, isNew] = read_.try_emplace(pidgin);
+    if (isNew) {
+      place->second = readPidginRTF(wellFormed(pidgin));
+    }
+    return place->second;
+  }
+
+ private:
+  std::unordered_map<std::string_view, std::expected<FormattedText, std::string>> read_;
+};
+
+std::expected<formats::CitationResolution, std::string> decodeResolution(
+    std::string_view payload, std::uint32_t documentID, std::size_t citationCount) {
+  auto resolution = formats::decodeCitationResolution(payload);
+  if (!resolution) {
+    return resolution;
+  }
+  if (const auto belongs = checkBelongs("citation resolution", resolution->documentID, documentID,
+                                        resolution->citations.size(), citationCount);
+      !belongs) {
+    return std::unexpected(belongs.error());
+  }
+  return resolution;
+}
+
 bool isFormatted(const FormattedText &text, std::string_view citation) {
   const std::string plain = plainText(text);
   if (isBlankText(plain)) {
@@ -107,8 +137,10 @@ std::expected<FormattedCitations, std::string> readScanReply(std::string_view pa
   }
   FormattedCitations formatted;
   formatted.styleName = wellFormed(reply->styleName);
+  formatted.texts.reserve(citations.size());
+  TextsOfReply texts;
   for (std::size_t index = 0; index < citations.size(); ++index) {
-    auto text = readPidginRTF(wellFormed(reply->groups[index]));
+    auto text = texts.read(reply->groups[index]);
     if (!text) {
       return std::unexpected("scan reply: for {" + citations[index].text + "}: " + text.error());
     }
@@ -126,18 +158,24 @@ std::expected<FormattedCitations, std::string> readScanReply(std::string_view pa
   return formatted;
 }
 
-std::expected<std::vector<CheckedCitation>, std::string> readCitationResolution(
-    std::string_view payload, std::uint32_t documentID, std::size_t citationCount) {
-  const auto resolution = formats::decodeCitationResolution(payload);
+std::expected<void, std::string> checkCitationResolution(std::string_view payload,
+                                                         std::uint32_t documentID,
+                                                         std::size_t citationCount) {
+  const auto resolution = decodeResolution(payload, documentID, citationCount);
   if (!resolution) {
     return std::unexpected(resolution.error());
   }
-  if (const auto belongs = checkBelongs("citation resolution", resolution->documentID, documentID,
-                                        resolution->citations.size(), citationCount);
-      !belongs) {
-    return std::unexpected(belongs.error());
+  return {};
+}
+
+std::expected<std::vector<CheckedCitation>, std::string> readCitationResolution(
+    std::string_view payload, std::uint32_t documentID, std::size_t citationCount) {
+  const auto resolution = decodeResolution(payload, documentID, citationCount);
+  if (!resolution) {
+    return std::unexpected(resolution.error());
   }
   std::vector<CheckedCitation> checked;
+  checked.reserve(citationCount);
   for (const formats::ResolvedCitation &resolved : resolution->citations) {
     CheckedCitation &entry = checked.emplace_back();
     entry.citation = wellFormed(resolved.citation);

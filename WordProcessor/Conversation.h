@@ -53,6 +53,11 @@ struct CheckedCitation {
   std::vector<std::string> records;
 };
 
+// Whether that is an answer to the request.
+std::expected<void, std::string> checkCitationResolution(std::string_view payload,
+                                                         std::uint32_t documentID,
+                                                         std::size_t citationCount);
+
 std::expected<std::vector<CheckedCitation>, std::string> readCitationResolution(
     std::string_view payload, std::uint32_t documentID, std::size_t citationCount);
 

@@ -29,11 +29,27 @@ std::expected<FormattedCitations, Failure> checkedReply(const std::string &paylo
   return std::move(*formatted);
 }
 
+// Preliminary scan.
+std::expected<std::string, Failure> askForResolution(Host &host, const Document &document,
+                                                     std::uint32_t documentID) {
+  const Request request{
+      formats::request::preliminaryScan,
+      formats::encodePreliminaryScanRequest(documentID, citationPairs(document.text.citations)),
+      "waiting for Korvo to look up " + citationsOf(document), false, documentID};
+  return host.ask(request, {formats::mellelSignature, formats::answer::citationResolution});
+}
+
 std::expected<FormattedCitations, Failure> formatByScan(Host &host, const Document &document,
                                                         const FormatOptions &options) {
   const std::uint32_t documentID = makeDocumentID();
-  if (const auto checked = checkCitations(host, document, documentID); !checked) {
-    return std::unexpected(checked.error());
+  const auto resolution = askForResolution(host, document, documentID);
+  if (!resolution) {
+    return std::unexpected(resolution.error());
+  }
+  if (const auto checked =
+          checkCitationResolution(*resolution, documentID, document.text.citations.size());
+      !checked) {
+    return broken(checked.error());
   }
   const Request request{
       formats::request::finalScan,
@@ -70,12 +86,7 @@ std::expected<FormattedCitations, Failure> formatLive(Host &host, const Document
 std::expected<std::vector<CheckedCitation>, Failure> checkCitations(Host &host,
                                                                     const Document &document,
                                                                     std::uint32_t documentID) {
-  const Request request{
-      formats::request::preliminaryScan,
-      formats::encodePreliminaryScanRequest(documentID, citationPairs(document.text.citations)),
-      "waiting for Korvo to look up " + citationsOf(document), false, documentID};
-  const auto payload =
-      host.ask(request, {formats::mellelSignature, formats::answer::citationResolution});
+  const auto payload = askForResolution(host, document, documentID);
   if (!payload) {
     return std::unexpected(payload.error());
   }
@@ -83,7 +94,7 @@ std::expected<std::vector<CheckedCitation>, Failure> checkCitations(Host &host,
   if (!checked) {
     return broken(checked.error());
   }
-  return *checked;
+  return std::move(*checked);
 }
 
 std::expected<FormattedCitations, Failure> formatCitations(Host &host, const Document &document,

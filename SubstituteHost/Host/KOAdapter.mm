@@ -82,19 +82,21 @@ KOReference *ownReference(id reference) {
 }
 
 - (id<KorvoCitationGroup>)createCitationGroup {
-  return [[[KOCitationGroup alloc] init] autorelease];
+  static const Class groupClass = [KOCitationGroup class];
+  return [[[groupClass alloc] init] autorelease];
 }
 
 - (id<KorvoCitation>)createCitation {
-  return [[[KOCitation alloc] init] autorelease];
+  static const Class citationClass = [KOCitation class];
+  return [[[citationClass alloc] init] autorelease];
 }
 
 - (NSArray *)citationStringArrayForCitationGroupString:(NSString *)groupString {
   const std::u16string text = host::utf16(groupString);
-  NSMutableArray *strings = [NSMutableArray array];
-  for (const std::u16string_view piece : host::citationStrings(text)) {
-    [strings addObject:host::stringFromUTF16(piece)];
-  }
+  const std::vector<std::u16string_view> pieces = host::citationStrings(text);
+  static const Class arrayClass = [NSMutableArray class];
+  NSMutableArray *strings = [arrayClass arrayWithCapacity:pieces.size()];
+  for (const std::u16string_view piece : pieces) [strings addObject:host::stringFromUTF16(piece)];
   return strings;
 }
 

@@ -100,9 +100,10 @@ using host::Owned;
       initWithStyle:self
        bibliography:texts ? (*texts)->bibliography.get() : host::plainAttributedText(@"")
       citationCount:citations.size()] autorelease];
+  static const Class groupClass = [KOFormattedGroup class];
   for (std::size_t index = 0; index < groups.size(); ++index) {
     const auto cited = std::span(citations).subspan(groups[index].first, groups[index].count);
-    const auto group = Owned<KOFormattedGroup *>::taking([[KOFormattedGroup alloc]
+    const auto group = Owned<KOFormattedGroup *>::taking([[groupClass alloc]
         initWithDocument:document
                     text:texts ? (*texts)->groups[index].get() : host::writtenGroup(cited)
            citationCount:cited.size()]);

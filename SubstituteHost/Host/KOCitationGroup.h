@@ -5,5 +5,6 @@
 
 @interface KOCitationGroup : NSObject <KorvoCitationGroup> {
   NSMutableArray *citations_;
+  NSArray *copy_;  // of the citations, as long as they stay; nil: nobody has asked
 }
 @end

@@ -16,17 +16,22 @@
     if ([citation group] == self) [citation setGroup:nil];
   }
   [citations_ release];
+  [copy_ release];
   [super dealloc];
 }
 
 - (void)addCitation:(id<KorvoCitation>)citation {
-  if (![(id)citation isKindOfClass:[KOCitation class]]) return;
+  static const Class citationClass = [KOCitation class];
+  if (![(id)citation isKindOfClass:citationClass]) return;
   [citations_ addObject:citation];
+  [copy_ release];
+  copy_ = nil;
   [(KOCitation *)citation setGroup:self];
 }
 
 - (NSArray *)citations {
-  return [[citations_ copy] autorelease];
+  if (copy_ == nil) copy_ = [citations_ copy];
+  return [[copy_ retain] autorelease];
 }
 
 @end

@@ -8,11 +8,9 @@
 #import <SubstituteHostObjects/Owned.h>
 
 #include <expected>
-#include <functional>
 #include <optional>
 #include <span>
 #include <string>
-#include <string_view>
 #include <unordered_map>
 
 namespace host {
@@ -26,10 +24,6 @@ class RememberedMatches {
   std::expected<NSSet *, library::LibraryError> matching(NSString *tag, KOLibrary *library);
 
  private:
-  struct Hash : std::hash<std::u16string_view> {
-    using is_transparent = void;
-  };
-
   void forgetUnless(KOLibrary *library, std::optional<library::Library::Version> version);
   void forget();
   NSSet *referencesAt(std::span<const library::ReferenceRow> rows);
@@ -38,7 +32,7 @@ class RememberedMatches {
   // What follows is true of this library in this version.
   Owned<KOLibrary *> library_;
   std::optional<library::Library::Version> version_;
-  std::unordered_map<std::u16string, Owned<NSSet *>, Hash, std::equal_to<>> sets_;
+  std::unordered_map<std::u16string, Owned<NSSet *>> sets_;
   // The sets of one reference each.
   std::unordered_map<library::ReferenceRow, Owned<NSSet *>> singles_;
   Owned<NSSet *> none_;

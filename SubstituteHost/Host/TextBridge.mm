@@ -16,8 +16,10 @@ NSString *stringOrNil(std::u16string_view text) {
   if (text.starts_with(byteOrderMark) || text.starts_with(byteOrderMarkTurnedRound)) {
     return [stringOrNil(u' ' + std::u16string(text)) substringFromIndex:1];
   }
-  return [NSString stringWithCharacters:reinterpret_cast<const unichar *>(text.data())
-                                 length:text.size()];
+  // A message to a class by its name looks the name up, which takes as long as half of the string.
+  static const Class stringClass = [NSString class];
+  return [stringClass stringWithCharacters:reinterpret_cast<const unichar *>(text.data())
+                                    length:text.size()];
 }
 
 }  // namespace

@@ -122,6 +122,15 @@ TEST_F(Adapter, GroupsAreFlattenedInOrder) {
   EXPECT_EQ([second group], one);
 }
 
+TEST_F(Adapter, WhatAGroupHandedOutStaysWhenTheGroupGrows) {
+  KOCitationGroup *grown = group({citation(@"SMI2001")});
+  NSArray *before = [grown citations];
+  [grown addCitation:citation(@"JON1999")];
+  EXPECT_EQ([before count], 1U);
+  EXPECT_EQ([[grown citations] count], 2U);
+  EXPECT_EQ([[grown citations] objectAtIndex:0], [before objectAtIndex:0]);
+}
+
 TEST_F(Adapter, ACitationOutlivesItsGroup) {
   KOCitation *kept = [citation(@"SMI2001") retain];
   KOCitationGroup *gone = [[KOCitationGroup alloc] init];
