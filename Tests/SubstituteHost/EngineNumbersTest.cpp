@@ -153,4 +153,19 @@ TEST(EngineNumbersInRules, InCapitalLettersAreThoseOfAFreshEngine) {
       .expectFreshAnswers();
 }
 
+// Characters that stand for marks and numbers while a document is printed.
+TEST(EngineNumbersInRules, AreNotMixedUpWithControlCharactersOfAStyle) {
+  const TemporaryDirectory directory;
+  const engine::Style printed =
+      numericStyle(directory,
+                   "<text variable=\"citation-number\" prefix=\"\u0080a&#128;b\" "
+                   "suffix=\"c&#x81;d&amp;#2;e\"/>");
+  std::mt19937 random(1887);
+  const Items items = collidingLibrary(random, 1);
+  const auto document = processor().formatDocument(printed, lookUpIn(items),
+                                                   std::vector<CiteGroup>{{cite("item0")}}, true);
+  ASSERT_TRUE(document) << document.error();
+  EXPECT_EQ(markup(document->groups.at(0)), "(a b1c d e)");
+}
+
 }  // namespace

@@ -8,7 +8,7 @@
 import CSL from "citeproc";
 
 import { yearOf } from "./items.js";
-import { outputFormat } from "./markers.js";
+import { cleanXml, outputFormat } from "./markers.js";
 
 CSL.debug = () => {};
 
@@ -117,11 +117,11 @@ function comparisonOf(engine) {
 export function makeEngine(style, locale, readLocale, items) {
   let engine;
   const system = {
-    retrieveLocale: readLocale,
+    retrieveLocale: (name) => cleanXml(readLocale(name)),
     retrieveItem: (id) => items.get(id),
     stringCompare: comparisonOf(() => engine),
   };
-  engine = new CSL.Engine(system, style, locale || undefined, Boolean(locale));
+  engine = new CSL.Engine(system, cleanXml(style), locale || undefined, Boolean(locale));
   // A library's note field is a note, not a place for more fields.
   engine.opt.development_extensions.field_hack = false;
   engine.setOutputFormat(outputFormat);

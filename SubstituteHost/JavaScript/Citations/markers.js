@@ -78,3 +78,15 @@ export function cleanText(text) {
     .replace(/[\t\n\v\f\r\u0085\u2028\u2029]+/g, " ")
     .replace(/[\u0000-\u001f\u007f-\u009f]/g, "");
 }
+
+// The same for the XML of a style or a locale, which may name a character by its number, and which
+// is taken apart by someone who reads "&amp;#2;" like "&#2;".
+export function cleanXml(xml) {
+  return xml
+    .replace(/&(?:amp;)?#(?:x([0-9a-f]+)|([0-9]+));/gi, (reference, hexadecimal, decimal) => {
+      const code = hexadecimal ? Number.parseInt(hexadecimal, 16) : Number.parseInt(decimal, 10);
+      const isControl = code < 0x20 || (code >= 0x7f && code < 0xa0);
+      return isControl ? " " : reference;
+    })
+    .replace(/[\u0000-\u0008\u000b\u000c\u000e-\u001f\u007f-\u009f]/g, "");
+}

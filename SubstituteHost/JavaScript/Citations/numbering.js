@@ -3,7 +3,7 @@
 // Where a style numbers works by their first mention, one citation more moves the numbers of all
 // works after it, and mostly nothing else: "[12], [14]" becomes "[13], [15]". So a text is remembered
 // with holes in place of its works' numbers, characters that no text can hold otherwise (see
-// cleanText), as many as the number has digits; the numbers of the day are filled in.
+// cleanText and cleanXml), as many as the number has digits; the numbers of the day are filled in.
 //
 // That is right as long as the text depends on the numbers by nothing else. What citeproc-js looks
 // at is whether numbers side by side follow each other ("12-14"); shapeOf() and Holes.fit() tell
