@@ -34,11 +34,11 @@ class Extractor {
     while (position_ < rtf_.size()) {
       if (endsText(rtf_[position_])) {
         readControl();
-        continue;
+      } else {
+        const std::size_t end = copyUpTo(rtf_, position_, output_, endsText);
+        output_ += end - position_;
+        position_ = end;
       }
-      const std::size_t end = copyUpTo(rtf_, position_, output_, endsText);
-      output_ += end - position_;
-      position_ = end;
     }
     return output_;
   }

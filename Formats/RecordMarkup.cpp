@@ -33,11 +33,11 @@ std::vector<std::u16string_view> citationComponents(std::u16string_view citation
 }
 
 std::u16string recordMarkupForComponents(std::u16string_view citation) {
-  std::u16string markup;
   if (citation.empty()) {
-    return markup;
+    return {};
   }
   const auto components = citationComponents(citation);
+  std::u16string markup;
   markup.reserve(frameLength + components.size() * recordLength + 2 * citation.size());
   markup.append(header);
   for (const std::u16string_view component : components) {

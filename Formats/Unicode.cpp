@@ -112,11 +112,11 @@ void storeWholeUTF8(std::u16string_view text, char *output) {
   while (position < text.size()) {
     if (isAboveASCII(text[position])) {
       output += storeUTF8(nextCharacter(text, position), output);
-      continue;
+    } else {
+      const std::size_t end = copyUpTo(text, position, output, isAboveASCII);
+      output += end - position;
+      position = end;
     }
-    const std::size_t end = copyUpTo(text, position, output, isAboveASCII);
-    output += end - position;
-    position = end;
   }
 }
 
@@ -143,11 +143,11 @@ std::u16string decodeUTF8(std::string_view bytes) {
     while (position < bytes.size()) {
       if (isAboveASCII(bytes[position])) {
         length += storeUTF16(decodeSequence(bytes, position), output + length);
-        continue;
+      } else {
+        const std::size_t end = copyUpTo(bytes, position, output + length, isAboveASCII);
+        length += end - position;
+        position = end;
       }
-      const std::size_t end = copyUpTo(bytes, position, output + length, isAboveASCII);
-      length += end - position;
-      position = end;
     }
     return length;
   });

@@ -10,6 +10,7 @@
 #include <Platform/Carrier.h>
 #include <Platform/EventDispatch.h>
 
+#include <algorithm>
 #include <functional>
 #include <optional>
 #include <string>
@@ -36,8 +37,8 @@ class RecordingCarrier final : public Carrier {
   std::expected<Parameters, OSStatus> sendResult;
   /// What the next enumerations return in place of `running`, unless noErr.
   OSStatus enumerationStatus = noErr;
-  /// What the next reads of a process's information return, unless noErr.
-  OSStatus informationStatus = noErr;
+  /// Those that are enumerated and have ended before their information is read.
+  std::vector<ProcessSerialNumber> ended;
   /// What the next activations return.
   OSStatus activationStatus = noErr;
 
@@ -114,11 +115,11 @@ class RecordingCarrier final : public Carrier {
   }
 
   std::expected<Process, OSStatus> process(ProcessSerialNumber serialNumber) override {
-    if (informationStatus != noErr) {
-      return std::unexpected(informationStatus);
-    }
+    const auto isIt = [&](const ProcessSerialNumber &other) {
+      return Process{serialNumber, 0} == Process{other, 0};
+    };
     for (const Process &process : running) {
-      if (process == Process{serialNumber, process.signature}) {
+      if (isIt(process.serialNumber) && std::ranges::none_of(ended, isIt)) {
         return process;
       }
     }

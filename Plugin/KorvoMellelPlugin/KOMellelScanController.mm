@@ -34,7 +34,6 @@ NSString *const KOMellelScanLastStylePrefKey = @"Last Style Used For Mellel Scan
   self = [super init];
   if (self != nil) {
     chosenAction = KOMellelScanWaitingForUser;
-    selectedBibStyle = nil;
     [self setAdapter:hostAdapter];
   }
   return self;

@@ -30,6 +30,18 @@
 }
 @end
 
+static int endedObjects = 0;
+
+@interface CountedEnd : NSObject
+@end
+
+@implementation CountedEnd
+- (void)dealloc {
+  ++endedObjects;
+  [super dealloc];
+}
+@end
+
 namespace plugin_test {
 namespace {
 
@@ -48,6 +60,26 @@ TEST_F(Ownership, DialogKeepsTheAdapterAsLongAsItLives) {
   EXPECT_EQ([host_ retainCount], before + 1);
   [controller release];
   EXPECT_EQ([host_ retainCount], before);
+}
+
+// It may be the only one that still keeps it.
+TEST_F(Ownership, WhatIsSetAgainIsNotLetGoInBetween) {
+  KOMellelScanController *controller = [newController() autorelease];
+  const std::pair<id, SEL> setters[] = {
+      {agentClass_, @selector(setAdapter:)},
+      {controller, @selector(setAdapter:)},
+      {controller, @selector(setFormatSelectorPopUpButton:)},
+      {controller, @selector(setGenerateCopyWithBibInStyleButton:)}};
+  for (const auto &[receiver, setter] : setters) {
+    endedObjects = 0;
+    CountedEnd *object = [[CountedEnd alloc] init];
+    [receiver performSelector:setter withObject:object];
+    [object release];
+    [receiver performSelector:setter withObject:object];
+    ASSERT_EQ(endedObjects, 0);
+    [receiver performSelector:setter withObject:nil];
+    EXPECT_EQ(endedObjects, 1);
+  }
 }
 
 TEST_F(Ownership, DialogKeepsItsMenuAndItsButtonUntilItGetsOthers) {

@@ -21,6 +21,19 @@
 
 #include <optional>
 
+// Refuses what macOS refuses and GNUstep passes over.
+@interface StrictMenu : NSPopUpButton
+@end
+
+@implementation StrictMenu
+- (void)selectItemAtIndex:(NSInteger)index {
+  if (index >= [self numberOfItems]) {
+    [NSException raise:NSRangeException format:@"There is no item %ld", static_cast<long>(index)];
+  }
+  [super selectItemAtIndex:index];
+}
+@end
+
 namespace plugin_test {
 namespace {
 
@@ -249,6 +262,16 @@ TEST_F(ScanDialog, ButtonKeepsTheDialogOpenForAStyleThatTheHostDoesNotKnow) {
   user.clickOnCloseBoxOf(window());
   EXPECT_EQ(user.runModal(window()), 0);
   EXPECT_EQ(log_->lines().size(), 1u);
+}
+
+TEST_F(ScanDialog, WithoutFavoritesNoItemIsSelected) {
+  setLastStyle(@"Gone");
+  open();
+  StrictMenu *strict = [[[StrictMenu alloc] init] autorelease];
+  [controller_ setValue:strict forKey:@"formatSelectorPopUpButton"];
+  [controller_ awakeFromNib];
+  EXPECT_EQ([menu() numberOfItems], 0);
+  EXPECT_EQ(selectedStyle(), "(nil)");
 }
 
 TEST_F(ScanDialog, NibConnectsTheWindowToItsOwner) {

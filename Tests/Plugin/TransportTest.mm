@@ -98,7 +98,9 @@ TEST_F(AgentTest, EnumerationThatFailsFindsNoProcess) {
 }
 
 TEST_F(AgentTest, InformationThatCannotBeReadEndsTheSearch) {
-  carrier_.informationStatus = procNotFound;
+  carrier_.running.clear();
+  carrier_.ended = {carrier_.addProcess(code("othr"))};
+  carrier_.addProcess(code("mLeL"));
   expectNoProcess([agent_ getProcessWithSignature:code("mLeL")]);
 }
 

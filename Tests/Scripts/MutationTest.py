@@ -62,6 +62,7 @@ class Mutants(unittest.TestCase):
 
     def test_statements_are_deleted_and_declarations_are_not(self):
         self.assertEqual(results("deletion", "int c = a; g(c);"), ["int c = a; ;"])
+        self.assertEqual(results("deletion", "[[maybe_unused]] const int c = g(a);"), [])
         self.assertEqual(results("deletion", "NSString *text = [a b]; [text release];"), ["NSString *text = [a b]; ;"])
         self.assertEqual(results("deletion", "for (;;) { break; }"), ["for (;;) { ; }"])
 

@@ -33,7 +33,7 @@ BOOLEANS = {"&&": ["||"], "||": ["&&"], "&": ["|"], "|": ["&"], "^": ["|"], "&="
 LITERALS = {"true": "false", "false": "true", "YES": "NO", "NO": "YES"}
 
 DECLARATION = re.compile(
-    r"(?:const|constexpr|static|auto|using|typedef|struct)\b"
+    r"(?:\[\[\w+\]\] )?(?:const|constexpr|static|auto|using|typedef|struct)\b"
     r"|(?!return\b|throw\b|delete\b|goto\b)[A-Za-z_][\w:]*(?:<[^;=]*>)?(?:\s+|\s*[*&]+\s*)(?:const\s+)?[A-Za-z_]\w*\s*[=;({\[]"
 )
 LEAVES = re.compile(r"(?:return|break|continue|throw|goto)\b")
