@@ -20,6 +20,13 @@ TEST(PidginRTFReader, AQuoteWordIsAnApostropheAndTheBlankBehindItStays) {
   EXPECT_EQ(textOfPidginRTF(u"it\\rquotes"), u"it's");
 }
 
+TEST(PidginRTFReader, AWordThatBeginsLikeAQuoteWordIsDropped) {
+  for (const std::u16string_view word : {u"r", u"rquot", u"rQuote", u"rca", u"ra\\uc"}) {
+    EXPECT_EQ(textOfPidginRTF(u"it\\" + std::u16string(word) + u" s"), u"its");
+    EXPECT_EQ(textOfPidginRTF(u"it\\" + std::u16string(word)), u"it");
+  }
+}
+
 TEST(PidginRTFReader, AQuoteWordInAGroupIsAnApostrophe) {
   EXPECT_EQ(textOfPidginRTF(u"{\\rquote}"), u"'");
   EXPECT_EQ(textOfPidginRTF(u"{\\b\\rquote\\rquote x}"), u"''x");

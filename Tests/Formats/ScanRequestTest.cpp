@@ -272,6 +272,15 @@ TEST(ScanRequest, EveryShortListOfPairsIsDecodedAsByTheReference) {
   });
 }
 
+TEST(ScanRequest, TheDocumentIDIsReadAloneAsWithAllTheRest) {
+  EXPECT_EQ(documentIDOfScanRequest(encodePreliminaryScanRequest(0x81020304, {})), 0x81020304);
+  EXPECT_EQ(documentIDOfScanRequest(encodeFinalScanRequest(0x81020304, true, "APA", {})),
+            0x81020304);
+  forEachTruncation(encodePreliminaryScanRequest(0x81020304, {}), [](std::string_view payload) {
+    EXPECT_EQ(documentIDOfScanRequest(payload), decodePreliminaryScanRequest(payload).documentID);
+  });
+}
+
 TEST(ScanRequest, EveryShortPayloadIsDecodedAsByTheReference) {
   GuardedBytes memory(16);
   forEachString<char>({"\0"s, "a", "\xFF"}, 10, [&](const std::string &payload) {
