@@ -4,6 +4,8 @@
 
 #import "Conversation.h"
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -32,15 +34,21 @@ constexpr std::size_t citationsOfDividedScan = 10'000;
 // Each request at each size, in turns: what else the machine does meanwhile touches all alike.
 using Microseconds = std::map<std::pair<Kind, std::size_t>, std::vector<double>>;
 
-// Of processor time for one answer, over so many that the clock is fine enough.
+// Of processor time for one answer, over so many that small ones can be compared. Each begins with
+// a heap that was given back, as a host has it a second after its last event. Else the answers of
+// some sizes would find the pages of the answer before, and those of others new pages, which the
+// system has to clear: which of the two hangs on the thresholds of the C library.
 double microsecondsOfOne(Conversation &conversation, std::size_t citationCount) {
   const std::size_t answers = std::max<std::size_t>(1, 20'000 / citationCount);
-  const std::clock_t before = std::clock();
+  std::clock_t taken = 0;
   for (std::size_t index = 0; index < answers; ++index) {
-    conversation.answerOnce();
+    conversation.prepareNext();
+    malloc_trim(0);
+    const std::clock_t before = std::clock();
+    conversation.answerPrepared();
+    taken += std::clock() - before;
   }
-  return static_cast<double>(std::clock() - before) * 1e6 / CLOCKS_PER_SEC /
-         static_cast<double>(answers);
+  return static_cast<double>(taken) * 1e6 / CLOCKS_PER_SEC / static_cast<double>(answers);
 }
 
 // Bytes at the worst moment, without those of the reply. A reply above `largestInlineSize` lies in
@@ -54,17 +62,19 @@ double heapBeyondReply(Conversation &conversation) {
 
 Microseconds measureTimes(PreparedHost *host, const std::vector<std::size_t> &sizes,
                           int repetitions) {
-  Microseconds times;
+  std::map<std::pair<Kind, std::size_t>, Conversation> conversations;
   for (const std::size_t size : sizes) {
-    std::map<Kind, Conversation> conversations;
     for (const Kind kind : kinds) {
-      conversations.emplace(kind, Conversation(host, kind, size)).first->second.answerOnce();
+      const std::pair key(kind, size);
+      conversations.emplace(key, Conversation(host, kind, size)).first->second.answerOnce();
     }
-    // A large document is a long time to measure by itself.
-    const int repetitionsOfSize = size < 100'000 ? repetitions : (repetitions + 1) / 2;
-    for (int repetition = 0; repetition < repetitionsOfSize; ++repetition) {
-      for (auto &[kind, conversation] : conversations) {
-        times[{kind, size}].push_back(microsecondsOfOne(conversation, size));
+  }
+  Microseconds times;
+  for (int repetition = 0; repetition < repetitions; ++repetition) {
+    for (auto &[key, conversation] : conversations) {
+      // A large document is a long time to measure by itself.
+      if (key.second < 100'000 || repetition % 2 == 0) {
+        times[key].push_back(microsecondsOfOne(conversation, key.second));
       }
     }
   }

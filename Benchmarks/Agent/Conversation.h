@@ -24,16 +24,24 @@ class Conversation {
  public:
   Conversation(PreparedHost *host, Kind kind, std::size_t citationCount);
 
+  // Puts the next document into the host; not the agent's work.
+  void prepareNext();
+
   // Returns the bytes of the reply. Ends the program where it is not an answer to the whole
   // document.
-  std::size_t answerOnce();
+  std::size_t answerPrepared();
+
+  std::size_t answerOnce() {
+    prepareNext();
+    return answerPrepared();
+  }
 
  private:
   PreparedHost *host_;
   Kind kind_;
   std::size_t citationCount_;
   std::vector<platform::IncomingEvent> requests_;
-  std::size_t turns_ = 0;
+  std::size_t turn_ = 0;
 };
 
 }  // namespace benchmarks

@@ -109,11 +109,14 @@ Conversation::Conversation(PreparedHost *host, Kind kind, std::size_t citationCo
   }
 }
 
-std::size_t Conversation::answerOnce() {
-  const std::size_t turn = turns_++ % requests_.size();
-  [host_ prepareDocumentOfCitations:citationCount_ from:turn * citationCount_];
+void Conversation::prepareNext() {
+  turn_ = (turn_ + 1) % requests_.size();
+  [host_ prepareDocumentOfCitations:citationCount_ from:turn_ * citationCount_];
+}
+
+std::size_t Conversation::answerPrepared() {
   carrier().bytesSent = 0;
-  const auto reply = platform::dispatchAppleEvent(requests_[turn]);
+  const auto reply = platform::dispatchAppleEvent(requests_[turn_]);
   std::size_t bytes = carrier().bytesSent;
   for (const platform::Parameter &parameter : reply.value()) {
     bytes += parameter.data.size();
