@@ -31,6 +31,8 @@ int carryOut(const application::Command &command, const std::filesystem::path &p
 int main(int argc, char **argv, char **environment) {
   // A script that stops reading must not end the host.
   std::signal(SIGPIPE, SIG_IGN);
+  // A library that the limits of the user do not allow is a failed write, to be told.
+  std::signal(SIGXFSZ, SIG_IGN);
   // AppKit takes words among the arguments for files to open: it gets to see none of them.
   [NSProcessInfo initializeWithArguments:argv count:1 environment:environment];
   NSAutoreleasePool *pool = [[NSAutoreleasePool alloc] init];

@@ -1,6 +1,7 @@
 #include <sqlite3.h>
 #include <SubstituteHostLibrary/Database.h>
 
+#include <cstring>
 #include <utility>
 
 namespace library {
@@ -9,8 +10,13 @@ namespace {
 // How long another program may keep the file to itself before that is reported.
 constexpr int patienceInMilliseconds = 1000;
 
+// What the system said of a failure, where that is known.
+DatabaseError withReason(const char *line, int systemError) {
+  return systemError == 0 ? line : std::string(line) + ": " + std::strerror(systemError);
+}
+
 // For the user, SQLite's own words only where there are no better ones.
-DatabaseError describe(int status, const char *sqliteMessage) {
+DatabaseError describe(int status, const char *sqliteMessage, int systemError) {
   switch (status & 0xFF) {  // the low byte is the kind, the rest are details
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
@@ -20,7 +26,9 @@ DatabaseError describe(int status, const char *sqliteMessage) {
     case SQLITE_NOTADB:
       return "this is no library, or it is damaged";
     case SQLITE_CANTOPEN:
-      return "it cannot be opened";
+      return withReason("it cannot be opened", systemError);
+    case SQLITE_IOERR:
+      return withReason("it cannot be read or written", systemError);
     case SQLITE_READONLY:
       return "it cannot be written to";
     case SQLITE_FULL:
@@ -30,9 +38,16 @@ DatabaseError describe(int status, const char *sqliteMessage) {
   }
 }
 
+// SQLite takes some names for something else than files: ":memory:", and what begins with "file:".
+std::filesystem::path pathOf(const std::filesystem::path &file) {
+  std::error_code error;
+  const std::filesystem::path absolute = std::filesystem::absolute(file, error);
+  return error ? file : absolute;
+}
+
 std::unexpected<DatabaseError> lastError(sqlite3 *connection) {
-  return std::unexpected(
-      describe(sqlite3_extended_errcode(connection), sqlite3_errmsg(connection)));
+  return std::unexpected(describe(sqlite3_extended_errcode(connection), sqlite3_errmsg(connection),
+                                  sqlite3_system_errno(connection)));
 }
 
 }  // namespace
@@ -86,19 +101,20 @@ std::expected<Database, DatabaseError> Database::open(const char *file, int flag
   const int status = sqlite3_open_v2(file, &connection, flags | SQLITE_OPEN_EXRESCODE, nullptr);
   Database database(connection);  // must be closed in any case
   if (status != SQLITE_OK) {
-    return std::unexpected(
-        describe(status, connection == nullptr ? "out of memory" : sqlite3_errmsg(connection)));
+    return std::unexpected(connection == nullptr ? DatabaseError("out of memory")
+                                                 : describe(status, sqlite3_errmsg(connection),
+                                                            sqlite3_system_errno(connection)));
   }
   sqlite3_busy_timeout(connection, patienceInMilliseconds);
   return database;
 }
 
 std::expected<Database, DatabaseError> Database::openExisting(const std::filesystem::path &file) {
-  return open(file.c_str(), SQLITE_OPEN_READWRITE);
+  return open(pathOf(file).c_str(), SQLITE_OPEN_READWRITE);
 }
 
 std::expected<Database, DatabaseError> Database::openOrCreate(const std::filesystem::path &file) {
-  return open(file.c_str(), SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+  return open(pathOf(file).c_str(), SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
 }
 
 std::expected<Database, DatabaseError> Database::temporary() {

@@ -103,7 +103,9 @@ struct Library::State {
   }
 
   std::expected<void, DatabaseError> createSchema();
+  std::expected<bool, DatabaseError> isEmpty();
   std::expected<void, DatabaseError> checkKind();
+  std::expected<void, DatabaseError> checkLength();
   std::expected<void, DatabaseError> prepareStatements();
   std::optional<Version> readVersion();
   std::expected<std::vector<ReferenceRow>, DatabaseError> rows(Statement &statement);
@@ -137,9 +139,20 @@ std::expected<void, DatabaseError> Library::State::createSchema() {
   return transaction->commit();
 }
 
+std::expected<bool, DatabaseError> Library::State::isEmpty() {
+  const auto pages = database.number("PRAGMA page_count");
+  if (!pages) return std::unexpected(pages.error());
+  return *pages == 0;
+}
+
 std::expected<void, DatabaseError> Library::State::checkKind() {
   const auto application = database.number("PRAGMA application_id");
   if (!application) return std::unexpected(application.error());
+  if (*application == 0) {
+    const auto isEmpty = this->isEmpty();
+    if (!isEmpty) return std::unexpected(isEmpty.error());
+    if (*isEmpty) return std::unexpected("it is empty, and no library");
+  }
   if (*application != applicationIdentifier) {
     return std::unexpected("this is a database of another program");
   }
@@ -152,6 +165,20 @@ std::expected<void, DatabaseError> Library::State::checkKind() {
   // A file cut short still has a sound beginning.
   const auto count = database.number("SELECT count(*) FROM reference");
   if (!count) return std::unexpected(count.error());
+  return isTemporary ? std::expected<void, DatabaseError>() : checkLength();
+}
+
+// SQLite reads what lacks of the last page as if NULs were there.
+std::expected<void, DatabaseError> Library::State::checkLength() {
+  const auto pages = database.number("PRAGMA page_count");
+  if (!pages) return std::unexpected(pages.error());
+  const auto pageSize = database.number("PRAGMA page_size");
+  if (!pageSize) return std::unexpected(pageSize.error());
+  std::error_code error;
+  const std::uintmax_t length = std::filesystem::file_size(name, error);
+  if (!error && length < static_cast<std::uintmax_t>(*pages * *pageSize)) {
+    return std::unexpected("the file is damaged");
+  }
   return {};
 }
 
@@ -282,14 +309,21 @@ std::expected<Library, LibraryError> Library::open(const std::filesystem::path &
 }
 
 std::expected<Library, LibraryError> Library::openOrCreate(const std::filesystem::path &file) {
-  std::error_code ignored;
-  const bool isNew =
-      !std::filesystem::exists(file, ignored) || std::filesystem::is_empty(file, ignored);
-  if (!isNew) return open(file);
   auto database = Database::openOrCreate(file);
   if (!database) return std::unexpected(file.string() + ": " + database.error());
   auto state = std::make_unique<State>(std::move(*database), file);
-  if (auto made = state->createSchema(); !made) return state->error(made.error());
+  // Asked of the database and not of the file, which may hold the beginning of a library that
+  // another process was ended in making.
+  const auto isEmpty = state->isEmpty();
+  if (!isEmpty) return state->error(isEmpty.error());
+  if (*isEmpty) {
+    // SQLite takes a file of a single byte for an empty one.
+    std::error_code ignored;
+    if (std::filesystem::file_size(file, ignored) == 1) {
+      return state->error("this is no library, or it is damaged");
+    }
+    if (auto made = state->createSchema(); !made) return state->error(made.error());
+  }
   return opened(std::move(state));
 }
 
@@ -338,6 +372,15 @@ std::expected<std::vector<ReferenceRow>, LibraryError> Library::matching(std::st
   }
   if (!found) return state_->error(found.error());
   return *std::move(found);
+}
+
+std::expected<void, LibraryError> Library::checkWhole() {
+  auto check = state_->database.prepare("PRAGMA quick_check(1)");
+  if (!check) return state_->error(check.error());
+  const auto row = check->step();
+  if (!row) return state_->error(row.error());
+  if (!*row || check->text(0) != "ok") return state_->error("the file is damaged");
+  return {};
 }
 
 std::expected<std::size_t, LibraryError> Library::count() {

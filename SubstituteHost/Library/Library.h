@@ -72,6 +72,9 @@ class Library {
     std::size_t added = 0;
     std::size_t alreadyThere = 0;  // with the same identifier and the same content: left out
   };
+  // Reads all of the file: an error where a page of it is damaged. What opens may still be.
+  std::expected<void, LibraryError> checkWhole();
+
   // All or, on an error, none.
   std::expected<Addition, LibraryError> add(std::span<const NewReference> references);
 

@@ -20,6 +20,26 @@ std::vector<NewReference> newReferences(std::vector<engine::ImportedReference> i
   return references;
 }
 
+std::expected<Library::Addition, LibraryError> addToLibraryFile(
+    std::span<const NewReference> references, const std::filesystem::path &database) {
+  auto library = Library::openOrCreate(database);
+  if (!library) return std::unexpected(library.error());
+  if (auto whole = library->checkWhole(); !whole) return std::unexpected(whole.error());
+  return library->add(references);
+}
+
+// Another program may have put something in meanwhile. Opening also undoes what was left half done.
+void removeIfEmpty(const std::filesystem::path &database) {
+  std::error_code ignored;
+  bool isEmpty = false;
+  {
+    auto library = Library::open(database);
+    isEmpty =
+        library ? library->count() == std::size_t{0} : std::filesystem::is_empty(database, ignored);
+  }
+  if (isEmpty) std::filesystem::remove(database, ignored);
+}
+
 }  // namespace
 
 bool isImportable(const std::filesystem::path &file) {
@@ -59,10 +79,13 @@ std::expected<ImportReport, std::string> importIntoLibraryFile(
                       std::back_inserter(references));
     std::ranges::move(imported->problems, std::back_inserter(report.problems));
   }
-  auto library = Library::openOrCreate(database);
-  if (!library) return std::unexpected(library.error());
-  const auto addition = library->add(references);
-  if (!addition) return std::unexpected(addition.error());
+  std::error_code ignored;
+  const bool isNew = !std::filesystem::exists(database, ignored);
+  const auto addition = addToLibraryFile(references, database);
+  if (!addition) {
+    if (isNew) removeIfEmpty(database);
+    return std::unexpected(addition.error());
+  }
   report.addition = *addition;
   return report;
 }

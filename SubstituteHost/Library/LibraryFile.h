@@ -32,7 +32,8 @@ struct ImportReport {
 };
 
 // Puts everything that the files hold into the library's own database, which is made if
-// need be. All or, on an error, nothing.
+// need be. All or, on an error, nothing: a damaged library is left as it is, and one that was
+// made in vain goes away.
 std::expected<ImportReport, std::string> importIntoLibraryFile(
     std::span<const std::filesystem::path> files, const std::filesystem::path &database,
     engine::LibraryImporter &importer);
