@@ -8,6 +8,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "TemporaryDirectory.h"
+
 using hosttest::utf8;
 using library::ListOrder;
 using library::SortColumn;
@@ -157,6 +159,33 @@ TEST_F(Windows, RevertBringsTheLibrarysFieldsBack) {
   [editor setText:@"wrong" ofField:@"title"];
   [editor revert:nil];
   EXPECT_EQ(utf8([editor textOfField:@"title"]), "On Heat");
+}
+
+// Another program has the file to itself for longer than the editor waits.
+TEST_F(Windows, WhatCannotBeSavedStaysInTheEditorWithTheReason) {
+  const TemporaryDirectory directory;
+  const std::filesystem::path file = directory / "my.korvolib";
+  auto made = library::Library::openOrCreate(file);
+  auto other = library::Library::open(file);
+  ASSERT_TRUE(made && other);
+  const library::NewReference one = {.identifier = "ONE", .cslJson = R"({"title":"Before"})"};
+  ASSERT_TRUE(made->add({&one, 1}));
+  const auto onDisk = host::Owned<KOLibrary *>::taking(
+      [[KOLibrary alloc] initWithLibrary:*std::move(made)]);
+  const auto row = [onDisk.get() library].matching("ONE")->at(0);
+  const auto editor = host::Owned<KOReferenceEditorWindowController *>::taking(
+      [[KOReferenceEditorWindowController alloc] initWithReference:[onDisk.get() referenceAtRow:row]
+                                                          delegate:controller_.get()]);
+  [editor.get() setText:@"After" ofField:@"title"];
+  other->keepReading();
+  ASSERT_EQ(other->count(), 1U);
+  EXPECT_FALSE([editor.get() save]);
+  EXPECT_EQ(utf8([editor.get() statusText]), file.string() + ": another program is using it");
+  EXPECT_EQ(utf8([editor.get() textOfField:@"title"]), "After");
+  EXPECT_THAT(**other->cslJson(row), HasSubstr("Before"));
+  other->stopReading();
+  EXPECT_TRUE([editor.get() save]);
+  EXPECT_THAT(**other->cslJson(row), HasSubstr("After"));
 }
 
 TEST_F(Windows, SavingKeepsWhatOthersChangedMeanwhile) {
