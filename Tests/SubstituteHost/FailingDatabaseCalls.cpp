@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <string_view>
 
@@ -99,7 +100,7 @@ DatabaseFault::DatabaseFault(const DatabaseFaultPlan &plan) : plan_(plan) {
 DatabaseFault::~DatabaseFault() { current = nullptr; }
 
 bool DatabaseFault::strikes(const char *call) {
-  if (!plan_.onlyCall.empty() && plan_.onlyCall != call) {
+  if (!plan_.only.empty() && std::ranges::find(plan_.only, call) == plan_.only.end()) {
     return false;
   }
   const std::size_t number = calls_++;

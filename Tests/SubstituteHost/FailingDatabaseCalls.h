@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <limits>
 #include <string>
+#include <vector>
 
 struct DatabaseFaultPlan {
   static constexpr std::size_t never = std::numeric_limits<std::size_t>::max();
@@ -17,8 +18,8 @@ struct DatabaseFaultPlan {
   std::size_t firstFailure = never;  // number of the first call that fails
   std::size_t failures = 1;          // how many fail from there on
   int error = 0;                     // what errno says of them
-  // Of the calls with this name alone; empty: of all.
-  std::string onlyCall = {};
+  // Counts the calls of these names alone; empty: all.
+  std::vector<std::string> only = {};
   bool killsProcess = false;  // in place of failing
 };
 
