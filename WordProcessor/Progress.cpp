@@ -10,7 +10,8 @@ namespace wordprocessor {
 
 namespace {
 
-constexpr std::chrono::milliseconds patience{500};
+// So that what is told has been read by half a second.
+constexpr std::chrono::milliseconds patience{400};
 // A step that is over at once is not worth a line, however long the others took.
 constexpr std::chrono::milliseconds leastStep{100};
 

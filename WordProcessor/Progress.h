@@ -1,5 +1,5 @@
 // Tells on standard error what takes long: at once where a person looks at a terminal, elsewhere
-// once its user has waited for half a second, whatever that time went into.
+// once its user has waited for some tenths of a second, whatever that time went into.
 #pragma once
 
 #include <chrono>
