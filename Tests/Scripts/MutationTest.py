@@ -1,5 +1,7 @@
 """Tests of Scripts/mutate: what it changes, what it leaves alone, and that nothing of it stays."""
 
+import importlib.machinery
+import importlib.util
 import os
 import signal
 import subprocess
@@ -110,6 +112,20 @@ class Mutants(unittest.TestCase):
         self.assertEqual(len(listed("7")), 20)
         self.assertEqual(listed("7"), listed("7"))
         self.assertNotEqual(listed("7"), listed("8"))
+
+
+class RunOverFiles(unittest.TestCase):
+    def test_every_file_is_taken_once_whatever_folder_a_worker_would_rather_have(self):
+        loader = importlib.machinery.SourceFileLoader("mutate", str(PROJECT / "Scripts" / "mutate"))
+        program = importlib.util.module_from_spec(importlib.util.spec_from_loader("mutate", loader))
+        loader.exec_module(program)
+        files = ["Formats/A.cpp", "Formats/B.cpp", "Plugin/C.mm", "Plugin/D.mm"]
+        for folder in ("Formats", "Plugin", "nowhere"):
+            mutants = [m for file in files for m in mutants_of(file, in_function("g(a < b);"))]
+            run = program.Run(mutants, [], None)
+            taken = [run.take(folder) for _ in files]
+            self.assertEqual(sorted(taken), files)
+            self.assertIsNone(run.take(folder))
 
 
 class Explanations(unittest.TestCase):
