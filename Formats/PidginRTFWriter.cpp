@@ -127,7 +127,7 @@ constexpr auto isAboveASCIIOrControlCharacter = [](char16_t unit) {
 };
 
 // Takes only a unit that needs one, and may write up to longestEscape.
-char16_t *storeEscape(char16_t *output, char16_t unit) {
+inline char16_t *storeEscape(char16_t *output, char16_t unit) {
   return isAboveASCII(unit) ? storeNumericEscape(output, unit)
                             : storeEscapeOfControlCharacter(output, unit);
 }
@@ -154,11 +154,8 @@ Stored storeEscaped(char16_t *output, std::size_t room, std::u16string_view text
       position = end;
     } else if (lastStart - output < static_cast<std::ptrdiff_t>(text.size() - position)) {
       break;
-    } else if (isAboveASCII(unit)) {
-      output = storeNumericEscape(output, unit);
-      ++position;
     } else {
-      output = storeEscapeOfControlCharacter(output, unit);
+      output = storeEscape(output, unit);
       ++position;
     }
   }
