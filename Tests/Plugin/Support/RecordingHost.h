@@ -2,7 +2,7 @@
 #pragma once
 
 #import <Cocoa/Cocoa.h>
-#import <HostContract/HostContract.h>
+#import <HostContract/Testing/PassiveHost.h>
 
 #include <functional>
 #include <map>
@@ -34,7 +34,7 @@ HostScript &hostScript();
 }
 @end
 
-@interface RecordingLibrary : NSObject <KorvoLibrary>
+@interface RecordingLibrary : PassiveLibrary
 @end
 
 @interface RecordingCitation : NSObject <KorvoCitation> {
@@ -45,19 +45,11 @@ HostScript &hostScript();
 }
 @end
 
-@interface RecordingGroup : NSObject <KorvoCitationGroup> {
- @public
-  NSMutableArray *members;
-}
+@interface RecordingGroup : PassiveGroup
 @end
 
-// A bibliography whose conversion to RTF is logged and gives the scripted bytes: no text system,
-// and so no display, is needed.
-@interface RecordingBibliography : NSAttributedString {
- @public
-  NSString *text;
-  NSData *rtf;
-}
+// A bibliography whose conversion to RTF is logged and gives the scripted bytes.
+@interface RecordingBibliography : TextWithRTF
 @end
 
 @interface RecordingStyle : NSObject <KorvoBibStyle> {

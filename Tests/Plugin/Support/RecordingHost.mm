@@ -92,45 +92,13 @@ using plugin_test::nameOf;
 @end
 
 @implementation RecordingGroup
-- (id)init {
-  self = [super init];
-  members = [[NSMutableArray alloc] init];
-  return self;
-}
-- (void)dealloc {
-  [members release];
-  [super dealloc];
-}
 - (void)addCitation:(id<KorvoCitation>)citation {
   logCall("addCitation");
-  [members addObject:citation];
-}
-- (NSArray *)citations {
-  return members;
+  [super addCitation:citation];
 }
 @end
 
 @implementation RecordingBibliography
-- (id)initWithString:(NSString *)string
-          attributes:(NSDictionary *)__attribute__((unused))attributes {
-  text = [string copy];
-  return self;
-}
-- (void)dealloc {
-  [text release];
-  [rtf release];
-  [super dealloc];
-}
-- (NSString *)string {
-  return text;
-}
-- (NSDictionary *)attributesAtIndex:(NSUInteger)__attribute__((unused))index
-                     effectiveRange:(NSRange *)range {
-  if (range != nullptr) {
-    *range = NSMakeRange(0, [text length]);
-  }
-  return [NSDictionary dictionary];
-}
 - (NSData *)RTFFromRange:(NSRange)range documentAttributes:(NSDictionary *)attributes {
   logCall("RTFFromRange " + std::to_string(range.location) + " " + std::to_string(range.length) +
           " " + str([[attributes objectForKey:@"DocumentType"] description]));
@@ -161,11 +129,8 @@ using plugin_test::nameOf;
   if (hasNoBibliography) {
     return nil;
   }
-  RecordingBibliography *bibliography =
-      [[[RecordingBibliography alloc] initWithString:@"works" attributes:nil] autorelease];
-  bibliography->rtf = [[NSData alloc] initWithBytes:bibliographyRTF.data()
-                                             length:bibliographyRTF.size()];
-  return bibliography;
+  NSData *rtf = [NSData dataWithBytes:bibliographyRTF.data() length:bibliographyRTF.size()];
+  return [[[RecordingBibliography alloc] initWithText:@"works" rtf:rtf] autorelease];
 }
 - (NSAttributedString *)attributedGroupStringForCitationArray:(NSArray *)citationArray {
   logCall("format " + std::to_string([citationArray count]));
