@@ -20,6 +20,9 @@ inline constexpr formats::FourCharacterCode leakEvent = fourCharacterCode("leak"
 /// To the word processor, from a sender: all was sent; the payload is "SENDER ANSWERED".
 inline constexpr formats::FourCharacterCode doneEvent = fourCharacterCode("done");
 
+/// How long a reply is waited for: two minutes, in sixtieths of a second.
+inline constexpr long replyTimeOut = 120 * 60;
+
 /// The style that the host of these tests knows: a group in it is its search texts in parentheses.
 inline constexpr char styleName[] = "Echo";
 

@@ -9,15 +9,16 @@
 #include <cstdlib>
 #include <vector>
 
+#include "../Platform/EventSending.h"
 #include "LoadEvents.h"
 #include "LoadNumbers.h"
-#include "Sending.h"
 
 using namespace load_test;
 using platform::adoptMessage;
 using platform::Connection;
 using platform::Message;
 using platform::Slot;
+using platform_test::sendOneWay;
 
 namespace {
 

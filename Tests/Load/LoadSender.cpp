@@ -9,11 +9,14 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "../Platform/EventSending.h"
 #include "LoadEvents.h"
 #include "LoadNumbers.h"
-#include "Sending.h"
 
 using namespace load_test;
+using platform_test::Outcome;
+using platform_test::sendAndWait;
+using platform_test::sendOneWay;
 
 namespace {
 
@@ -27,7 +30,7 @@ bool isAnswered(std::uint32_t number) {
     case Kind::handshake: {
       const auto payload = formats::encodeHandshake({});
       return sendAndWait(hostSignature, formats::mellelSignature, formats::request::handshake,
-                         {payload.data(), payload.size()})
+                         {payload.data(), payload.size()}, replyTimeOut)
                  .status == noErr;
     }
     case Kind::liveBibliography:
@@ -35,8 +38,10 @@ bool isAnswered(std::uint32_t number) {
   }
   const Outcome outcome =
       sendAndWait(hostSignature, formats::mellelSignature, formats::request::liveBibliography,
-                  formats::encodeLiveBibliographyRequest(number, false, styleName, {&citation, 1}));
-  const auto reply = formats::decodeScanReply(outcome.reply);
+                  formats::encodeLiveBibliographyRequest(number, false, styleName, {&citation, 1}),
+                  replyTimeOut);
+  const std::string payload = outcome.reply.value_or("");
+  const auto reply = formats::decodeScanReply(payload);
   return outcome.status == noErr && reply && reply->groups.size() == 1 &&
          reply->groups.front() == "(" + text + ")";
 }

@@ -24,6 +24,7 @@
 #include <vector>
 
 #include "../Platform/ChildProcess.h"
+#include "../Platform/EventSending.h"
 #include "../Platform/PrivateBus.h"
 #include "../Platform/RunLoopWait.h"
 #include "AnswerEnd.h"
@@ -31,11 +32,13 @@
 #include "LoadEvents.h"
 #include "LoadNumbers.h"
 #include "MemoryFigures.h"
-#include "Sending.h"
 
 using namespace load_test;
 using platform_test::ChildProcess;
+using platform_test::Outcome;
 using platform_test::runUntil;
+using platform_test::sendAndWait;
+using platform_test::sendOneWay;
 
 namespace {
 
@@ -207,9 +210,10 @@ class Load {
   /// Once the host has given back what it does not need.
   Memory memory() {
     runUntil([] { return false; }, std::chrono::milliseconds(1500));
-    const Outcome live = sendAndWait(hostSignature, loadClass, liveBytesEvent, "");
+    const Outcome live = sendAndWait(hostSignature, loadClass, liveBytesEvent, "", replyTimeOut);
     check(live.status == noErr, "the host does not tell its memory");
-    return {std::strtoul(live.reply.c_str(), nullptr, 10), memoryOf(receiver_.number())};
+    return {std::strtoul(live.reply.value_or("").c_str(), nullptr, 10),
+            memoryOf(receiver_.number())};
   }
 
   void checkMemory(const char *what, std::size_t before, std::size_t after,

@@ -14,16 +14,18 @@
 #include <map>
 
 #include "../Platform/ChildProcess.h"
+#include "../Platform/EventSending.h"
 #include "../Platform/PrivateBus.h"
 #include "../Platform/RunLoopWait.h"
 #include "AnswerEnd.h"
 #include "Conversation.h"
 #include "LiveBytes.h"
-#include "Sending.h"
 
 using namespace load_test;
 using platform_test::ChildProcess;
+using platform_test::Outcome;
 using platform_test::runUntil;
+using platform_test::sendAndWait;
 using Clock = std::chrono::steady_clock;
 
 namespace {
@@ -83,19 +85,19 @@ class Soak {
     while ((Clock::now() < end || requests_ < fewest) && wrong_ == 0) {
       ask(conversation_.next());
       if (plan_.leak > 0) {
-        sendAndWait(hostSignature, loadClass, leakEvent, std::to_string(plan_.leak));
+        sendAndWait(hostSignature, loadClass, leakEvent, std::to_string(plan_.leak), replyTimeOut);
       }
     }
   }
 
   void ask(const Request &request) {
-    const Outcome outcome =
-        sendAndWait(hostSignature, formats::mellelSignature, request.eventID, request.payload);
+    const Outcome outcome = sendAndWait(hostSignature, formats::mellelSignature, request.eventID,
+                                        request.payload, replyTimeOut);
     ++requests_;
     ++kinds_[request.name];
     bool isRight = outcome.status == noErr;
     if (isRight && request.isAnsweredByReply) {
-      isRight = isAnswerTo(request, outcome.reply);
+      isRight = isAnswerTo(request, outcome.reply.value_or(""));
     }
     if (isRight && request.answerID) {
       isRight = runUntil([this] { return !answers_.empty(); }, patience) &&
@@ -113,14 +115,14 @@ class Soak {
 
   /// Asked twice: the answer to the first frees what the last request left behind.
   long liveBytes() {
-    sendAndWait(hostSignature, loadClass, liveBytesEvent, "");
-    const Outcome outcome = sendAndWait(hostSignature, loadClass, liveBytesEvent, "");
+    sendAndWait(hostSignature, loadClass, liveBytesEvent, "", replyTimeOut);
+    const Outcome outcome = sendAndWait(hostSignature, loadClass, liveBytesEvent, "", replyTimeOut);
     if (outcome.status != noErr) {
       ++wrong_;
       std::printf("FAILED: the host does not answer any more: status %d\n",
                   static_cast<int>(outcome.status));
     }
-    return std::strtol(outcome.reply.c_str(), nullptr, 10);
+    return std::strtol(outcome.reply.value_or("").c_str(), nullptr, 10);
   }
 
   struct Answer {

@@ -1,12 +1,9 @@
 // The events that the test peer serves, and sending them.
 #pragma once
 
-#include <ApplicationServices/ApplicationServices.h>
-
-#include <optional>
-#include <string>
 #include <string_view>
 
+#include "EventSending.h"
 #include "FourCharacterCodes.h"
 
 namespace platform_test {
@@ -39,16 +36,13 @@ inline constexpr AEEventID stopEvent = code("stop");
 /// Ends the peer without an answer.
 inline constexpr AEEventID dieEvent = code("die ");
 
-struct Outcome {
-  OSStatus status = noErr;
-  /// The direct object of the reply, if there was one.
-  std::optional<std::string> reply;
-  DescType replyType = typeNull;
-};
+inline Outcome sendAndWait(OSType target, AEEventID eventID, std::string_view payload,
+                           long timeOutInTicks = 20 * 60) {
+  return sendAndWait(target, testClass, eventID, payload, timeOutInTicks);
+}
 
-Outcome sendAndWait(OSType target, AEEventID eventID, std::string_view payload,
-                    long timeOutInTicks = 20 * 60);
-
-OSStatus sendOneWay(OSType target, AEEventID eventID, std::string_view payload);
+inline OSStatus sendOneWay(OSType target, AEEventID eventID, std::string_view payload) {
+  return sendOneWay(target, testClass, eventID, payload);
+}
 
 }  // namespace platform_test

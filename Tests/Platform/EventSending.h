@@ -3,22 +3,24 @@
 
 #include <ApplicationServices/ApplicationServices.h>
 
+#include <optional>
 #include <string>
 #include <string_view>
 
-namespace load_test {
+namespace platform_test {
 
 struct Outcome {
   OSStatus status = noErr;
-  /// The reply's direct object; empty when there is none.
-  std::string reply;
+  /// The direct object of the reply, if there was one.
+  std::optional<std::string> reply;
+  DescType replyType = typeNull;
 };
 
-/// Waits for the reply, up to two minutes.
+/// The payload is the direct object. Waits for the reply; the time is in sixtieths of a second.
 Outcome sendAndWait(OSType target, AEEventClass eventClass, AEEventID eventID,
-                    std::string_view payload);
+                    std::string_view payload, long timeOutInTicks);
 
 OSStatus sendOneWay(OSType target, AEEventClass eventClass, AEEventID eventID,
                     std::string_view payload);
 
-}  // namespace load_test
+}  // namespace platform_test

@@ -1,4 +1,4 @@
-#include "TestEvents.h"
+#include "EventSending.h"
 
 namespace platform_test {
 namespace {
@@ -11,12 +11,12 @@ class Descriptor : public AEDesc {
   Descriptor &operator=(const Descriptor &) = delete;
 };
 
-OSStatus makeEvent(OSType signature, AEEventID eventID, std::string_view payload,
-                   Descriptor &event) {
+OSStatus makeEvent(OSType signature, AEEventClass eventClass, AEEventID eventID,
+                   std::string_view payload, Descriptor &event) {
   Descriptor target;
   OSStatus status = AECreateDesc(typeApplSignature, &signature, sizeof signature, &target);
   if (status == noErr) {
-    status = AECreateAppleEvent(testClass, eventID, &target, kAutoGenerateReturnID,
+    status = AECreateAppleEvent(eventClass, eventID, &target, kAutoGenerateReturnID,
                                 kAnyTransactionID, &event);
   }
   if (status == noErr) {
@@ -28,12 +28,12 @@ OSStatus makeEvent(OSType signature, AEEventID eventID, std::string_view payload
 
 }  // namespace
 
-Outcome sendAndWait(OSType target, AEEventID eventID, std::string_view payload,
-                    long timeOutInTicks) {
+Outcome sendAndWait(OSType target, AEEventClass eventClass, AEEventID eventID,
+                    std::string_view payload, long timeOutInTicks) {
   Descriptor event;
   Descriptor reply;
   Outcome outcome;
-  outcome.status = makeEvent(target, eventID, payload, event);
+  outcome.status = makeEvent(target, eventClass, eventID, payload, event);
   if (outcome.status == noErr) {
     outcome.status = AESendMessage(&event, &reply, kAEWaitReply, timeOutInTicks);
   }
@@ -47,10 +47,11 @@ Outcome sendAndWait(OSType target, AEEventID eventID, std::string_view payload,
   return outcome;
 }
 
-OSStatus sendOneWay(OSType target, AEEventID eventID, std::string_view payload) {
+OSStatus sendOneWay(OSType target, AEEventClass eventClass, AEEventID eventID,
+                    std::string_view payload) {
   Descriptor event;
   Descriptor reply;
-  const OSStatus status = makeEvent(target, eventID, payload, event);
+  const OSStatus status = makeEvent(target, eventClass, eventID, payload, event);
   return status == noErr ? AESendMessage(&event, &reply, kAENoReply, kNoTimeOut) : status;
 }
 
