@@ -37,7 +37,16 @@ void requireOneLine(const Result &result) {
                                  result.error().find('\n') == std::string::npos));
 }
 
+void list(Library &references, std::string_view searchText) {
+  using enum library::SortColumn;
+  for (const library::SortColumn column : {authors, year, title, kind, identifier}) {
+    requireOneLine(references.list({.column = column}, searchText));
+    requireOneLine(references.list({.column = column, .ascending = false}, searchText));
+  }
+}
+
 void use(Library &references) {
+  references.keepReading();
   requireOneLine(references.count());
   requireOneLine(references.matching("SMI2001"));
   requireOneLine(references.matching("van Gogh 1888"));
@@ -48,8 +57,14 @@ void use(Library &references) {
     requireOneLine(references.cslJson(row));
     requireOneLine(references.citationTag(row));
   }
+  list(references, "");
+  references.stopReading();
   const library::NewReference added{"NEW", R"({"title":"New"})"};
+  if (rows && !rows->empty()) {
+    requireOneLine(references.replace(rows->front(), added));
+  }
   requireOneLine(references.add({&added, 1}));
+  requireOneLine(references.checkWhole());
 }
 
 }  // namespace

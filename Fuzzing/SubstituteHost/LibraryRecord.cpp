@@ -1,7 +1,8 @@
 // A reference from someone else's CSL-JSON: whatever is in it, a library takes it or says why not,
-// and then finds it by every name that it may be cited by; and a form that nobody changed changes
-// nothing.
+// and then finds it by every name that it may be cited by; a form that nobody changed changes
+// nothing, and one into which anything was typed makes a reference again.
 
+#include <Formats/Unicode.h>
 #include <SubstituteHostLibrary/BibliographicRecord.h>
 #include <SubstituteHostLibrary/CitationName.h>
 #include <SubstituteHostLibrary/EditableFields.h>
@@ -35,6 +36,37 @@ void requireUnchangedForm(const NewReference &reference) {
   const auto same = library::withEditedFields(reference, *fields);
   require(same.has_value());
   require(same->identifier == reference.identifier && same->cslJson == reference.cslJson);
+}
+
+std::string_view withoutBlanksAround(std::string_view text) {
+  constexpr std::string_view blanks = " \t\r\n";
+  const std::size_t begin = text.find_first_not_of(blanks);
+  return begin == std::string_view::npos
+             ? std::string_view()
+             : text.substr(begin, text.find_last_not_of(blanks) + 1 - begin);
+}
+
+// The text is typed into every field.
+void requireTaken(const NewReference &reference, std::string_view text) {
+  auto fields = library::editableFields(reference);
+  if (!fields) {
+    return;
+  }
+  const std::string typed = formats::encodeUTF8(formats::decodeUTF8(text));
+  for (library::EditableField &field : *fields) {
+    field.value = typed;
+  }
+  const auto edited = library::withEditedFields(reference, *fields);
+  require(edited.has_value());
+  require(library::readBibliographicRecord(edited->cslJson).has_value());
+  const auto shown = library::editableFields(*edited);
+  require(shown.has_value() && shown->size() == fields->size());
+  for (const library::EditableField &field : *shown) {
+    if (field.form == library::FieldForm::identifier || field.form == library::FieldForm::line) {
+      require(field.value == withoutBlanksAround(typed));
+    }
+  }
+  requireUnchangedForm(*edited);
 }
 
 void requireFound(Library &references, const NewReference &reference,
@@ -81,6 +113,7 @@ void run(std::string_view bytes) {
   require(added->added == 1 && added->alreadyThere == 0);
   requireFound(*references, reference, *record);
   requireUnchangedForm(reference);
+  requireTaken(reference, reference.identifier);
   const auto again = references->add({&reference, 1});
   require(again.has_value() && again->added == 0 && again->alreadyThere == 1);
 }
