@@ -3,6 +3,7 @@
 #include <Formats/CitationText.h>
 #include <Formats/EventTable.h>
 #include <Formats/Insertion.h>
+#include <Formats/OneLine.h>
 #include <Formats/RecordMarkup.h>
 #include <Formats/SmallMessages.h>
 #include <Formats/Unicode.h>
@@ -102,7 +103,7 @@ std::expected<void, Failure> insertInto(const InsertOptions::Place &place, Timeo
   if (!written) {
     return std::unexpected(written.error());
   }
-  std::cout << "wrote: " << *output << "\ninserted: " << inOneLine(inserted) << '\n';
+  std::cout << "wrote: " << *output << "\ninserted: " << formats::inOneLine(inserted) << '\n';
   return {};
 }
 
@@ -114,7 +115,7 @@ std::expected<void, Failure> insert(const InsertOptions &options, Timeout timeou
   if (!citation) {
     return std::unexpected(citation.error());
   }
-  std::cout << inOneLine(*citation) << '\n';
+  std::cout << formats::inOneLine(*citation) << '\n';
   return {};
 }
 

@@ -1,4 +1,6 @@
 // The process `mellel`: one command, one exit status, one line where something is wrong.
+#include <Formats/OneLine.h>
+
 #include <csignal>
 #include <iostream>
 #include <string>
@@ -9,7 +11,7 @@
 namespace {
 
 int tell(const wordprocessor::Failure &failure) {
-  std::cerr << "mellel: " << failure.line << std::endl;
+  std::cerr << "mellel: " << formats::inOneLine(failure.line) << std::endl;
   return static_cast<int>(failure.status);
 }
 

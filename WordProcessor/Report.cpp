@@ -1,5 +1,6 @@
 #include "Report.h"
 
+#include <Formats/OneLine.h>
 #include <Formats/Unicode.h>
 
 #include <algorithm>
@@ -7,6 +8,8 @@
 #include <cstdio>
 
 namespace wordprocessor {
+
+using formats::inOneLine;
 
 namespace {
 
@@ -66,13 +69,6 @@ std::string bibliographyLine(const FormattedCitations &formatted, const Document
 }
 
 }  // namespace
-
-std::string inOneLine(std::string_view text) {
-  std::u16string line = formats::decodeUTF8(text);
-  std::ranges::replace_if(
-      line, [](char16_t unit) { return unit < 0x20 || (unit >= 0x7F && unit < 0xA0); }, u' ');
-  return formats::encodeUTF8(line);
-}
 
 std::string formattingReport(std::string_view outputPath, const FormattedCitations &formatted,
                              const DocumentText &document, bool wantsBibliography) {

@@ -9,10 +9,6 @@
 
 namespace wordprocessor {
 
-// The text as it can stand in a line: control characters, which could end the line or command the
-// terminal, become blanks. UTF-8.
-std::string inOneLine(std::string_view text);
-
 // Where the copy is, how much of it was formatted, and each citation that was not.
 std::string formattingReport(std::string_view outputPath, const FormattedCitations &formatted,
                              const DocumentText &document, bool wantsBibliography);

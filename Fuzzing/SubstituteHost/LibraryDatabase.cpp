@@ -1,6 +1,7 @@
 // A library's own file with bytes changed by who knows what: it is opened and used, or refused with
 // one line and left as it is.
 
+#include <Formats/OneLine.h>
 #include <SubstituteHostLibrary/Library.h>
 #include <Tests/SubstituteHost/TemporaryDirectory.h>
 
@@ -34,7 +35,7 @@ std::string wholeDatabase() {
 template <typename Result>
 void requireOneLine(const Result &result) {
   require(result.has_value() || (result.error().find("fuzzed.korvo") != std::string::npos &&
-                                 result.error().find('\n') == std::string::npos));
+                                 result.error() == formats::inOneLine(result.error())));
 }
 
 void list(Library &references, std::string_view searchText) {

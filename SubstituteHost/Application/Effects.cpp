@@ -1,15 +1,14 @@
+#include <Formats/OneLine.h>
 #include <SubstituteHostApplication/Effects.h>
 
 #include <cstdio>
 #include <string>
 
 namespace application {
-namespace {
 
-void appendInOneLine(std::string &output, std::string_view line) {
-  for (const char byte : line) output += byte == '\n' || byte == '\r' ? ' ' : byte;
-  output += '\n';
-}
+using formats::inOneLine;
+
+namespace {
 
 std::string_view withoutLineBreaksAround(std::string_view text) {
   const std::size_t begin = text.find_first_not_of("\r\n");
@@ -18,30 +17,26 @@ std::string_view withoutLineBreaksAround(std::string_view text) {
 }
 
 // Whole lines in one piece. A reader that has gone is no concern of the host's.
-void write(const std::string &output) {
-  (void)std::fwrite(output.data(), 1, output.size(), stdout);
-  (void)std::fflush(stdout);
+void write(const std::string &output, std::FILE *stream = stdout) {
+  (void)std::fwrite(output.data(), 1, output.size(), stream);
+  (void)std::fflush(stream);
 }
 
 }  // namespace
 
-void announce(std::string_view line) {
-  std::string output;
-  appendInOneLine(output, line);
-  write(output);
-}
+void announce(std::string_view line) { write(inOneLine(line) + '\n'); }
 
 void announceNotice(std::string_view header, std::string_view text) {
-  std::string output;
-  appendInOneLine(output, "notice: " + std::string(header));
+  std::string output = "notice: " + inOneLine(header) + '\n';
   text = withoutLineBreaksAround(text);
   while (!text.empty()) {
     const std::size_t end = text.find('\n');
-    output += ' ';
-    appendInOneLine(output, text.substr(0, end));
+    output += ' ' + inOneLine(text.substr(0, end)) + '\n';
     text = end == std::string_view::npos ? std::string_view() : text.substr(end + 1);
   }
   write(output);
 }
+
+void complain(std::string_view line) { write("korvo: " + inOneLine(line) + '\n', stderr); }
 
 }  // namespace application

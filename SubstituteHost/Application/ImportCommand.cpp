@@ -1,3 +1,4 @@
+#include <SubstituteHostApplication/Effects.h>
 #include <SubstituteHostApplication/ImportCommand.h>
 #include <SubstituteHostLibrary/LibraryFile.h>
 
@@ -10,11 +11,11 @@ int runImport(const ImportFiles &import) {
   engine::LibraryImporter importer;
   const auto report = library::importIntoLibraryFile(import.files, import.database, importer);
   if (!report) {
-    std::cerr << "korvo: " << report.error() << "\n";
+    complain(report.error());
     return EXIT_FAILURE;
   }
   for (const engine::ImportProblem &problem : report->problems) {
-    std::cerr << "korvo: " << problem.message() << "\n";
+    complain(problem.message());
   }
   std::cout << "imported " << report->addition.added << " references into "
             << import.database.string();

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <iostream>
 
 #include <Platform/AppleEventsProcess.h>
 #include <SubstituteHostApplication/Effects.h>
@@ -30,7 +29,7 @@ constexpr int badArgument = 2;
 constexpr FourCharCode hostSignature = 0x4B52564F;  // 'KRVO'
 
 int fail(const std::string &line, int status) {
-  std::cerr << "korvo: " << line << std::endl;
+  complain(line);
   return status;
 }
 
@@ -43,7 +42,7 @@ std::expected<NSArray *, std::string> openLibraries(
     auto opened = library::openLibraryFile(file, importer);
     if (!opened) return std::unexpected(opened.error());
     for (const engine::ImportProblem &problem : opened->problems) {
-      std::cerr << "korvo: " << problem.message() << std::endl;
+      complain(problem.message());
     }
     const auto library = Owned<KOLibrary *>::taking(
         [[KOLibrary alloc] initWithLibrary:std::move(opened->library)]);

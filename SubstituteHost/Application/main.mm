@@ -8,6 +8,7 @@
 #include <vector>
 
 #include <SubstituteHostApplication/CommandLine.h>
+#include <SubstituteHostApplication/Effects.h>
 #include <SubstituteHostApplication/ImportCommand.h>
 #include <SubstituteHostApplication/RunCommand.h>
 
@@ -44,7 +45,7 @@ int main(int argc, char **argv, char **environment) {
     const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
     status = carryOut(*command, program);
   } else {
-    std::cerr << "korvo: " << command.error() << std::endl;
+    application::complain(command.error());
   }
   [pool release];
   return status;

@@ -1,3 +1,4 @@
+#include <Formats/OneLine.h>
 #include <Formats/Unicode.h>
 #include <SubstituteHostEngine/JavaScriptMachine.h>
 
@@ -37,15 +38,6 @@ class OwnedString {
  private:
   JSStringRef string_;
 };
-
-std::string oneLine(std::string text) {
-  for (char &character : text) {
-    if (static_cast<unsigned char>(character) < 0x20) {
-      character = ' ';
-    }
-  }
-  return text;
-}
 
 JavaScriptMachine::Text answer(const JavaScriptMachine::TextFunction &function,
                                std::u16string_view question) {
@@ -127,7 +119,7 @@ std::string JavaScriptMachine::describe(JSValueRef exception) const {
   if (message.empty()) {
     message = OwnedString(JSValueToStringCopy(context_, exception, nullptr)).copy();
   }
-  return oneLine(formats::encodeUTF8(message));
+  return formats::inOneLine(formats::encodeUTF8(message));
 }
 
 JSValueRef JavaScriptMachine::text(std::u16string_view text) const {

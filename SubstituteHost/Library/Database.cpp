@@ -1,3 +1,4 @@
+#include <Formats/OneLine.h>
 #include <sqlite3.h>
 #include <SubstituteHostLibrary/Database.h>
 
@@ -15,7 +16,7 @@ DatabaseError withReason(const char *line, int systemError) {
   return systemError == 0 ? line : std::string(line) + ": " + std::strerror(systemError);
 }
 
-// For the user, SQLite's own words only where there are no better ones.
+// For the user, SQLite's own words only where there are no better ones. They may quote the file.
 DatabaseError describe(int status, const char *sqliteMessage, int systemError) {
   switch (status & 0xFF) {  // the low byte is the kind, the rest are details
     case SQLITE_BUSY:
@@ -34,7 +35,7 @@ DatabaseError describe(int status, const char *sqliteMessage, int systemError) {
     case SQLITE_FULL:
       return "the disk is full";
     default:
-      return sqliteMessage;
+      return formats::inOneLine(sqliteMessage);
   }
 }
 

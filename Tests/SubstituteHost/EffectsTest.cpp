@@ -3,6 +3,7 @@
 
 using application::announce;
 using application::announceNotice;
+using application::complain;
 
 namespace {
 
@@ -11,6 +12,13 @@ std::string written(const Action &action) {
   testing::internal::CaptureStdout();
   action();
   return testing::internal::GetCapturedStdout();
+}
+
+template <typename Action>
+std::string writtenOfErrors(const Action &action) {
+  testing::internal::CaptureStderr();
+  action();
+  return testing::internal::GetCapturedStderr();
 }
 
 }  // namespace
@@ -24,4 +32,14 @@ TEST(Effects, ANoticesTextIsIndentedLineByLine) {
   EXPECT_EQ(written([] { announceNotice("Header", "\n\nfirst\n\n second\n\n"); }),
             "notice: Header\n first\n \n  second\n");
   EXPECT_EQ(written([] { announceNotice("Two\nlines", ""); }), "notice: Two lines\n");
+}
+
+TEST(Effects, NothingInAReferenceOrACitationCommandsTheTerminal) {
+  EXPECT_EQ(written([] { announce("editor: \x1B[2J\u009Bx"); }), "editor:  [2J x\n");
+  EXPECT_EQ(written([] { announceNotice("A\x1B[1m", "b\x1B[2J\n\x07\xFF"); }),
+            "notice: A [1m\n b [2J\n  \uFFFD\n");
+}
+
+TEST(Effects, WhatWentWrongIsOneLineForPeople) {
+  EXPECT_EQ(writtenOfErrors([] { complain("a\nb\x1B[2J"); }), "korvo: a b [2J\n");
 }

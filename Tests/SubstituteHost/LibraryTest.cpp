@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
+#include <SubstituteHostLibrary/Database.h>
 #include <SubstituteHostLibrary/Library.h>
 
 #include <fstream>
@@ -401,6 +402,15 @@ TEST(LibraryOnDisk, AFileCutShortIsRefusedAndLeftAsItIs) {
     EXPECT_THAT(refused.error(), HasSubstr("damaged"));
     EXPECT_EQ(bytesOf(file), before) << size;
   }
+}
+
+// SQLite quotes what it cannot read, the schema of a damaged file too.
+TEST(LibraryDatabase, SQLitesOwnWordsAreOneLineThatCommandsNoTerminal) {
+  auto database = library::Database::temporary();
+  ASSERT_TRUE(database);
+  const auto statement = database->prepare("SELECT '\n\x1B[2J\xFF");
+  ASSERT_FALSE(statement);
+  EXPECT_EQ(statement.error(), "unrecognized token: \"'  [2J\uFFFD\"");
 }
 
 // Wherever the damage lies: an answer or an error, never a crash, and no endless loop.
