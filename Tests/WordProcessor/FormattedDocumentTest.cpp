@@ -98,6 +98,19 @@ TEST(FormattedDocument, BibliographyInATableCellLeavesTheCellItsEnd) {
   EXPECT_EQ(body.substr(body.size() - 12), "}\n\\cell\\row ");
 }
 
+TEST(FormattedDocument, HexadecimalCharacterWithoutDigitsFindsNoneInWhatFollows) {
+  EXPECT_EQ(formattedBody("\\{A\\'xB\\}41", "S"), "{S}\\'{}41");
+  EXPECT_EQ(formattedBody("\\{A\\'xB\\}", "S"), "{S}\\'{}");
+  EXPECT_EQ(formattedBody("\\{A\\'{\\b xB}\\}41", "S"), "{S}\\'{\\b }41");
+}
+
+TEST(FormattedDocument, BinaryDataOfNoLengthDoesNotBecomeAnotherWord) {
+  EXPECT_EQ(formattedBody("\\{A\\bin;B\\}an", "S"), "{S}\\bin an");
+  EXPECT_EQ(formattedBody("\\{A\\bin0;B\\}5x", "S"), "{S}\\bin0 5x");
+  EXPECT_EQ(formattedBody("\\{A\\bin0 ;B\\}5x", "S"), "{S}\\bin0 5x");
+  EXPECT_EQ(formattedBody("\\{A\\bin1{;B\\}5x", "S"), "{S}\\bin1{5x");
+}
+
 TEST(FormattedDocument, ParagraphsEndThatEndedAControlWordLeavesABlank) {
   EXPECT_EQ(textOf(documentWith(formattedBody("\\{bibliography\\}\\i\\par b", "", twoEntries()))),
             "A¶B¶b");

@@ -40,7 +40,7 @@ void appendSpan(std::vector<CharacterSpan> &spans, const TextEvent &event) {
     spans.back().span.end = event.end;
     return;
   }
-  spans.push_back({{event.begin, event.end}, event.endsControlWord});
+  spans.push_back({{event.begin, event.end}, event.separator});
 }
 
 class CitationFinder {
@@ -159,7 +159,7 @@ class CitationFinder {
       std::vector<CharacterSpan> &spans = place.citation.spans;
       spans.insert(spans.end(), story.blanks.begin(), story.blanks.end());
       if (event.kind == TextEventKind::paragraphEnd && event.character == '\n') {
-        place.paragraphEnd = CharacterSpan{{event.begin, event.end}, event.endsControlWord};
+        place.paragraphEnd = CharacterSpan{{event.begin, event.end}, event.separator};
       }
     }
     story = Story{};

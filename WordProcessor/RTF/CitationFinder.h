@@ -28,9 +28,9 @@ namespace wordprocessor {
 // Bytes of the document that are characters of a citation, and nothing else.
 struct CharacterSpan {
   Span span;
-  // A control word directly before them has no blank of its own: without these bytes it needs
-  // one, or it would read on in what follows.
-  bool endsControlWord = false;
+  // What must take their place if they go, because the mark directly before them would read on in
+  // what follows: nothing, a blank or an empty group. Lives for ever.
+  std::string_view separator;
 };
 
 struct Citation {

@@ -10,7 +10,7 @@ namespace wordprocessor {
 namespace {
 
 void remove(std::vector<Edit> &edits, const CharacterSpan &characters) {
-  edits.push_back({characters.span, characters.endsControlWord ? " " : ""});
+  edits.push_back({characters.span, std::string(characters.separator)});
 }
 
 // The group takes the first place; it ends a control word before it by itself. An empty text

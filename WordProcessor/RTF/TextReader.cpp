@@ -25,6 +25,21 @@ bool isHeaderWord(Keyword keyword) {
          keyword == Keyword::defaultFont;
 }
 
+// A control word without a blank of its own would take letters, digits or a blank for its own, \'
+// two digits. Where \bin has data, these end it.
+std::string_view separatorBehind(const Token &token) {
+  switch (token.kind) {
+    case TokenKind::controlWord:
+      return token.isDelimited ? "" : " ";
+    case TokenKind::binary:
+      return token.isDelimited || token.parameter > 0 ? "" : " ";
+    case TokenKind::controlSymbol:
+      return token.byte == '\'' ? "{}" : "";
+    default:
+      return {};
+  }
+}
+
 // What may follow a document's last brace: some programs fill the file up.
 bool isPadding(char byte) {
   return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n' || byte == '\0' ||
@@ -63,8 +78,8 @@ TextEvent TextReader::next() {
     const Token token = lexer_.next();
     event.begin = token.begin;
     event.end = token.end;
-    event.endsControlWord = previousIsOpenControlWord_;
-    previousIsOpenControlWord_ = token.kind == TokenKind::controlWord && !token.isDelimited;
+    event.separator = separator_;
+    separator_ = separatorBehind(token);
     // Whatever comes next comes after this token.
     restBegin_ = restEnd_ = token.end;
     if (take(token, event)) {
@@ -86,7 +101,7 @@ bool TextReader::checkBeginning(TextEvent &event) {
   }
   groups_.push_back(groups_.back());
   restBegin_ = restEnd_ = endOfMainText_ = word.end;
-  previousIsOpenControlWord_ = !word.isDelimited;
+  separator_ = separatorBehind(word);
   return false;
 }
 
@@ -408,8 +423,10 @@ bool TextReader::takeByte(std::uint8_t byte, TextEvent &event) {
 
 bool TextReader::takePieceOfText(TextEvent &event) {
   const std::string_view rest = rtf_.substr(restBegin_, restEnd_ - restBegin_);
-  // Only the first piece of a token can follow on a control word.
-  event.endsControlWord = event.endsControlWord && event.begin == restBegin_;
+  // Only the first piece of a token follows on the token before.
+  if (event.begin != restBegin_) {
+    event.separator = {};
+  }
   event.begin = restBegin_;
   const auto takeBytes = [&](std::size_t count) {
     restBegin_ += count;

@@ -40,8 +40,9 @@ struct TextEvent {
   // that character must remove these bytes too. (The first of two bytes of a character, or
   // the first surrogate of two, comes as an event with an empty text as well.)
   bool isContinuation = false;
-  // The bytes follow directly on a control word that only they end.
-  bool endsControlWord = false;
+  // What must take the place of the bytes if they go, because the mark directly before them would
+  // read on in what follows: nothing, a blank or an empty group.
+  std::string_view separator;
   // The character, where the text is a single one: braces always come singly. Of a paragraph
   // end, '\n' for an ordinary one, 0 for the end of a table cell, a row, a page or a section.
   char32_t character = 0;
@@ -125,7 +126,7 @@ class TextReader {
   // What is left of a text token.
   std::size_t restBegin_ = 0;
   std::size_t restEnd_ = 0;
-  bool previousIsOpenControlWord_ = false;
+  std::string_view separator_;  // behind the last token
 
   // Characters that take several tokens.
   std::int32_t fallbackLeft_ = 0;
