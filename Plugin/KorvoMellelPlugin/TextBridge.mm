@@ -2,6 +2,8 @@
 
 #include <Formats/Unicode.h>
 
+#include <algorithm>
+
 std::u16string codeUnits(NSString *string) {
   std::u16string text([string length], u'\0');
   [string getCharacters:reinterpret_cast<unichar *>(text.data()) range:NSMakeRange(0, text.size())];
@@ -20,24 +22,7 @@ std::u16string_view CodeUnitReader::operator()(NSString *string) {
 
 namespace {
 
-bool isHighSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xD800; }
-bool isLowSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xDC00; }
-
-// How many code units stand before the first half of a surrogate pair without its other half.
-std::size_t lengthBeforeLoneSurrogate(std::u16string_view text) {
-  std::size_t index = 0;
-  while (index < text.size()) {
-    if (isHighSurrogate(text[index]) && index + 1 < text.size() &&
-        isLowSurrogate(text[index + 1])) {
-      index += 2;
-    } else if (isHighSurrogate(text[index]) || isLowSurrogate(text[index])) {
-      break;
-    } else {
-      ++index;
-    }
-  }
-  return index;
-}
+bool isSurrogate(char16_t unit) { return (unit & 0xF800) == 0xD800; }
 
 constexpr char16_t byteOrderMark = 0xFEFF;
 constexpr char16_t byteOrderMarkTurnedRound = 0xFFFE;
@@ -56,13 +41,14 @@ NSString *stringOrNil(std::u16string_view text) {
 }
 
 // GNUstep makes no string of code units with half a surrogate pair among them; but it formats one,
-// and appends what has one.
+// and appends what has one. Two halves that are formatted one after the other are a pair again.
 NSString *stringWithLoneSurrogates(std::u16string_view text) {
   NSMutableString *string = [NSMutableString stringWithCapacity:text.size()];
   while (!text.empty()) {
-    const std::size_t wellFormed = lengthBeforeLoneSurrogate(text);
-    [string appendString:stringOrNil(text.substr(0, wellFormed))];
-    text.remove_prefix(wellFormed);
+    const auto surrogate = std::ranges::find_if(text, isSurrogate);
+    const auto length = static_cast<std::size_t>(surrogate - text.begin());
+    [string appendString:stringOrNil(text.substr(0, length))];
+    text.remove_prefix(length);
     if (!text.empty()) {
       [string appendFormat:@"%C", static_cast<unichar>(text.front())];
       text.remove_prefix(1);

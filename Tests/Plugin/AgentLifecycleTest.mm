@@ -125,7 +125,7 @@ TEST_F(AgentTest, RemovalGoesInItsOwnOrder) {
 }
 
 TEST_F(AgentTest, DestroyedAgentRemovesItsHandlersAndANewOneTakesItsPlace) {
-  [agent_ release];
+  EXPECT_TRUE(endsWithItsRelease(agent_));
   EXPECT_THAT(installedEvents(), ElementsAre("LVBQ", "PRSQ", "SCNQ", "SYNC"));
   // What remains must point at a living object again.
   [agentClass_ initialize];

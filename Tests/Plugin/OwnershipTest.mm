@@ -62,6 +62,10 @@ TEST_F(Ownership, DialogKeepsTheAdapterAsLongAsItLives) {
   EXPECT_EQ([host_ retainCount], before);
 }
 
+TEST_F(Ownership, DialogThatIsLetGoIsGone) {
+  EXPECT_TRUE(endsWithItsRelease(newController()));
+}
+
 // It may be the only one that still keeps it.
 TEST_F(Ownership, WhatIsSetAgainIsNotLetGoInBetween) {
   KOMellelScanController *controller = [newController() autorelease];

@@ -80,6 +80,26 @@
 
 @end
 
+// Answers -string with a copy, and becomes another text with the first question.
+@interface CopiedText : PatternedText {
+ @public
+  NSString *becomesWhenAsked_;
+}
+@end
+
+@implementation CopiedText
+
+- (NSString *)string {
+  return [NSString stringWithString:text_];
+}
+
+- (BOOL)isBoldAtIndex:(NSUInteger)index {
+  [text_ setString:becomesWhenAsked_];
+  return [super isBoldAtIndex:index];
+}
+
+@end
+
 namespace plugin_test {
 namespace {
 
@@ -173,11 +193,19 @@ TEST_F(RTFTranslationAgreement, LoneSurrogatesAreWrittenAsTheyAreAndReadUnchange
 }
 
 TEST_F(RTFTranslationAgreement, ATextThatShrinksUnderAQuestionEndsTheRTF) {
-  PatternedText *subject = patterned(@"abcdef");
-  subject->shrinkWhenAskedAbout_ = 3;
-  subject->shrunkLength_ = 2;
-  EXPECT_EQ(str([subject asPidginRTF]), "abc");
-  EXPECT_EQ(subject->questions_, repeated("biu^_", 4));
+  for (const NSUInteger shrunkLength : {0, 2, 3}) {
+    PatternedText *subject = patterned(@"abcdef");
+    subject->shrinkWhenAskedAbout_ = 3;
+    subject->shrunkLength_ = shrunkLength;
+    EXPECT_EQ(str([subject asPidginRTF]), "abc") << shrunkLength;
+    EXPECT_EQ(subject->questions_, repeated("biu^_", 4));
+  }
+}
+
+TEST_F(RTFTranslationAgreement, ATextThatAnswersWithCopiesIsReadAsItIsNow) {
+  CopiedText *subject = [[[CopiedText alloc] initWithString:@"abcdef" attributes:nil] autorelease];
+  subject->becomesWhenAsked_ = @"ABCDEFGH";
+  EXPECT_EQ(str([subject asPidginRTF]), "ABCDEFGH");
 }
 
 TEST_F(RTFTranslationAgreement, ATextThatShrinksBehindTheQuestionIsReadToItsNewEnd) {

@@ -172,6 +172,15 @@ TEST_F(ScanDialog, NoFavoritesSelectNothingStoreNothingAndTheButtonDoesNothing) 
   }
 }
 
+TEST_F(ScanDialog, MenuThatHasBecomeEmptyChangesNeitherStyleNorWhatIsStored) {
+  offer({"APA"});
+  open();
+  [menu() removeAllItems];
+  [controller_ formatSelectionChanged:menu()];
+  EXPECT_EQ(selectedStyle(), "APA");
+  EXPECT_EQ(lastStyle(), "APA");
+}
+
 TEST_F(ScanDialog, OddElementsAmongTheFavoritesAreLeftOut) {
   [host_ addStyle:"APA"];
   host_->favorites = array({[NSNull null], @"APA"});

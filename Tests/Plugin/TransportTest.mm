@@ -2,6 +2,10 @@
 
 #import "Support/AgentTest.h"
 
+#include <malloc.h>
+
+#include <algorithm>
+
 namespace plugin_test {
 namespace {
 
@@ -46,6 +50,16 @@ TEST_F(AgentTest, EmptyBufferIsAnEmptyDirectObject) {
   [agent_ sendAppleEventWithClass:code("mLeL") eventID:code("evnt") buffer:"" bufferSize:0];
   ASSERT_EQ(carrier_.sent[0].parameters.size(), 1u);
   EXPECT_EQ(payloadSent(), "");
+}
+
+TEST_F(AgentTest, OutgoingBytesAreZeroAndNoMoreThanAskedFor) {
+  for (const std::size_t size : {std::size_t{1}, std::size_t{14}, std::size_t{1'000'000}}) {
+    char *bytes = static_cast<char *>([agent_ allocateOutgoingBytes:size]);
+    EXPECT_EQ(std::count(bytes, bytes + size, '\0'), static_cast<std::ptrdiff_t>(size));
+    constexpr std::size_t roundedUp = 8192;
+    EXPECT_LE(malloc_usable_size(bytes), size + roundedUp);
+    std::free(bytes);
+  }
 }
 
 TEST_F(AgentTest, FailedSendReturnsItsStatusAndLogsNothing) {

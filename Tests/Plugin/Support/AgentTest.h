@@ -46,6 +46,9 @@ class ReplacedMethod {
   IMP original_;
 };
 
+// Releases the object; whether it has gone to its very end, the root class's dealloc.
+bool endsWithItsRelease(id object);
+
 OSType code(const char (&characters)[5]);
 std::string characters(OSType code);
 

@@ -12,6 +12,15 @@ id openScriptedDialog(id, SEL, id) {
 
 void *allocateNothing(id, SEL, std::size_t) { return nullptr; }
 
+id awaitedEnd = nil;
+
+void end(id object, SEL) {
+  if (object == awaitedEnd) {
+    awaitedEnd = nil;
+  }
+  NSDeallocateObject(object);
+}
+
 NSBundle *bundle() {
   return [NSBundle bundleWithPath:[NSString stringWithUTF8String:PLUGIN_BUNDLE]];
 }
@@ -30,6 +39,13 @@ const StartUp &startUp() {
     return started;
   }();
   return result;
+}
+
+bool endsWithItsRelease(id object) {
+  const ReplacedMethod dealloc([NSObject class], @selector(dealloc), asMethod(end));
+  awaitedEnd = object;
+  [object release];
+  return awaitedEnd == nil;
 }
 
 OSType code(const char (&characters)[5]) {
