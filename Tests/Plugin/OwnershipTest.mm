@@ -2,6 +2,7 @@
 // and nothing goes while it is still needed.
 
 #include <Formats/ScanRequest.h>
+#include <Platform/CatchObjectiveCException.h>
 
 #import "Support/AgentTest.h"
 
@@ -62,9 +63,7 @@ TEST_F(Ownership, DialogKeepsTheAdapterAsLongAsItLives) {
   EXPECT_EQ([host_ retainCount], before);
 }
 
-TEST_F(Ownership, DialogThatIsLetGoIsGone) {
-  EXPECT_TRUE(endsWithItsRelease(newController()));
-}
+TEST_F(Ownership, DialogThatIsLetGoIsGone) { EXPECT_TRUE(endsWithItsRelease(newController())); }
 
 // It may be the only one that still keeps it.
 TEST_F(Ownership, WhatIsSetAgainIsNotLetGoInBetween) {
@@ -149,9 +148,41 @@ TEST_F(Ownership, CitationsOfARequestKeepItsPayloadAndLetItGoWithThemselves) {
   pool = [[NSAutoreleasePool alloc] init];
   EXPECT_EQ(str([keptCitations objectAtIndex:1]), "second");
   [pool drain];
-  [keptCitations release];
+  EXPECT_TRUE(endsWithItsRelease(keptCitations));
   EXPECT_EQ([payload retainCount], 1u);
   [payload release];
+}
+
+TEST_F(Ownership, CitationsOfARequestEndWithTheLast) {
+  const std::vector<formats::CitationPair> pairs = {{"first", ""}, {"second", ""}};
+  const ReplacedMethod report(agentClass_, @selector(reportCitationResolution:),
+                              asMethod(keepCitations));
+  deliver("PRSQ", formats::encodePreliminaryScanRequest(7, pairs));
+  NSException *raised =
+      KorvoCatchObjectiveCException([](void *) { [keptCitations objectAtIndex:2]; }, nullptr);
+  EXPECT_EQ(str([raised name]), str(NSRangeException));
+  [keptCitations release];
+}
+
+// The same of the records that answer them.
+NSArray *keptRecords = nil;
+int64_t keepRecords(id, SEL, formats::PayloadWriter &, NSArray *, NSArray *records) {
+  keptRecords = [records retain];
+  return 0;
+}
+
+TEST_F(Ownership, RecordsOfAnAnswerAreAsManyAsTheCitationsAndEndWithTheAnswer) {
+  const std::vector<formats::CitationPair> pairs = {{"first", ""}, {"second", ""}};
+  NSAutoreleasePool *pool = [[NSAutoreleasePool alloc] init];
+  {
+    const ReplacedMethod assemble(
+        agentClass_, @selector(assembleCitationResolutionBuffer:citationArray:xmlArray:),
+        asMethod(keepRecords));
+    deliver("PRSQ", formats::encodePreliminaryScanRequest(7, pairs));
+  }
+  EXPECT_EQ([keptRecords count], 2u);
+  [pool drain];
+  EXPECT_TRUE(endsWithItsRelease(keptRecords));
 }
 
 }  // namespace

@@ -46,7 +46,7 @@ class ReplacedMethod {
   IMP original_;
 };
 
-// Releases the object; whether it has gone to its very end, the root class's dealloc.
+// Releases the object; whether it has come to its end and told its superclass.
 bool endsWithItsRelease(id object);
 
 OSType code(const char (&characters)[5]);

@@ -13,12 +13,13 @@ id openScriptedDialog(id, SEL, id) {
 void *allocateNothing(id, SEL, std::size_t) { return nullptr; }
 
 id awaitedEnd = nil;
+void (*inheritedDealloc)() = nullptr;  // as no particular type of function
 
-void end(id object, SEL) {
+void end(id object, SEL selector) {
   if (object == awaitedEnd) {
     awaitedEnd = nil;
   }
-  NSDeallocateObject(object);
+  reinterpret_cast<void (*)(id, SEL)>(inheritedDealloc)(object, selector);
 }
 
 NSBundle *bundle() {
@@ -42,7 +43,15 @@ const StartUp &startUp() {
 }
 
 bool endsWithItsRelease(id object) {
-  const ReplacedMethod dealloc([NSObject class], @selector(dealloc), asMethod(end));
+  // GCC's runtime does not tell subclasses of a method that is replaced: so the superclass gets its
+  // own.
+  const Class superclass = class_getSuperclass(object_getClass(object));
+  const Method inherited = class_getInstanceMethod(superclass, @selector(dealloc));
+  const IMP implementation = method_getImplementation(inherited);
+  inheritedDealloc = reinterpret_cast<void (*)()>(implementation);
+  class_addMethod(superclass, @selector(dealloc), implementation,
+                  method_getTypeEncoding(inherited));
+  const ReplacedMethod dealloc(superclass, @selector(dealloc), asMethod(end));
   awaitedEnd = object;
   [object release];
   return awaitedEnd == nil;
