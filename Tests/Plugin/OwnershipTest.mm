@@ -4,6 +4,7 @@
 #include <Formats/ScanRequest.h>
 #include <Platform/CatchObjectiveCException.h>
 
+#include "../Load/LiveBytes.h"
 #import "Support/AgentTest.h"
 
 @interface KOMellelScanController : NSWindowController
@@ -183,6 +184,26 @@ TEST_F(Ownership, RecordsOfAnAnswerAreAsManyAsTheCitationsAndEndWithTheAnswer) {
   EXPECT_EQ([keptRecords count], 2u);
   [pool drain];
   EXPECT_TRUE(endsWithItsRelease(keptRecords));
+}
+
+TEST_F(Ownership, OutgoingBytesAreGivenBackOnceTheyAreSent) {
+  const std::string citation(1'000'000, 'a');
+  const std::vector<formats::CitationPair> pairs = {{citation, ""}};
+  const std::string request = formats::encodePreliminaryScanRequest(7, pairs);
+  std::size_t before = 0;
+  for (int turn = 0; turn < 6; ++turn) {
+    NSAutoreleasePool *pool = [[NSAutoreleasePool alloc] init];
+    deliver("PRSQ", request);
+    [pool drain];
+    carrier_.sent.clear();
+    carrier_.sent.shrink_to_fit();
+    calls().clear();
+    calls().shrink_to_fit();
+    if (turn == 0) {
+      before = load_test::liveBytes();
+    }
+  }
+  EXPECT_LT(load_test::liveBytes(), before + 1'000'000);
 }
 
 }  // namespace
