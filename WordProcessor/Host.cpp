@@ -3,6 +3,7 @@
 #include <ApplicationServices/ApplicationServices.h>
 #include <Formats/EventTable.h>
 #include <Platform/AppleEventsProcess.h>
+#include <Platform/OwnedDescriptor.h>
 #include <Platform/WithoutCocoa/EventHandlers.h>
 
 #include <array>
@@ -15,6 +16,8 @@
 namespace wordprocessor {
 
 namespace {
+
+using platform::OwnedDescriptor;
 
 constexpr AnswerKind cancelKind{formats::mellelSignature, formats::answer::cancel};
 
@@ -47,22 +50,6 @@ Failure failureOfStatus(OSStatus status) {
   }
 }
 
-// Disposed of at the end of its scope.
-class Descriptor {
- public:
-  Descriptor() { AEInitializeDesc(&descriptor_); }
-  ~Descriptor() { AEDisposeDesc(&descriptor_); }
-  Descriptor(const Descriptor &) = delete;
-  Descriptor &operator=(const Descriptor &) = delete;
-  Descriptor(Descriptor &&) = delete;
-  Descriptor &operator=(Descriptor &&) = delete;
-
-  AEDesc *get() { return &descriptor_; }
-
- private:
-  AEDesc descriptor_{};
-};
-
 // Nothing for an event without one.
 std::string directObjectOf(const platform::IncomingEvent &event) {
   const platform::Parameter *parameter = platform::findParameter(event.parameters, keyDirectObject);
@@ -83,16 +70,15 @@ std::optional<std::string> directObjectOf(const AppleEvent &event) {
   return bytes;
 }
 
-OSStatus makeEvent(const Request &request, Descriptor &event) {
-  Descriptor target;
-  OSStatus status =
-      AECreateDesc(typeApplSignature, &hostSignature, sizeof hostSignature, target.get());
+OSStatus makeEvent(const Request &request, OwnedDescriptor &event) {
+  OwnedDescriptor target;
+  OSStatus status = AECreateDesc(typeApplSignature, &hostSignature, sizeof hostSignature, &target);
   if (status == noErr) {
-    status = AECreateAppleEvent(formats::mellelSignature, request.eventID, target.get(),
-                                kAutoGenerateReturnID, kAnyTransactionID, event.get());
+    status = AECreateAppleEvent(formats::mellelSignature, request.eventID, &target,
+                                kAutoGenerateReturnID, kAnyTransactionID, &event);
   }
   if (status == noErr && request.payload) {
-    status = AEPutParamPtr(event.get(), keyDirectObject, formats::textDescriptorType,
+    status = AEPutParamPtr(&event, keyDirectObject, formats::textDescriptorType,
                            request.payload->data(), static_cast<Size>(request.payload->size()));
   }
   return status;
@@ -145,10 +131,10 @@ class Host::State {
     const platform::ProcessWatch watch(
         hostSignature, [this](bool isRunning) { hostHasEnded_ = hostHasEnded_ || !isRunning; });
     progress_.begin(request.step);
-    Descriptor event;
+    OwnedDescriptor event;
     OSStatus status = makeEvent(request, event);
     if (status == noErr) {
-      status = AESendMessage(event.get(), nullptr, kAENoReply, kNoTimeOut);
+      status = AESendMessage(&event, nullptr, kAENoReply, kNoTimeOut);
     }
     if (status != noErr) {
       progress_.end();
@@ -169,12 +155,12 @@ class Host::State {
 
   std::expected<std::optional<std::string>, Failure> askForReply(const Request &request) {
     progress_.begin(request.step);
-    Descriptor event;
-    Descriptor reply;
+    OwnedDescriptor event;
+    OwnedDescriptor reply;
     OSStatus status = makeEvent(request, event);
     if (status == noErr) {
       const auto timeout = timeoutOf(request);
-      status = AESendMessage(event.get(), reply.get(), kAEWaitReply,
+      status = AESendMessage(&event, &reply, kAEWaitReply,
                              timeout ? static_cast<long>(timeout->count()) * ticksPerSecond
                                      : static_cast<long>(kNoTimeOut));
     }
@@ -182,7 +168,7 @@ class Host::State {
     if (status != noErr) {
       return std::unexpected(failureOfStatus(status));
     }
-    return directObjectOf(*reply.get());
+    return directObjectOf(reply);
   }
 
  private:

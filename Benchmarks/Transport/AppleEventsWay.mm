@@ -3,6 +3,7 @@
 #include <Platform/AppleEventsProcess.h>
 #include <Platform/AutoreleasePool.h>
 #include <Platform/Bus/EventInbox.h>
+#include <Platform/OwnedDescriptor.h>
 
 #import <ApplicationServices/ApplicationServices.h>
 
@@ -51,14 +52,6 @@ void serve(const std::function<void()> &ready) {
   [[NSRunLoop currentRunLoop] run];
 }
 
-class Descriptor : public AEDesc {
- public:
-  Descriptor() : AEDesc{typeNull, nullptr} {}
-  ~Descriptor() { AEDisposeDesc(this); }
-  Descriptor(const Descriptor &) = delete;
-  Descriptor &operator=(const Descriptor &) = delete;
-};
-
 class AppleEventsWay final : public Way {
  public:
   bool carries(std::size_t size) const override {
@@ -67,9 +60,9 @@ class AppleEventsWay final : public Way {
   }
 
   std::uint64_t exchange(std::span<const std::byte> payload) override {
-    Descriptor target;
-    Descriptor event;
-    Descriptor reply;
+    platform::OwnedDescriptor target;
+    platform::OwnedDescriptor event;
+    platform::OwnedDescriptor reply;
     std::uint64_t sum = 0;
     if (AECreateDesc(typeApplSignature, &receiverSignature, sizeof receiverSignature, &target) !=
             noErr ||

@@ -1,19 +1,15 @@
 #include "EventSending.h"
 
+#include <Platform/OwnedDescriptor.h>
+
 namespace platform_test {
 namespace {
 
-class Descriptor : public AEDesc {
- public:
-  Descriptor() : AEDesc{typeNull, nullptr} {}
-  ~Descriptor() { AEDisposeDesc(this); }
-  Descriptor(const Descriptor &) = delete;
-  Descriptor &operator=(const Descriptor &) = delete;
-};
+using platform::OwnedDescriptor;
 
 OSStatus makeEvent(OSType signature, AEEventClass eventClass, AEEventID eventID,
-                   std::string_view payload, Descriptor &event) {
-  Descriptor target;
+                   std::string_view payload, OwnedDescriptor &event) {
+  OwnedDescriptor target;
   OSStatus status = AECreateDesc(typeApplSignature, &signature, sizeof signature, &target);
   if (status == noErr) {
     status = AECreateAppleEvent(eventClass, eventID, &target, kAutoGenerateReturnID,
@@ -30,14 +26,14 @@ OSStatus makeEvent(OSType signature, AEEventClass eventClass, AEEventID eventID,
 
 Outcome sendAndWait(OSType target, AEEventClass eventClass, AEEventID eventID,
                     std::string_view payload, long timeOutInTicks) {
-  Descriptor event;
-  Descriptor reply;
+  OwnedDescriptor event;
+  OwnedDescriptor reply;
   Outcome outcome;
   outcome.status = makeEvent(target, eventClass, eventID, payload, event);
   if (outcome.status == noErr) {
     outcome.status = AESendMessage(&event, &reply, kAEWaitReply, timeOutInTicks);
   }
-  Descriptor answer;
+  OwnedDescriptor answer;
   if (outcome.status == noErr &&
       AEGetParamDesc(&reply, keyDirectObject, typeWildCard, &answer) == noErr) {
     outcome.replyType = answer.descriptorType;
@@ -49,8 +45,8 @@ Outcome sendAndWait(OSType target, AEEventClass eventClass, AEEventID eventID,
 
 OSStatus sendOneWay(OSType target, AEEventClass eventClass, AEEventID eventID,
                     std::string_view payload) {
-  Descriptor event;
-  Descriptor reply;
+  OwnedDescriptor event;
+  OwnedDescriptor reply;
   const OSStatus status = makeEvent(target, eventClass, eventID, payload, event);
   return status == noErr ? AESendMessage(&event, &reply, kAENoReply, kNoTimeOut) : status;
 }
