@@ -20,4 +20,7 @@ struct Failure {
   std::string line;
 };
 
+// Writes the line to standard error, behind the program's name.
+void complain(const Failure &failure);
+
 }  // namespace wordprocessor

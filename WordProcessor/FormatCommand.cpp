@@ -1,6 +1,5 @@
 #include "FormatCommand.h"
 
-#include <Formats/OneLine.h>
 #include <Platform/Bus/RunLoop.h>
 #include <signal.h>
 #include <unistd.h>
@@ -98,7 +97,7 @@ class WatchedDocument {
                             : std::expected<void, Failure>(std::unexpected(document.error()));
     if (!updated) {
       lastContents_.reset();
-      std::cerr << "mellel: " << formats::inOneLine(updated.error().line) << std::endl;
+      complain(updated.error());
     }
   }
 

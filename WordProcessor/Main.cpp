@@ -1,6 +1,4 @@
 // The process `mellel`: one command, one exit status, one line where something is wrong.
-#include <Formats/OneLine.h>
-
 #include <csignal>
 #include <iostream>
 #include <string>
@@ -10,8 +8,8 @@
 
 namespace {
 
-int tell(const wordprocessor::Failure &failure) {
-  std::cerr << "mellel: " << formats::inOneLine(failure.line) << std::endl;
+int failed(const wordprocessor::Failure &failure) {
+  wordprocessor::complain(failure);
   return static_cast<int>(failure.status);
 }
 
@@ -24,14 +22,14 @@ int main(int argc, char *argv[]) {
   std::signal(SIGXFSZ, SIG_IGN);
   const auto options = wordprocessor::parseOptions({argv + 1, argv + argc});
   if (!options) {
-    return tell({Status::wrongUsage, options.error()});
+    return failed({Status::wrongUsage, options.error()});
   }
   const auto done = wordprocessor::run(*options);
   if (!done) {
-    return tell(done.error());
+    return failed(done.error());
   }
   if (!std::cout.flush()) {
-    return tell({Status::brokenDocumentOrReply, "cannot write to standard output"});
+    return failed({Status::brokenDocumentOrReply, "cannot write to standard output"});
   }
   return static_cast<int>(Status::done);
 }
