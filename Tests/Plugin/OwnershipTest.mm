@@ -127,18 +127,19 @@ TEST_F(Ownership, DialogKeepsTheSelectedStyleUntilAnotherIsSelected) {
   EXPECT_EQ([second retainCount], secondBefore);
 }
 
+const std::vector<formats::CitationPair> twoCitations = {{"first", ""}, {"second", ""}};
+
 // Keeps a request's citations, as an agent's method gets them, beyond the event.
 NSArray *keptCitations = nil;
 void keepCitations(id, SEL, NSArray *citations) { keptCitations = [citations retain]; }
 
 TEST_F(Ownership, CitationsOfARequestKeepItsPayloadAndLetItGoWithThemselves) {
-  const std::vector<formats::CitationPair> pairs = {{"first", ""}, {"second", ""}};
   NSData *payload = nil;
   NSAutoreleasePool *pool = [[NSAutoreleasePool alloc] init];
   {
     const ReplacedMethod report(agentClass_, @selector(reportCitationResolution:),
                                 asMethod(keepCitations));
-    deliver("PRSQ", formats::encodePreliminaryScanRequest(7, pairs));
+    deliver("PRSQ", formats::encodePreliminaryScanRequest(7, twoCitations));
   }
   ASSERT_EQ([keptCitations count], 2u);
   payload = [object_getIvar(keptCitations,
@@ -155,10 +156,9 @@ TEST_F(Ownership, CitationsOfARequestKeepItsPayloadAndLetItGoWithThemselves) {
 }
 
 TEST_F(Ownership, CitationsOfARequestEndWithTheLast) {
-  const std::vector<formats::CitationPair> pairs = {{"first", ""}, {"second", ""}};
   const ReplacedMethod report(agentClass_, @selector(reportCitationResolution:),
                               asMethod(keepCitations));
-  deliver("PRSQ", formats::encodePreliminaryScanRequest(7, pairs));
+  deliver("PRSQ", formats::encodePreliminaryScanRequest(7, twoCitations));
   NSException *raised =
       KorvoCatchObjectiveCException([](void *) { [keptCitations objectAtIndex:2]; }, nullptr);
   EXPECT_EQ(str([raised name]), str(NSRangeException));
@@ -173,13 +173,12 @@ int64_t keepRecords(id, SEL, formats::PayloadWriter &, NSArray *, NSArray *recor
 }
 
 TEST_F(Ownership, RecordsOfAnAnswerAreAsManyAsTheCitationsAndEndWithTheAnswer) {
-  const std::vector<formats::CitationPair> pairs = {{"first", ""}, {"second", ""}};
   NSAutoreleasePool *pool = [[NSAutoreleasePool alloc] init];
   {
     const ReplacedMethod assemble(
         agentClass_, @selector(assembleCitationResolutionBuffer:citationArray:xmlArray:),
         asMethod(keepRecords));
-    deliver("PRSQ", formats::encodePreliminaryScanRequest(7, pairs));
+    deliver("PRSQ", formats::encodePreliminaryScanRequest(7, twoCitations));
   }
   EXPECT_EQ([keptRecords count], 2u);
   [pool drain];
