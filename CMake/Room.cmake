@@ -1,10 +1,46 @@
-# A room is a folder of sources that others may use only by linking to its
-# target. Its headers are reachable as <Folder/Header.h>, through a directory
-# that holds nothing but a link to that one folder: who does not link to a room
-# cannot include from it, so the build itself refuses a wrong dependency.
-function(export_room_headers target visibility)
-  set(root ${CMAKE_BINARY_DIR}/rooms/${target})
-  file(MAKE_DIRECTORY ${root})
-  file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${root}/${target} SYMBOLIC)
-  target_include_directories(${target} ${visibility} ${root})
+# A room is a folder of sources that others may use only by linking to its target. Its headers are reachable
+# by the path of the folder, <Formats/Unicode.h> or <StandIns/Korvo/Engine/TextFile.h>, through a directory
+# that holds nothing but links into that one folder: who does not link to a room cannot include from it, so
+# the build itself refuses a wrong dependency.
+#
+# room_headers(TARGET [PUBLIC HEADER…]) exports the headers named, or all of the folder. Where some are
+# named, the others are the room's inside: its own sources include them by "Name.h", and a target
+# TARGETInside reaches all of them, for the tests of the inside only.
+function(room_headers target)
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "PUBLIC")
+  get_target_property(type ${target} TYPE)
+  set(visibility PUBLIC)
+  if(type STREQUAL "INTERFACE_LIBRARY")
+    set(visibility INTERFACE)
+  endif()
+  room_links(${target} whole)
+  set(everything ${CMAKE_BINARY_DIR}/rooms/${target}/whole)
+  if(NOT ARG_PUBLIC)
+    target_include_directories(${target} ${visibility} ${everything})
+    return()
+  endif()
+  room_links(${target} public ${ARG_PUBLIC})
+  target_include_directories(${target} ${visibility} ${CMAKE_BINARY_DIR}/rooms/${target}/public)
+  add_library(${target}Inside INTERFACE)
+  target_include_directories(${target}Inside INTERFACE ${everything})
+  target_link_libraries(${target}Inside INTERFACE ${target})
+endfunction()
+
+# Makes the directory of links: to the headers named, or to the whole folder.
+function(room_links target kind)
+  file(RELATIVE_PATH folder ${CMAKE_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+  set(link ${CMAKE_BINARY_DIR}/rooms/${target}/${kind}/${folder})
+  # Made anew, so that a header that is public no longer cannot be included any longer either.
+  file(REMOVE_RECURSE ${CMAKE_BINARY_DIR}/rooms/${target}/${kind})
+  if(NOT ARGN)
+    cmake_path(GET link PARENT_PATH parent)
+    file(MAKE_DIRECTORY ${parent})
+    file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${link} SYMBOLIC)
+    return()
+  endif()
+  foreach(header IN LISTS ARGN)
+    cmake_path(GET header PARENT_PATH parent)
+    file(MAKE_DIRECTORY ${link}/${parent})
+    file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR}/${header} ${link}/${header} SYMBOLIC)
+  endforeach()
 endfunction()

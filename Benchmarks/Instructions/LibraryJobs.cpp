@@ -1,6 +1,6 @@
 // Citations looked up in a library, by identifier and by author and year.
 
-#include <SubstituteHostLibrary/Library.h>
+#include <StandIns/Korvo/Library/Library.h>
 
 #include <memory>
 #include <string>
@@ -15,7 +15,7 @@ namespace {
 constexpr int referenceCount = 2'000;
 constexpr int lookUps = 500;
 
-library::NewReference numbered(int number) {
+korvo::library::NewReference numbered(int number) {
   const std::string text = std::to_string(number);
   return {.identifier = "KEY" + text,
           .cslJson = R"({"type":"book","title":"On heat, part )" + text +
@@ -24,14 +24,14 @@ library::NewReference numbered(int number) {
                      std::to_string(1900 + number % 120) + "]]}}"};
 }
 
-std::shared_ptr<library::Library> filledLibrary() {
-  std::vector<library::NewReference> references;
+std::shared_ptr<korvo::library::Library> filledLibrary() {
+  std::vector<korvo::library::NewReference> references;
   for (int number = 0; number < referenceCount; ++number) {
     references.push_back(numbered(number));
   }
-  auto made = library::Library::temporary("counted");
+  auto made = korvo::library::Library::temporary("counted");
   require(made && made->add(references), "fill a library");
-  return std::make_shared<library::Library>(*std::move(made));
+  return std::make_shared<korvo::library::Library>(*std::move(made));
 }
 
 std::function<void()> match() {

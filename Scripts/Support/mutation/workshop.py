@@ -138,7 +138,7 @@ class Workshop:
         self._command = None  # how the file at work is compiled; none for a header
         self._original_code = None
         copy_project(project, self.copy)
-        modules = Path("SubstituteHost/JavaScript/node_modules")
+        modules = Path("StandIns/Korvo/JavaScript/node_modules")
         if (project / modules).is_dir() and not (self.copy / modules).exists():
             (self.copy / modules).symlink_to(project / modules)
         self._must(["cmake", "-S", self.copy, "-B", self.build, "-G", "Ninja", *OPTIONS], "configure")

@@ -1,0 +1,48 @@
+// A bibliography from any RTF: what was read survives being written into a document, entry by
+// entry, with its text, its formatting and its layout.
+
+#include <StandIns/Mellel/RTF/Bibliography.h>
+
+#include "NormalText.h"
+#include "Support/Target.h"
+
+namespace fuzzing {
+
+namespace {
+
+using mellel::Bibliography;
+
+void requireSame(const Bibliography &left, const Bibliography &right) {
+  require(left.size() == right.size());
+  for (std::size_t index = 0; index < left.size(); ++index) {
+    require(isSameText(left[index].text, right[index].text));
+    require(left[index].format.leftIndent == right[index].format.leftIndent);
+    require(left[index].format.firstLineIndent == right[index].format.firstLineIndent);
+    require(left[index].format.spaceBefore == right[index].format.spaceBefore);
+    require(left[index].format.spaceAfter == right[index].format.spaceAfter);
+  }
+}
+
+}  // namespace
+
+void run(std::string_view bytes) {
+  const auto bibliography = mellel::readBibliography(bytes);
+  if (!bibliography) {
+    require(!bibliography.error().empty() && bibliography.error().find('\n') == std::string::npos);
+    return;
+  }
+  const std::string inPlace =
+      "{\\rtf1\\ansi " + mellel::bibliographyInPlace(*bibliography) + '}';
+  const auto readInPlace = mellel::readBibliography(inPlace);
+  require(readInPlace.has_value());
+  requireSame(*readInPlace, *bibliography);
+
+  const mellel::BodyFormat body{.style = 1, .font = 2, .size = 24};
+  const std::string inBody =
+      "{\\rtf1\\ansi\\b " + mellel::bibliographyInBodyFormat(*bibliography, body) + '}';
+  const auto readInBody = mellel::readBibliography(inBody);
+  require(readInBody.has_value());
+  requireSame(*readInBody, *bibliography);
+}
+
+}  // namespace fuzzing

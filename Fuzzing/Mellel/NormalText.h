@@ -1,0 +1,60 @@
+// Formatted texts that look the same: RTF writes every line break in one way, and leaves out the
+// control characters, which no text shows.
+#pragma once
+
+#include <StandIns/Mellel/RTF/FormattedText.h>
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+namespace fuzzing {
+
+inline std::string normalText(std::string_view text) {
+  constexpr std::string_view lineSeparator = "\xE2\x80\xA8";
+  constexpr std::string_view paragraphSeparator = "\xE2\x80\xA9";
+  std::string normal;
+  for (std::size_t index = 0; index < text.size(); ++index) {
+    const auto byte = static_cast<unsigned char>(text[index]);
+    if (byte == '\n') {
+      normal += lineSeparator;
+    } else if (text.substr(index).starts_with(paragraphSeparator)) {
+      normal += lineSeparator;
+      index += paragraphSeparator.size() - 1;
+    } else if ((byte >= 0x20 && byte != 0x7F) || byte == '\t') {
+      normal += text[index];
+    }
+  }
+  return normal;
+}
+
+inline mellel::FormattedText normalText(const mellel::FormattedText &formatted) {
+  mellel::FormattedText normal;
+  for (const mellel::FormattedRun &run : formatted) {
+    mellel::CharacterFormat format;
+    format.isBold = run.isBold;
+    format.isItalic = run.isItalic;
+    format.isUnderlined = run.isUnderlined;
+    format.isSuperscript = run.isSuperscript;
+    format.isSubscript = run.isSubscript;
+    format.isSmallCapitals = run.isSmallCapitals;
+    mellel::appendText(normal, normalText(run.text), format);
+  }
+  return normal;
+}
+
+inline bool isSameText(const mellel::FormattedText &left,
+                       const mellel::FormattedText &right) {
+  const auto normalLeft = normalText(left);
+  const auto normalRight = normalText(right);
+  const auto isSameRun = [](const mellel::FormattedRun &one,
+                            const mellel::FormattedRun &other) {
+    return one.text == other.text && one.isBold == other.isBold && one.isItalic == other.isItalic &&
+           one.isUnderlined == other.isUnderlined && one.isSuperscript == other.isSuperscript &&
+           one.isSubscript == other.isSubscript && one.isSmallCapitals == other.isSmallCapitals;
+  };
+  return std::equal(normalLeft.begin(), normalLeft.end(), normalRight.begin(), normalRight.end(),
+                    isSameRun);
+}
+
+}  // namespace fuzzing

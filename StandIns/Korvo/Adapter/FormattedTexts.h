@@ -1,0 +1,42 @@
+// The attributed texts of the engine's answers, of which those of the last document are remembered:
+// the same text gives the same object, with all that it was converted to.
+#pragma once
+
+#include <StandIns/Korvo/Engine/FormattedText.h>
+#import <StandIns/Korvo/Adapter/KOFormattedText.h>
+#import <StandIns/Korvo/Adapter/Owned.h>
+
+#include <cstddef>
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+namespace korvo::adapter {
+
+class FormattedTexts {
+ public:
+  struct Document {
+    std::vector<Owned<KOFormattedText *>> groups;  // as many as the engine's
+    Owned<KOFormattedText *> bibliography;
+  };
+
+  // Forgets what is not of this document.
+  Document of(std::shared_ptr<const engine::FormattedDocument> formatted);
+
+ private:
+  // The keys are parts of the document that `formatted_` holds.
+  struct Hash {
+    std::size_t operator()(const engine::FormattedText *text) const;
+  };
+  struct Equal {
+    bool operator()(const engine::FormattedText *one, const engine::FormattedText *other) const;
+  };
+  using Texts =
+      std::unordered_map<const engine::FormattedText *, Owned<KOFormattedText *>, Hash, Equal>;
+
+  std::shared_ptr<const engine::FormattedDocument> formatted_;
+  Texts texts_;
+  Owned<KOFormattedText *> bibliography_;
+};
+
+}  // namespace korvo::adapter

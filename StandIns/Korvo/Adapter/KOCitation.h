@@ -1,0 +1,30 @@
+// One cited reference with what its citation in the text asks for.
+#pragma once
+
+#import <HostContract/HostContract.h>
+
+#include <StandIns/Korvo/Adapter/WrittenCitation.h>
+
+@class KOCitationGroup;
+@class KOFormattedGroup;
+
+@interface KOCitation : NSObject <KorvoCitation> {
+  id<KorvoReference> reference_;
+  korvo::adapter::CitationParts parts_;
+  KOCitationGroup *group_;  // not retained: the group retains its citations
+  KOFormattedGroup *formattedGroup_;
+}
+- (const korvo::adapter::CitationParts &)parts;
+
+// The group that the citation was added to last; nil while it is in none.
+- (KOCitationGroup *)group;
+- (void)setGroup:(KOCitationGroup *)group;
+
+// Another citation that asks for the same; in no group. Autoreleased.
+- (KOCitation *)unformattedCopy;
+
+// What a style made of the citation together with its neighbours; nil before, and again
+// after any change to the citation.
+- (KOFormattedGroup *)formattedGroup;
+- (void)setFormattedGroup:(KOFormattedGroup *)formattedGroup;
+@end

@@ -1,0 +1,30 @@
+// A library of references as the plug-in and the windows hold it.
+#pragma once
+
+#import <HostContract/HostContract.h>
+
+#include <chrono>
+#include <optional>
+
+#include <StandIns/Korvo/Library/Library.h>
+
+@class KOReference;
+
+@interface KOLibrary : NSObject <KorvoLibrary> {
+  std::optional<korvo::library::Library> library_;  // filled by init
+  BOOL endsTurn_;
+  std::chrono::steady_clock::time_point lastTurn_;
+}
+- (id)initWithLibrary:(korvo::library::Library)opened;
+
+- (korvo::library::Library &)library;
+// The same for the thousands of small questions of one event: until the run loop turns, or until
+// -endTurn, they are answered from one state of the file.
+- (korvo::library::Library &)libraryOfThisTurn;
+- (void)endTurn;
+// In seconds, since the last event that asked was handled; 0 while one is.
+- (NSTimeInterval)timeSinceLastTurn;
+// The file's name for people, without its folder.
+- (NSString *)name;
+- (KOReference *)referenceAtRow:(korvo::library::ReferenceRow)row;
+@end

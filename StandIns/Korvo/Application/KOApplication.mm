@@ -1,0 +1,72 @@
+#import <StandIns/Korvo/Application/KOApplication.h>
+
+#include <string>
+
+#include <StandIns/Korvo/Application/Effects.h>
+
+namespace {
+
+constexpr NSTimeInterval secondsBetweenAttempts = 0.05;
+
+// The run loop, a modal one too, looks at its state only after an event.
+void wakeRunLoop() {
+  NSEvent *event = [NSEvent otherEventWithType:NSApplicationDefined
+                                      location:NSZeroPoint
+                                 modifierFlags:0
+                                     timestamp:0
+                                  windowNumber:0
+                                       context:nil
+                                       subtype:0
+                                         data1:0
+                                         data2:0];
+  [NSApp postEvent:event atStart:NO];
+}
+
+// "stopped" and "aborted" are the two codes that AppKit itself ends a dialog with.
+std::string codeInWords(NSInteger code) {
+  if (code == NSRunStoppedResponse) return "stopped";
+  if (code == NSRunAbortedResponse) return "aborted";
+  return std::to_string(code);
+}
+
+}  // namespace
+
+@implementation KOApplication
+
+- (NSInteger)runModalForWindow:(NSWindow *)window {
+  korvo::application::announce("dialog: open");
+  ++openDialogs_;
+  const NSInteger code = [super runModalForWindow:window];
+  --openDialogs_;
+  korvo::application::announce("dialog: closed " + codeInWords(code));
+  return code;
+}
+
+- (void)endRun {
+  if (openDialogs_ == 0) {
+    [self stop:nil];
+  } else if ([self modalWindow] != nil) {
+    [self stopModalWithCode:0];
+  }
+  wakeRunLoop();
+  // Again a moment later, until `run` has returned: neither a run loop nor a dialog that is
+  // only just starting can be stopped yet, and who ran a dialog has its turn before the end.
+  [NSObject cancelPreviousPerformRequestsWithTarget:self selector:_cmd object:nil];
+  [self performSelector:_cmd
+             withObject:nil
+             afterDelay:secondsBetweenAttempts
+                inModes:[NSArray arrayWithObjects:NSDefaultRunLoopMode, NSModalPanelRunLoopMode,
+                                                  NSEventTrackingRunLoopMode, nil]];
+}
+
+- (void)run {
+  [super run];
+  [NSObject cancelPreviousPerformRequestsWithTarget:self selector:@selector(endRun) object:nil];
+}
+
+- (void)terminate:(id)sender {
+  (void)sender;
+  [self endRun];
+}
+
+@end

@@ -1,0 +1,247 @@
+#include <Formats/Unicode.h>
+#include <StandIns/Korvo/Engine/CitationProcessor.h>
+#include <StandIns/Korvo/Engine/CitedItems.h>
+#include <StandIns/Korvo/Engine/DocumentQuestion.h>
+#include <StandIns/Korvo/Engine/EmbeddedScripts.h>
+#include <StandIns/Korvo/Engine/JavaScriptMachine.h>
+#include <StandIns/Korvo/Engine/MarkedText.h>
+#include <StandIns/Korvo/Engine/TextFile.h>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace korvo::engine {
+
+namespace {
+
+// The bits of a cite's options, as Citations/request.js reads them.
+constexpr unsigned yearOnlyBit = 1;
+constexpr unsigned hiddenBit = 2;
+constexpr unsigned stripEnclosureBit = 4;
+constexpr unsigned suppressSuperscriptBit = 8;
+
+unsigned optionBits(const Cite &cite) {
+  return (cite.yearOnly ? yearOnlyBit : 0) | (cite.showInText ? 0 : hiddenBit) |
+         (cite.stripEnclosure ? stripEnclosureBit : 0) |
+         (cite.suppressSuperscript ? suppressSuperscriptBit : 0);
+}
+
+void fillItems(const JavaScriptMachine &machine, JSObjectRef request, const CitedItems &cited,
+               std::span<const std::string> data) {
+  JSObjectRef ids = machine.makeArray(request, "ids");
+  JSObjectRef items = machine.makeArray(request, "items");
+  JSObjectRef listed = machine.makeArray(request, "listed");
+  for (std::size_t index = 0; index < cited.ids.size(); ++index) {
+    machine.append(ids, index, machine.text(formats::decodeUTF8(cited.ids[index])));
+    machine.append(items, index, machine.text(formats::decodeUTF8(data[index])));
+    machine.append(listed, index, machine.number(cited.listed[index] ? 1 : 0));
+  }
+}
+
+void fillGroups(const JavaScriptMachine &machine, JSObjectRef request, const CitedItems &cited,
+                std::span<const CiteGroup> groups) {
+  JSObjectRef sizes = machine.makeArray(request, "groupSizes");
+  JSObjectRef items = machine.makeArray(request, "citeItems");
+  JSObjectRef options = machine.makeArray(request, "citeOptions");
+  JSObjectRef texts = machine.makeArray(request, "citeTexts");
+  std::size_t cites = 0;
+  for (std::size_t group = 0; group < groups.size(); ++group) {
+    machine.append(sizes, group, machine.number(static_cast<double>(groups[group].size())));
+    for (const Cite &cite : groups[group]) {
+      const auto place = static_cast<double>(cited.places.at(cite.itemId));
+      machine.append(items, cites, machine.number(place));
+      machine.append(options, cites, machine.number(optionBits(cite)));
+      machine.append(texts, 3 * cites, machine.text(cite.pageRange));
+      machine.append(texts, 3 * cites + 1, machine.text(cite.prefix));
+      machine.append(texts, 3 * cites + 2, machine.text(cite.suffix));
+      ++cites;
+    }
+  }
+}
+
+SecondFieldAlign secondFieldAlign(std::u16string_view name) {
+  return name == u"margin" ? SecondFieldAlign::margin
+         : name.empty()    ? SecondFieldAlign::none
+                           : SecondFieldAlign::flush;
+}
+
+Bibliography readBibliography(const JavaScriptMachine &machine, JSObjectRef answer,
+                              const CitedItems &cited) {
+  Bibliography bibliography;
+  JSObjectRef entries = machine.objectProperty(answer, "entries");
+  JSObjectRef items = machine.objectProperty(answer, "entryItems");
+  const std::size_t count = machine.length(entries);
+  for (std::size_t index = 0; index < count; ++index) {
+    MarkedText marked = readMarkedText(machine.readText(machine.element(entries, index)));
+    const auto item = static_cast<std::size_t>(machine.readNumber(machine.element(items, index)));
+    bibliography.entries.push_back({.itemId = std::string(cited.ids.at(item)),
+                                    .firstField = std::move(marked.firstField),
+                                    .text = std::move(marked.text)});
+  }
+  const auto number = [&](const char *name) {
+    return machine.readNumber(machine.property(answer, name));
+  };
+  bibliography.hangingIndent = number("hangingIndent") != 0;
+  bibliography.secondFieldAlign =
+      secondFieldAlign(machine.readText(machine.property(answer, "secondFieldAlign")));
+  bibliography.firstFieldCharacters = static_cast<std::size_t>(number("firstFieldCharacters"));
+  bibliography.entrySpacing = static_cast<int>(number("entrySpacing"));
+  bibliography.lineSpacing = std::max(1, static_cast<int>(number("lineSpacing")));
+  return bibliography;
+}
+
+std::vector<FormattedText> readGroups(const JavaScriptMachine &machine, JSObjectRef answer) {
+  JSObjectRef texts = machine.objectProperty(answer, "groups");
+  std::vector<FormattedText> groups(machine.length(texts));
+  for (std::size_t index = 0; index < groups.size(); ++index) {
+    groups[index] = readMarkedText(machine.readText(machine.element(texts, index))).text;
+  }
+  return groups;
+}
+
+// A locale by its name, or else another of the same language.
+std::expected<std::filesystem::path, std::string> localeFile(const std::filesystem::path &directory,
+                                                             std::string_view name) {
+  const auto fileOf = [&](std::string_view locale) {
+    return directory / ("locales-" + std::string(locale) + ".xml");
+  };
+  std::error_code error;
+  if (std::filesystem::exists(fileOf(name), error)) {
+    return fileOf(name);
+  }
+  const std::string prefix = fileOf(name.substr(0, name.find('-'))).stem().string() + "-";
+  std::vector<std::filesystem::path> sameLanguage;
+  for (const auto &entry : std::filesystem::directory_iterator(directory, error)) {
+    if (entry.path().filename().string().starts_with(prefix)) {
+      sameLanguage.push_back(entry.path());
+    }
+  }
+  if (sameLanguage.empty()) {
+    return std::unexpected("no citation locale for the language \"" + std::string(name) + "\" in " +
+                           directory.string());
+  }
+  return *std::ranges::min_element(sameLanguage);
+}
+
+JavaScriptMachine::Text readLocaleFile(const std::filesystem::path &directory,
+                                       std::string_view name) {
+  const auto file = localeFile(directory, name);
+  if (!file) {
+    return std::unexpected(file.error());
+  }
+  const auto bytes = readFile(*file);
+  if (!bytes) {
+    return std::unexpected(bytes.error());
+  }
+  return formats::decodeUTF8(*bytes);
+}
+
+std::expected<std::vector<std::string>, std::string> readItems(
+    const CitedItems &cited, const CitationProcessor::ItemLookup &lookUp) {
+  std::vector<std::string> data;
+  for (const std::string_view id : cited.ids) {
+    std::optional<std::string> item = lookUp(id);
+    if (!item) {
+      return std::unexpected("no such item: " + std::string(id));
+    }
+    data.push_back(*std::move(item));
+  }
+  return data;
+}
+
+}  // namespace
+
+struct CitationProcessor::Machine {
+  std::unique_ptr<JavaScriptMachine> script;
+};
+
+CitationProcessor::CitationProcessor()
+    : CitationProcessor("/usr/share/citation-style-language/locales") {}
+
+CitationProcessor::CitationProcessor(std::filesystem::path locales)
+    : CitationProcessor(std::move(locales), citationScript()) {}
+
+CitationProcessor::CitationProcessor(std::filesystem::path locales, std::string_view script)
+    : locales_(std::move(locales)), script_(script) {}
+
+CitationProcessor::~CitationProcessor() = default;
+CitationProcessor::CitationProcessor(CitationProcessor &&) noexcept = default;
+CitationProcessor &CitationProcessor::operator=(CitationProcessor &&) noexcept = default;
+
+std::expected<void, std::string> CitationProcessor::start() {
+  if (machine_) {
+    return {};
+  }
+  auto started = JavaScriptMachine::start(script_);
+  if (!started) {
+    return std::unexpected(std::move(started.error()));
+  }
+  machine_ = std::make_unique<Machine>(std::move(*started));
+  return {};
+}
+
+std::expected<FormattedDocument, std::string> CitationProcessor::formatDocument(
+    const Style &style, const ItemLookup &lookUp, std::span<const CiteGroup> groups,
+    bool wantsBibliography) {
+  const auto styleText = readFile(style.file);
+  if (!styleText) {
+    return std::unexpected(styleText.error());
+  }
+  const auto document = sharedDocument(style, *styleText, lookUp, groups, wantsBibliography);
+  if (!document) {
+    return std::unexpected(document.error());
+  }
+  return **document;
+}
+
+std::expected<std::shared_ptr<const FormattedDocument>, std::string>
+CitationProcessor::sharedDocument(const Style &style, std::string_view styleText,
+                                  const ItemLookup &lookUp, std::span<const CiteGroup> groups,
+                                  bool wantsBibliography) {
+  const CitedItems cited(groups);
+  const auto data = readItems(cited, lookUp);
+  if (!data) {
+    return std::unexpected(data.error());
+  }
+  std::string question =
+      documentQuestion(styleText, style.locale, wantsBibliography, *data, groups);
+  if (auto known = remembered_.find(question)) {
+    return known;
+  }
+  auto formatted = format(style, styleText, cited, *data, groups, wantsBibliography);
+  if (!formatted) {
+    return std::unexpected(std::move(formatted.error()));
+  }
+  auto document = std::make_shared<const FormattedDocument>(*std::move(formatted));
+  remembered_.remember(std::move(question), document);
+  return document;
+}
+
+std::expected<FormattedDocument, std::string> CitationProcessor::format(
+    const Style &style, std::string_view styleText, const CitedItems &cited,
+    std::span<const std::string> items, std::span<const CiteGroup> groups, bool wantsBibliography) {
+  if (auto started = start(); !started) {
+    return std::unexpected(std::move(started.error()));
+  }
+  const JavaScriptMachine &machine = *machine_->script;
+  JSObjectRef request = machine.makeObject();
+  machine.set(request, "style", machine.text(formats::decodeUTF8(styleText)));
+  machine.set(request, "locale", machine.text(formats::decodeUTF8(style.locale)));
+  machine.set(request, "wantsBibliography", machine.number(wantsBibliography ? 1 : 0));
+  fillItems(machine, request, cited, items);
+  fillGroups(machine, request, cited, groups);
+  const JavaScriptMachine::TextFunction readLocale =
+      [this](std::u16string_view name) -> JavaScriptMachine::Text {
+    return readLocaleFile(locales_, formats::encodeUTF8(name));
+  };
+  const std::array<JSValueRef, 2> arguments = {request, machine.makeFunction(readLocale)};
+  const auto answer = machine_->script->call("formatDocument", arguments);
+  if (!answer) {
+    return std::unexpected("style \"" + style.name.title + "\": " + answer.error());
+  }
+  return FormattedDocument{.groups = readGroups(machine, *answer),
+                           .bibliography = readBibliography(machine, *answer, cited)};
+}
+
+}  // namespace korvo::engine

@@ -1,0 +1,193 @@
+#include <Formats/OneLine.h>
+#include <Formats/Unicode.h>
+#include <StandIns/Korvo/Engine/JavaScriptMachine.h>
+
+#include <cmath>
+#include <exception>
+
+namespace korvo::engine {
+
+namespace {
+
+// An owned JSString. The library's own conversions from and to UTF-8 drop what they
+// cannot convert and stop at a NUL; so texts cross as UTF-16.
+class OwnedString {
+ public:
+  explicit OwnedString(std::u16string_view text)
+      : string_(JSStringCreateWithCharacters(reinterpret_cast<const JSChar *>(text.data()),
+                                             text.size())) {}
+  explicit OwnedString(JSStringRef string) : string_(string) {}
+  explicit OwnedString(const char *ascii) : string_(JSStringCreateWithUTF8CString(ascii)) {}
+  ~OwnedString() {
+    if (string_ != nullptr) {
+      JSStringRelease(string_);
+    }
+  }
+  OwnedString(const OwnedString &) = delete;
+  OwnedString &operator=(const OwnedString &) = delete;
+
+  JSStringRef get() const { return string_; }
+  std::u16string copy() const {
+    if (string_ == nullptr) {
+      return {};
+    }
+    const auto *units = reinterpret_cast<const char16_t *>(JSStringGetCharactersPtr(string_));
+    return {units, JSStringGetLength(string_)};
+  }
+
+ private:
+  JSStringRef string_;
+};
+
+JavaScriptMachine::Text answer(const JavaScriptMachine::TextFunction &function,
+                               std::u16string_view question) {
+  try {
+    return function(question);
+  } catch (const std::exception &error) {
+    return std::unexpected(error.what());
+  } catch (...) {
+    return std::unexpected("unknown error");
+  }
+}
+
+JSValueRef callTextFunction(JSContextRef context, JSObjectRef function, JSObjectRef /*receiver*/,
+                            std::size_t argumentCount, const JSValueRef arguments[],
+                            JSValueRef *exception) {
+  const auto *native =
+      static_cast<const JavaScriptMachine::TextFunction *>(JSObjectGetPrivate(function));
+  const OwnedString question(
+      argumentCount > 0 ? JSValueToStringCopy(context, arguments[0], exception) : nullptr);
+  const auto text = answer(*native, question.copy());
+  if (text) {
+    return JSValueMakeString(context, OwnedString(std::u16string_view(*text)).get());
+  }
+  const OwnedString message(std::u16string_view(formats::decodeUTF8(text.error())));
+  *exception = JSValueMakeString(context, message.get());
+  return JSValueMakeUndefined(context);
+}
+
+}  // namespace
+
+JavaScriptMachine::JavaScriptMachine() : context_(JSGlobalContextCreate(nullptr)) {
+  JSClassDefinition definition = kJSClassDefinitionEmpty;
+  definition.className = "TextFunction";
+  definition.callAsFunction = callTextFunction;
+  textFunctionClass_ = JSClassCreate(&definition);
+}
+
+JavaScriptMachine::~JavaScriptMachine() {
+  JSClassRelease(textFunctionClass_);
+  JSGlobalContextRelease(context_);
+}
+
+std::expected<std::unique_ptr<JavaScriptMachine>, std::string> JavaScriptMachine::start(
+    std::string_view script) {
+  std::unique_ptr<JavaScriptMachine> machine(new JavaScriptMachine);
+  const OwnedString source(std::u16string_view(formats::decodeUTF8(script)));
+  JSValueRef exception = nullptr;
+  JSEvaluateScript(machine->context_, source.get(), nullptr, nullptr, 1, &exception);
+  if (exception != nullptr) {
+    return std::unexpected("the script does not load: " + machine->describe(exception));
+  }
+  return machine;
+}
+
+std::expected<JSObjectRef, std::string> JavaScriptMachine::call(
+    const char *function, std::span<const JSValueRef> arguments) {
+  JSObjectRef script = objectProperty(JSContextGetGlobalObject(context_), "korvo");
+  JSObjectRef callee = objectProperty(script, function);
+  if (callee == nullptr || !JSObjectIsFunction(context_, callee)) {
+    return std::unexpected(std::string("the script has no function ") + function);
+  }
+  JSValueRef exception = nullptr;
+  JSValueRef result = JSObjectCallAsFunction(context_, callee, script, arguments.size(),
+                                             arguments.data(), &exception);
+  if (exception != nullptr) {
+    return std::unexpected(describe(exception));
+  }
+  if (!JSValueIsObject(context_, result)) {
+    return std::unexpected(std::string("the script's function gave no object: ") + function);
+  }
+  return JSValueToObject(context_, result, nullptr);
+}
+
+std::string JavaScriptMachine::describe(JSValueRef exception) const {
+  std::u16string message;
+  if (JSValueIsObject(context_, exception)) {
+    message = readText(property(JSValueToObject(context_, exception, nullptr), "message"));
+  }
+  if (message.empty()) {
+    message = OwnedString(JSValueToStringCopy(context_, exception, nullptr)).copy();
+  }
+  return formats::inOneLine(formats::encodeUTF8(message));
+}
+
+JSValueRef JavaScriptMachine::text(std::u16string_view text) const {
+  return JSValueMakeString(context_, OwnedString(text).get());
+}
+
+JSValueRef JavaScriptMachine::number(double value) const {
+  return JSValueMakeNumber(context_, value);
+}
+
+JSObjectRef JavaScriptMachine::makeObject() const {
+  return JSObjectMake(context_, nullptr, nullptr);
+}
+
+JSObjectRef JavaScriptMachine::makeArray(JSObjectRef object, const char *name) const {
+  JSObjectRef array = JSObjectMakeArray(context_, 0, nullptr, nullptr);
+  set(object, name, array);
+  return array;
+}
+
+void JavaScriptMachine::set(JSObjectRef object, const char *name, JSValueRef value) const {
+  JSObjectSetProperty(context_, object, OwnedString(name).get(), value, kJSPropertyAttributeNone,
+                      nullptr);
+}
+
+void JavaScriptMachine::append(JSObjectRef array, std::size_t index, JSValueRef value) const {
+  JSObjectSetPropertyAtIndex(context_, array, static_cast<unsigned>(index), value, nullptr);
+}
+
+JSObjectRef JavaScriptMachine::makeFunction(const TextFunction &function) const {
+  // Scripts only call it, so that it is never changed through this pointer.
+  return JSObjectMake(context_, textFunctionClass_, const_cast<TextFunction *>(&function));
+}
+
+JSValueRef JavaScriptMachine::property(JSObjectRef object, const char *name) const {
+  if (object == nullptr) {
+    return JSValueMakeUndefined(context_);
+  }
+  JSValueRef value = JSObjectGetProperty(context_, object, OwnedString(name).get(), nullptr);
+  return value != nullptr ? value : JSValueMakeUndefined(context_);
+}
+
+JSObjectRef JavaScriptMachine::objectProperty(JSObjectRef object, const char *name) const {
+  JSValueRef value = property(object, name);
+  return JSValueIsObject(context_, value) ? JSValueToObject(context_, value, nullptr) : nullptr;
+}
+
+std::size_t JavaScriptMachine::length(JSObjectRef array) const {
+  return static_cast<std::size_t>(readNumber(property(array, "length")));
+}
+
+JSValueRef JavaScriptMachine::element(JSObjectRef array, std::size_t index) const {
+  JSValueRef value =
+      JSObjectGetPropertyAtIndex(context_, array, static_cast<unsigned>(index), nullptr);
+  return value != nullptr ? value : JSValueMakeUndefined(context_);
+}
+
+std::u16string JavaScriptMachine::readText(JSValueRef value) const {
+  if (!JSValueIsString(context_, value)) {
+    return {};
+  }
+  return OwnedString(JSValueToStringCopy(context_, value, nullptr)).copy();
+}
+
+double JavaScriptMachine::readNumber(JSValueRef value) const {
+  const bool readable = JSValueIsNumber(context_, value) || JSValueIsBoolean(context_, value);
+  const double number = readable ? JSValueToNumber(context_, value, nullptr) : 0;
+  return std::isfinite(number) ? number : 0;
+}
+
+}  // namespace korvo::engine

@@ -1,0 +1,293 @@
+#include <StandIns/Korvo/Library/CSLNames.h>
+#include <StandIns/Korvo/Library/EditableFields.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <iterator>
+#include <optional>
+
+namespace korvo::library {
+namespace {
+
+struct FormField {
+  FieldForm form;
+  const char *key;
+  const char *label;
+};
+
+constexpr FormField form[] = {
+    {FieldForm::identifier, "", "Citation identifier"},
+    {FieldForm::kind, "type", "Kind"},
+    {FieldForm::names, "author", "Authors"},
+    {FieldForm::names, "editor", "Editors"},
+    {FieldForm::date, "issued", "Date"},
+    {FieldForm::line, "title", "Title"},
+    {FieldForm::line, "container-title", "Published in"},
+    {FieldForm::line, "volume", "Volume"},
+    {FieldForm::line, "issue", "Issue"},
+    {FieldForm::line, "page", "Pages"},
+    {FieldForm::line, "edition", "Edition"},
+    {FieldForm::line, "publisher", "Publisher"},
+    {FieldForm::line, "publisher-place", "Place"},
+    {FieldForm::line, "DOI", "DOI"},
+    {FieldForm::line, "URL", "URL"},
+};
+
+constexpr std::array<std::string_view, 45> kinds = {"article",
+                                                    "article-journal",
+                                                    "article-magazine",
+                                                    "article-newspaper",
+                                                    "bill",
+                                                    "book",
+                                                    "broadcast",
+                                                    "chapter",
+                                                    "classic",
+                                                    "collection",
+                                                    "dataset",
+                                                    "document",
+                                                    "entry",
+                                                    "entry-dictionary",
+                                                    "entry-encyclopedia",
+                                                    "event",
+                                                    "figure",
+                                                    "graphic",
+                                                    "hearing",
+                                                    "interview",
+                                                    "legal_case",
+                                                    "legislation",
+                                                    "manuscript",
+                                                    "map",
+                                                    "motion_picture",
+                                                    "musical_score",
+                                                    "pamphlet",
+                                                    "paper-conference",
+                                                    "patent",
+                                                    "performance",
+                                                    "periodical",
+                                                    "personal_communication",
+                                                    "post",
+                                                    "post-weblog",
+                                                    "regulation",
+                                                    "report",
+                                                    "review",
+                                                    "review-book",
+                                                    "software",
+                                                    "song",
+                                                    "speech",
+                                                    "standard",
+                                                    "thesis",
+                                                    "treaty",
+                                                    "webpage"};
+static_assert(std::ranges::is_sorted(kinds));
+
+std::vector<std::string_view> lines(std::string_view text) {
+  std::vector<std::string_view> result;
+  while (!text.empty()) {
+    const std::size_t end = text.find('\n');
+    result.push_back(text.substr(0, end));
+    text = end == std::string_view::npos ? std::string_view() : text.substr(end + 1);
+  }
+  return result;
+}
+
+std::string_view trimmed(std::string_view text) {
+  const std::size_t begin = text.find_first_not_of(" \t\r\n");
+  if (begin == std::string_view::npos) return {};
+  return text.substr(begin, text.find_last_not_of(" \t\r\n") - begin + 1);
+}
+
+std::string namesText(const Json &item, const char *key) {
+  std::string text;
+  for (const PersonName &name : personNames(item, key)) {
+    if (!text.empty()) text += '\n';
+    text += name.invertedForm();
+  }
+  return text;
+}
+
+// "van Gogh, Vincent" or "King, Martin Luther, Jr."
+Json nameFromLine(std::string_view line) {
+  const std::size_t comma = line.find(',');
+  if (comma == std::string_view::npos) return Json{{"literal", line}};
+  std::string_view family = trimmed(line.substr(0, comma));
+  std::string_view given = trimmed(line.substr(comma + 1));
+  Json name = Json::object();
+  if (const std::string particle = leadingParticle(family); !particle.empty()) {
+    name["non-dropping-particle"] = particle;
+    family.remove_prefix(particle.size() + 1);
+  }
+  name["family"] = family;
+  if (const std::size_t second = given.find(','); second != std::string_view::npos) {
+    name["suffix"] = trimmed(given.substr(second + 1));
+    given = trimmed(given.substr(0, second));
+  }
+  if (!given.empty()) name["given"] = given;
+  return name;
+}
+
+// A name that stands in the record already keeps what the form does not show of it.
+Json namesFromText(const Json &item, const std::string &key, std::string_view text) {
+  Json names = Json::array();
+  const auto present = item.find(key);
+  for (const std::string_view rawLine : lines(text)) {
+    const std::string_view line = trimmed(rawLine);
+    if (line.empty()) continue;
+    Json name = nameFromLine(line);
+    if (present != item.end() && present->is_array()) {
+      const auto same = std::ranges::find_if(
+          *present, [&](const Json &other) { return personName(other).invertedForm() == line; });
+      if (same != present->end()) name = *same;
+    }
+    names.push_back(std::move(name));
+  }
+  return names;
+}
+
+std::string twoDigits(std::int64_t number) {
+  return (number < 10 ? "0" : "") + std::to_string(number);
+}
+
+std::string dateText(const Json &item) {
+  const auto issued = item.find("issued");
+  if (issued == item.end()) return {};
+  if (issued->is_string()) return issued->get<std::string>();
+  if (!issued->is_object()) return {};
+  const auto parts = issued->find("date-parts");
+  if (parts != issued->end() && parts->is_array() && parts->size() == 1 &&
+      parts->front().is_array()) {
+    std::string text;
+    for (const Json &part : parts->front()) {
+      std::int64_t number = 0;
+      const std::string digits = part.is_string() ? part.get<std::string>() : part.dump();
+      const char *end = digits.data() + digits.size();
+      if (std::from_chars(digits.data(), end, number).ptr != end) return {};
+      text += text.empty() ? std::to_string(number) : "-" + twoDigits(number);
+    }
+    return text;
+  }
+  for (const char *key : {"literal", "raw"}) {
+    if (std::string text = textMember(*issued, key); !text.empty()) return text;
+  }
+  return {};
+}
+
+// The numbers of "2001", "2001-05" or "2001-05-03"; nothing when the text is no such date.
+std::optional<std::vector<int>> datePartsFromText(std::string_view text) {
+  std::vector<int> parts;
+  const char *position = text.data();
+  const char *end = text.data() + text.size();
+  while (position != end && parts.size() < 3) {
+    if (!parts.empty() && *position++ != '-') return std::nullopt;
+    int number = 0;
+    const auto read = std::from_chars(position, end, number);
+    const int largest = parts.empty() ? 9999 : parts.size() == 1 ? 12 : 31;
+    const int least = parts.empty() ? -9999 : 1;
+    if (read.ec != std::errc() || number < least || number > largest) return std::nullopt;
+    parts.push_back(number);
+    position = read.ptr;
+  }
+  if (position != end || parts.empty()) return std::nullopt;
+  return parts;
+}
+
+Json dateFromText(std::string_view text) {
+  if (const auto parts = datePartsFromText(text)) {
+    return Json{{"date-parts", Json::array({*parts})}};
+  }
+  return Json{{"literal", text}};
+}
+
+std::string fieldText(const FormField &field, const Json &item, const NewReference &reference) {
+  switch (field.form) {
+    case FieldForm::identifier:
+      return reference.identifier;
+    case FieldForm::names:
+      return namesText(item, field.key);
+    case FieldForm::date:
+      return dateText(item);
+    case FieldForm::kind:
+    case FieldForm::line:
+      return textMember(item, field.key);
+  }
+  return {};
+}
+
+void putField(Json &item, NewReference &reference, const EditableField &field) {
+  const std::string_view value = trimmed(field.value);
+  if (field.form == FieldForm::identifier) {
+    reference.identifier = value;
+    item["id"] = value;
+  } else if (value.empty()) {
+    item.erase(field.key);
+  } else if (field.form == FieldForm::names) {
+    Json names = namesFromText(item, field.key, value);
+    item[field.key] = std::move(names);
+  } else if (field.form == FieldForm::date) {
+    item[field.key] = dateFromText(value);
+  } else {
+    item[field.key] = value;
+  }
+}
+
+// Far more than any reference has; and few enough to write the record again, which takes stack for
+// every level.
+constexpr std::size_t greatestDepth = 200;
+
+bool isNestedTooDeeply(std::string_view json) {
+  std::size_t depth = 0;
+  bool isInString = false;
+  for (std::size_t index = 0; index < json.size(); ++index) {
+    const char byte = json[index];
+    if (isInString && byte == '\\') {
+      ++index;
+    } else if (byte == '"') {
+      isInString = !isInString;
+    } else if (!isInString && (byte == '[' || byte == '{')) {
+      if (++depth > greatestDepth) return true;
+    } else if (!isInString && (byte == ']' || byte == '}')) {
+      --depth;
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
+std::span<const std::string_view> referenceKinds() { return kinds; }
+
+std::expected<std::vector<EditableField>, std::string> editableFields(
+    const NewReference &reference) {
+  const Json item = Json::parse(reference.cslJson, nullptr, /*allow_exceptions=*/false);
+  if (!item.is_object()) return std::unexpected("the reference is no JSON object");
+  if (isNestedTooDeeply(reference.cslJson)) {
+    return std::unexpected("the reference's JSON is nested too deeply");
+  }
+  std::vector<EditableField> fields;
+  for (const FormField &field : form) {
+    fields.push_back({.form = field.form,
+                      .key = field.key,
+                      .label = field.label,
+                      .value = fieldText(field, item, reference)});
+  }
+  return fields;
+}
+
+std::expected<NewReference, std::string> withEditedFields(const NewReference &reference,
+                                                          std::span<const EditableField> fields) {
+  const auto present = editableFields(reference);
+  if (!present) return std::unexpected(present.error());
+  std::vector<EditableField> changed;
+  std::ranges::copy_if(fields, std::back_inserter(changed), [&](const EditableField &field) {
+    return std::ranges::find(*present, field) == present->end();
+  });
+  // JSON can be written in many ways: without a change it stays written as it was.
+  if (changed.empty()) return reference;
+  Json item = Json::parse(reference.cslJson, nullptr, /*allow_exceptions=*/false);
+  NewReference edited = reference;
+  for (const EditableField &field : changed) putField(item, edited, field);
+  edited.cslJson = item.dump(-1, ' ', false, Json::error_handler_t::replace);
+  return edited;
+}
+
+}  // namespace korvo::library

@@ -1,0 +1,46 @@
+// A reference as a form: fields that a person can read and change.
+//
+// The record is CSL-JSON with members that no form shows. What was not changed in the form
+// stays in the record exactly as it was.
+#pragma once
+
+#include <StandIns/Korvo/Library/Library.h>
+
+#include <expected>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace korvo::library {
+
+enum class FieldForm {
+  identifier,  // the citation identifier
+  kind,        // one of referenceKinds()
+  line,        // a line of text
+  names,       // a name a line: "van Gogh, Vincent"; without a comma: an institution
+  date,        // "2001", "2001-05", "2001-05-03", or any other words
+};
+
+struct EditableField {
+  FieldForm form;
+  std::string key;    // CSL's name of the member; empty for the identifier
+  std::string label;  // for people
+  std::string value;  // UTF-8
+
+  bool operator==(const EditableField &) const = default;
+};
+
+// CSL's types, sorted.
+std::span<const std::string_view> referenceKinds();
+
+// All fields of the form, in the order in which to show them, empty ones too. The error
+// says what is wrong with the record.
+std::expected<std::vector<EditableField>, std::string> editableFields(
+    const NewReference &reference);
+
+// The reference with the changed fields put in.
+std::expected<NewReference, std::string> withEditedFields(const NewReference &reference,
+                                                          std::span<const EditableField> fields);
+
+}  // namespace korvo::library

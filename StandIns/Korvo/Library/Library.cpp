@@ -1,0 +1,488 @@
+// The tables:
+//   reference      what lists show and sort by, one row each
+//   record         the CSL-JSON of each reference, apart, so that lists and searches need
+//                  not read past it
+//   citation_name  every canonical way in which an author may name a reference, so that a
+//                  citation is found by one look-up
+// Sorting by author, the order of every first listing, has an index; the other orders are
+// sorted on demand, which takes a fraction of a second for the largest libraries.
+#include <StandIns/Korvo/Library/BibliographicRecord.h>
+#include <StandIns/Korvo/Library/CitationName.h>
+#include <StandIns/Korvo/Library/Database.h>
+#include <StandIns/Korvo/Library/FoldedText.h>
+#include <StandIns/Korvo/Library/Library.h>
+#include <StandIns/Korvo/Library/RandomIdentifier.h>
+
+#include <utility>
+
+namespace korvo::library {
+namespace {
+
+constexpr std::int64_t applicationIdentifier = 0x4B52564F;  // 'KRVO', in the file's header
+constexpr std::int64_t schemaVersion = 1;
+
+constexpr const char *schema = R"(
+  CREATE TABLE reference (
+    row INTEGER PRIMARY KEY,
+    uuid TEXT NOT NULL UNIQUE,
+    identifier TEXT NOT NULL,
+    authors TEXT NOT NULL,
+    year TEXT NOT NULL,
+    title TEXT NOT NULL,
+    kind TEXT NOT NULL,
+    container_title TEXT NOT NULL,
+    sort_authors TEXT NOT NULL,
+    sort_year INTEGER NOT NULL,
+    sort_title TEXT NOT NULL,
+    search_text TEXT NOT NULL);
+  CREATE TABLE record (
+    row INTEGER PRIMARY KEY, csl TEXT NOT NULL, fingerprint INTEGER NOT NULL);
+  CREATE TABLE citation_name (
+    name TEXT NOT NULL, row INTEGER NOT NULL, PRIMARY KEY (name, row)) WITHOUT ROWID;
+  CREATE INDEX reference_identifier ON reference (identifier);
+  CREATE INDEX reference_order ON reference (sort_authors, sort_year, sort_title);
+  CREATE INDEX record_fingerprint ON record (fingerprint);
+  CREATE INDEX citation_name_row ON citation_name (row);
+  PRAGMA application_id = 1263687247;
+  PRAGMA user_version = 1;
+)";
+
+// The orders in SQL, for ascending and descending.
+const char *orderClause(ListOrder order) {
+  switch (order.column) {
+    case SortColumn::authors:
+      return order.ascending ? "sort_authors, sort_year, sort_title"
+                             : "sort_authors DESC, sort_year DESC, sort_title DESC";
+    case SortColumn::year:
+      return order.ascending ? "sort_year, sort_authors, sort_title"
+                             : "sort_year DESC, sort_authors, sort_title";
+    case SortColumn::title:
+      return order.ascending ? "sort_title, sort_authors" : "sort_title DESC, sort_authors";
+    case SortColumn::kind:
+      return order.ascending ? "kind, sort_authors, sort_year"
+                             : "kind DESC, sort_authors, sort_year";
+    case SortColumn::identifier:
+      return order.ascending ? "identifier COLLATE NOCASE, sort_authors"
+                             : "identifier COLLATE NOCASE DESC, sort_authors";
+  }
+  return "row";
+}
+
+std::vector<std::string> words(std::string_view foldedSearchText) {
+  std::vector<std::string> result;
+  while (!foldedSearchText.empty()) {
+    const std::size_t blank = foldedSearchText.find(' ');
+    result.emplace_back(foldedSearchText.substr(0, blank));
+    foldedSearchText =
+        blank == std::string_view::npos ? std::string_view() : foldedSearchText.substr(blank + 1);
+  }
+  return result;
+}
+
+// Tells contents apart well enough that few have to be compared (FNV-1a).
+std::int64_t fingerprint(std::string_view text) {
+  std::uint64_t hash = 0xCBF29CE484222325;
+  for (const char byte : text) hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001B3;
+  return static_cast<std::int64_t>(hash);
+}
+
+// A few digits at most: what is longer is no year that anybody sorts by.
+std::int64_t sortableYear(const std::string &year) {
+  return year.empty() || year.size() > 9 ? 0 : std::stoll(year);
+}
+
+}  // namespace
+
+// The connection with the statements that every scan needs, prepared once.
+struct Library::State {
+  State(Database opened, std::filesystem::path libraryName)
+      : database(std::move(opened)), name(std::move(libraryName)) {}
+
+  std::unexpected<LibraryError> error(const DatabaseError &reason) const {
+    return std::unexpected(name.string() + ": " + reason);
+  }
+
+  std::expected<void, DatabaseError> createSchema();
+  std::expected<bool, DatabaseError> isEmpty();
+  std::expected<void, DatabaseError> checkKind();
+  std::expected<void, DatabaseError> checkLength();
+  std::expected<void, DatabaseError> prepareStatements();
+  std::optional<Version> readVersion();
+  std::expected<std::vector<ReferenceRow>, DatabaseError> rows(Statement &statement);
+  std::expected<bool, DatabaseError> isThere(const NewReference &reference);
+  std::expected<void, LibraryError> insert(const NewReference &reference);
+  std::expected<void, DatabaseError> write(ReferenceRow row, const NewReference &reference,
+                                           const BibliographicRecord &record);
+
+  Database database;
+  std::filesystem::path name;
+  bool isTemporary = false;
+  bool keepsReading = false;
+  std::optional<Version> versionRead;
+  std::optional<Statement> changesOfOthers;
+  std::optional<Statement> byIdentifier;
+  std::optional<Statement> byCitationName;
+  std::optional<Statement> selectSummary;
+  std::optional<Statement> selectRecord;
+  std::optional<Statement> selectSame;
+  std::optional<Statement> insertReference;
+  std::optional<Statement> updateReference;
+  std::optional<Statement> putRecord;
+  std::optional<Statement> insertCitationName;
+  std::optional<Statement> deleteCitationNames;
+};
+
+std::expected<void, DatabaseError> Library::State::createSchema() {
+  auto transaction = Transaction::begin(database);
+  if (!transaction) return std::unexpected(transaction.error());
+  if (auto made = database.execute(schema); !made) return made;
+  return transaction->commit();
+}
+
+std::expected<bool, DatabaseError> Library::State::isEmpty() {
+  const auto pages = database.number("PRAGMA page_count");
+  if (!pages) return std::unexpected(pages.error());
+  return *pages == 0;
+}
+
+std::expected<void, DatabaseError> Library::State::checkKind() {
+  const auto application = database.number("PRAGMA application_id");
+  if (!application) return std::unexpected(application.error());
+  if (*application == 0) {
+    const auto isEmpty = this->isEmpty();
+    if (!isEmpty) return std::unexpected(isEmpty.error());
+    if (*isEmpty) return std::unexpected("it is empty, and no library");
+  }
+  if (*application != applicationIdentifier) {
+    return std::unexpected("this is a database of another program");
+  }
+  const auto version = database.number("PRAGMA user_version");
+  if (!version) return std::unexpected(version.error());
+  if (*version != schemaVersion) {
+    return std::unexpected("this library was written by another version (" +
+                           std::to_string(*version) + ")");
+  }
+  // A file cut short still has a sound beginning.
+  const auto count = database.number("SELECT count(*) FROM reference");
+  if (!count) return std::unexpected(count.error());
+  return isTemporary ? std::expected<void, DatabaseError>() : checkLength();
+}
+
+// SQLite reads what lacks of the last page as if NULs were there.
+std::expected<void, DatabaseError> Library::State::checkLength() {
+  const auto pages = database.number("PRAGMA page_count");
+  if (!pages) return std::unexpected(pages.error());
+  const auto pageSize = database.number("PRAGMA page_size");
+  if (!pageSize) return std::unexpected(pageSize.error());
+  std::error_code error;
+  const std::uintmax_t length = std::filesystem::file_size(name, error);
+  if (!error && length < static_cast<std::uintmax_t>(*pages * *pageSize)) {
+    return std::unexpected("the file is damaged");
+  }
+  return {};
+}
+
+std::expected<void, DatabaseError> Library::State::prepareStatements() {
+  const std::pair<std::optional<Statement> *, const char *> statements[] = {
+      {&changesOfOthers, "PRAGMA data_version"},
+      {&byIdentifier, "SELECT row FROM reference WHERE identifier = ? ORDER BY row"},
+      {&byCitationName, "SELECT row FROM citation_name WHERE name = ? ORDER BY row"},
+      {&selectSummary,
+       "SELECT uuid, identifier, authors, year, title, kind, container_title FROM reference "
+       "WHERE row = ?"},
+      {&selectRecord, "SELECT csl FROM record WHERE row = ?"},
+      // A cross join keeps this order: by the fingerprint first.
+      {&selectSame,
+       "SELECT count(*) FROM record CROSS JOIN reference USING (row) "
+       "WHERE fingerprint = ? AND csl = ? AND identifier = ?"},
+      {&insertReference,
+       "INSERT INTO reference (uuid, identifier, authors, year, title, kind, container_title, "
+       "sort_authors, sort_year, sort_title, search_text) "
+       "VALUES (?, '', '', '', '', '', '', '', 0, '', '')"},
+      {&updateReference,
+       "UPDATE reference SET identifier = ?, authors = ?, year = ?, title = ?, kind = ?, "
+       "container_title = ?, sort_authors = ?, sort_year = ?, sort_title = ?, search_text = ? "
+       "WHERE row = ?"},
+      {&putRecord, "INSERT OR REPLACE INTO record (row, csl, fingerprint) VALUES (?, ?, ?)"},
+      {&insertCitationName, "INSERT INTO citation_name (name, row) VALUES (?, ?)"},
+      {&deleteCitationNames, "DELETE FROM citation_name WHERE row = ?"},
+  };
+  for (const auto &[statement, text] : statements) {
+    auto prepared = database.prepare(text);
+    if (!prepared) return std::unexpected(prepared.error());
+    *statement = std::move(*prepared);
+  }
+  return {};
+}
+
+// SQLite counts the changes of all other connections that this one has come to see, apart from
+// its own. Asking takes the lock, so that no other number can become true meanwhile.
+std::optional<Library::Version> Library::State::readVersion() {
+  const auto row = changesOfOthers->step();
+  const std::int64_t number = row && *row ? changesOfOthers->integer(0) : 0;
+  changesOfOthers->reset();
+  if (!row || !*row) return std::nullopt;
+  return Version{.ofOtherPrograms = number, .ofThisOne = database.changes()};
+}
+
+std::expected<std::vector<ReferenceRow>, DatabaseError> Library::State::rows(Statement &statement) {
+  std::vector<ReferenceRow> result;
+  std::expected<bool, DatabaseError> row = statement.step();
+  for (; row && *row; row = statement.step()) result.push_back(statement.integer(0));
+  statement.reset();
+  if (!row) return std::unexpected(row.error());
+  return result;
+}
+
+std::expected<bool, DatabaseError> Library::State::isThere(const NewReference &reference) {
+  selectSame->bind(0, fingerprint(reference.cslJson));
+  selectSame->bind(1, reference.cslJson);
+  selectSame->bind(2, reference.identifier);
+  const auto row = selectSame->step();
+  const bool found = row && *row && selectSame->integer(0) > 0;
+  selectSame->reset();
+  if (!row) return std::unexpected(row.error());
+  return found;
+}
+
+std::expected<void, LibraryError> Library::State::insert(const NewReference &reference) {
+  const auto record = readBibliographicRecord(reference.cslJson);
+  if (!record) return error(reference.identifier + ": " + record.error());
+  insertReference->bind(0, randomIdentifier());
+  if (auto inserted = insertReference->run(); !inserted) return error(inserted.error());
+  auto written = write(database.lastInsertedRow(), reference, *record);
+  if (!written) return error(written.error());
+  return {};
+}
+
+std::expected<void, DatabaseError> Library::State::write(ReferenceRow row,
+                                                         const NewReference &reference,
+                                                         const BibliographicRecord &record) {
+  const std::string authors = authorsInOneLine(record);
+  int parameter = 0;
+  const auto bind = [&](auto value) { updateReference->bind(parameter++, value); };
+  bind(std::string_view(reference.identifier));
+  bind(std::string_view(authors));
+  bind(std::string_view(record.year));
+  bind(std::string_view(record.title));
+  bind(std::string_view(record.kind));
+  bind(std::string_view(record.containerTitle));
+  bind(std::string_view(foldedText(authors)));
+  bind(sortableYear(record.year));
+  bind(std::string_view(foldedText(record.title)));
+  bind(std::string_view(foldedText(authors + " " + record.year + " " + record.title + " " +
+                                   record.kind + " " + reference.identifier + " " +
+                                   record.containerTitle)));
+  bind(row);
+  if (auto updated = updateReference->run(); !updated) return updated;
+
+  putRecord->bind(0, row);
+  putRecord->bind(1, reference.cslJson);
+  putRecord->bind(2, fingerprint(reference.cslJson));
+  if (auto put = putRecord->run(); !put) return put;
+
+  deleteCitationNames->bind(0, row);
+  if (auto removed = deleteCitationNames->run(); !removed) return removed;
+  for (const std::string &citationName : citationNames(record)) {
+    insertCitationName->bind(0, citationName);
+    insertCitationName->bind(1, row);
+    if (auto inserted = insertCitationName->run(); !inserted) return inserted;
+  }
+  return {};
+}
+
+Library::Library(std::unique_ptr<State> state) : state_(std::move(state)) {}
+Library::Library(Library &&) noexcept = default;
+Library &Library::operator=(Library &&) noexcept = default;
+Library::~Library() = default;
+
+std::expected<Library, LibraryError> Library::opened(std::unique_ptr<State> state) {
+  if (auto checked = state->checkKind(); !checked) return state->error(checked.error());
+  if (auto prepared = state->prepareStatements(); !prepared) return state->error(prepared.error());
+  return Library(std::move(state));
+}
+
+std::expected<Library, LibraryError> Library::open(const std::filesystem::path &file) {
+  auto database = Database::openExisting(file);
+  if (!database) return std::unexpected(file.string() + ": " + database.error());
+  return opened(std::make_unique<State>(std::move(*database), file));
+}
+
+std::expected<Library, LibraryError> Library::openOrCreate(const std::filesystem::path &file) {
+  auto database = Database::openOrCreate(file);
+  if (!database) return std::unexpected(file.string() + ": " + database.error());
+  auto state = std::make_unique<State>(std::move(*database), file);
+  // Asked of the database and not of the file, which may hold the beginning of a library that
+  // another process was ended in making.
+  const auto isEmpty = state->isEmpty();
+  if (!isEmpty) return state->error(isEmpty.error());
+  if (*isEmpty) {
+    // SQLite takes a file of a single byte for an empty one.
+    std::error_code ignored;
+    if (std::filesystem::file_size(file, ignored) == 1) {
+      return state->error("this is no library, or it is damaged");
+    }
+    if (auto made = state->createSchema(); !made) return state->error(made.error());
+  }
+  return opened(std::move(state));
+}
+
+std::expected<Library, LibraryError> Library::temporary(const std::filesystem::path &name) {
+  auto database = Database::temporary();
+  if (!database) return std::unexpected(name.string() + ": " + database.error());
+  auto state = std::make_unique<State>(std::move(*database), name);
+  state->isTemporary = true;
+  if (auto made = state->createSchema(); !made) return state->error(made.error());
+  return opened(std::move(state));
+}
+
+const std::filesystem::path &Library::name() const { return state_->name; }
+
+bool Library::isTemporary() const { return state_->isTemporary; }
+
+std::expected<Library::Addition, LibraryError> Library::add(
+    std::span<const NewReference> references) {
+  stopReading();
+  auto transaction = Transaction::begin(state_->database);
+  if (!transaction) return state_->error(transaction.error());
+  Addition addition;
+  for (const NewReference &reference : references) {
+    const auto isThere = state_->isThere(reference);
+    if (!isThere) return state_->error(isThere.error());
+    if (*isThere) {
+      ++addition.alreadyThere;
+      continue;
+    }
+    if (auto inserted = state_->insert(reference); !inserted) {
+      return std::unexpected(inserted.error());
+    }
+    ++addition.added;
+  }
+  if (auto committed = transaction->commit(); !committed) return state_->error(committed.error());
+  return addition;
+}
+
+std::expected<std::vector<ReferenceRow>, LibraryError> Library::matching(std::string_view tag) {
+  if (tag.empty()) return std::vector<ReferenceRow>();
+  state_->byIdentifier->bind(0, tag);
+  auto found = state_->rows(*state_->byIdentifier);
+  if (found && found->empty()) {
+    state_->byCitationName->bind(0, canonicalCitationName(tag));
+    found = state_->rows(*state_->byCitationName);
+  }
+  if (!found) return state_->error(found.error());
+  return *std::move(found);
+}
+
+std::expected<void, LibraryError> Library::checkWhole() {
+  auto check = state_->database.prepare("PRAGMA quick_check(1)");
+  if (!check) return state_->error(check.error());
+  const auto row = check->step();
+  if (!row) return state_->error(row.error());
+  if (!*row || check->text(0) != "ok") return state_->error("the file is damaged");
+  return {};
+}
+
+std::expected<std::size_t, LibraryError> Library::count() {
+  const auto number = state_->database.number("SELECT count(*) FROM reference");
+  if (!number) return state_->error(number.error());
+  return static_cast<std::size_t>(*number);
+}
+
+std::expected<std::vector<ReferenceRow>, LibraryError> Library::list(ListOrder order,
+                                                                     std::string_view searchText) {
+  const std::vector<std::string> searched = words(foldedText(searchText));
+  std::string query = "SELECT row FROM reference";
+  for (std::size_t index = 0; index < searched.size(); ++index) {
+    query += index == 0 ? " WHERE " : " AND ";
+    query += "instr(search_text, ?) > 0";
+  }
+  query += " ORDER BY ";
+  query += orderClause(order);
+  auto statement = state_->database.prepare(query);
+  if (!statement) return state_->error(statement.error());
+  for (std::size_t index = 0; index < searched.size(); ++index) {
+    statement->bind(static_cast<int>(index), searched[index]);
+  }
+  auto found = state_->rows(*statement);
+  if (!found) return state_->error(found.error());
+  return *std::move(found);
+}
+
+std::expected<std::optional<ReferenceSummary>, LibraryError> Library::summary(ReferenceRow row) {
+  Statement &statement = *state_->selectSummary;
+  statement.bind(0, row);
+  const auto found = statement.step();
+  std::optional<ReferenceSummary> summary;
+  if (found && *found) {
+    const auto text = [&](int column) { return std::string(statement.text(column)); };
+    summary = ReferenceSummary{.uuid = text(0),
+                               .identifier = text(1),
+                               .authors = text(2),
+                               .year = text(3),
+                               .title = text(4),
+                               .kind = text(5),
+                               .containerTitle = text(6)};
+  }
+  statement.reset();
+  if (!found) return state_->error(found.error());
+  return summary;
+}
+
+std::expected<std::optional<std::string>, LibraryError> Library::cslJson(ReferenceRow row) {
+  Statement &statement = *state_->selectRecord;
+  statement.bind(0, row);
+  const auto found = statement.step();
+  std::optional<std::string> record;
+  if (found && *found) record = std::string(statement.text(0));
+  statement.reset();
+  if (!found) return state_->error(found.error());
+  return record;
+}
+
+std::expected<std::optional<std::string>, LibraryError> Library::citationTag(ReferenceRow row) {
+  const auto described = summary(row);
+  if (!described) return std::unexpected(described.error());
+  if (!*described) return std::nullopt;
+  if (!(*described)->identifier.empty()) return (*described)->identifier;
+  const auto json = cslJson(row);
+  if (!json) return std::unexpected(json.error());
+  if (!*json) return std::nullopt;
+  const auto record = readBibliographicRecord(**json);
+  return record ? firstAuthorAndYear(*record) : std::nullopt;
+}
+
+// Where it cannot be had, each question goes by itself, and tells what is wrong.
+void Library::keepReading() {
+  if (state_->keepsReading) return;
+  state_->keepsReading = state_->database.execute("BEGIN").has_value();
+  if (state_->keepsReading) state_->versionRead = state_->readVersion();
+}
+
+std::optional<Library::Version> Library::version() const { return state_->versionRead; }
+
+void Library::stopReading() {
+  state_->versionRead.reset();
+  if (std::exchange(state_->keepsReading, false)) {
+    (void)state_->database.execute("COMMIT");
+  }
+}
+
+std::expected<void, LibraryError> Library::replace(ReferenceRow row,
+                                                   const NewReference &reference) {
+  const auto record = readBibliographicRecord(reference.cslJson);
+  if (!record) return state_->error(record.error());
+  stopReading();
+  auto transaction = Transaction::begin(state_->database);
+  if (!transaction) return state_->error(transaction.error());
+  const auto present = cslJson(row);
+  if (!present) return std::unexpected(present.error());
+  if (!*present) return state_->error("the reference is no longer there");
+  if (auto written = state_->write(row, reference, *record); !written) {
+    return state_->error(written.error());
+  }
+  if (auto committed = transaction->commit(); !committed) return state_->error(committed.error());
+  return {};
+}
+
+}  // namespace korvo::library

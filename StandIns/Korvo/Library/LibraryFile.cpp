@@ -1,0 +1,93 @@
+#include <StandIns/Korvo/Library/LibraryFile.h>
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <iterator>
+#include <string_view>
+#include <utility>
+
+namespace korvo::library {
+namespace {
+
+std::vector<NewReference> newReferences(std::vector<engine::ImportedReference> imported) {
+  std::vector<NewReference> references;
+  references.reserve(imported.size());
+  for (engine::ImportedReference &reference : imported) {
+    references.push_back(
+        {.identifier = std::move(reference.citationKey), .cslJson = std::move(reference.cslJson)});
+  }
+  return references;
+}
+
+std::expected<Library::Addition, LibraryError> addToLibraryFile(
+    std::span<const NewReference> references, const std::filesystem::path &database) {
+  auto library = Library::openOrCreate(database);
+  if (!library) return std::unexpected(library.error());
+  if (auto whole = library->checkWhole(); !whole) return std::unexpected(whole.error());
+  return library->add(references);
+}
+
+// Another program may have put something in meanwhile. Opening also undoes what was left half done.
+void removeIfEmpty(const std::filesystem::path &database) {
+  std::error_code ignored;
+  bool isEmpty = false;
+  {
+    auto library = Library::open(database);
+    isEmpty =
+        library ? library->count() == std::size_t{0} : std::filesystem::is_empty(database, ignored);
+  }
+  if (isEmpty) std::filesystem::remove(database, ignored);
+}
+
+}  // namespace
+
+bool isImportable(const std::filesystem::path &file) {
+  std::string extension = file.extension().string();
+  std::ranges::transform(extension, extension.begin(),
+                         [](unsigned char byte) { return static_cast<char>(std::tolower(byte)); });
+  constexpr std::array<std::string_view, 3> importable = {".bib", ".ris", ".json"};
+  return std::ranges::find(importable, extension) != importable.end();
+}
+
+std::expected<OpenedLibrary, std::string> openLibraryFile(const std::filesystem::path &file,
+                                                          engine::LibraryImporter &importer) {
+  if (!isImportable(file)) {
+    auto library = Library::open(file);
+    if (!library) return std::unexpected(library.error());
+    return OpenedLibrary{.library = *std::move(library), .problems = {}};
+  }
+  auto imported = importer.importFile(file);
+  if (!imported) return std::unexpected(imported.error());
+  auto library = Library::temporary(file);
+  if (!library) return std::unexpected(library.error());
+  const auto added = library->add(newReferences(std::move(imported->references)));
+  if (!added) return std::unexpected(added.error());
+  return OpenedLibrary{.library = *std::move(library), .problems = std::move(imported->problems)};
+}
+
+std::expected<ImportReport, std::string> importIntoLibraryFile(
+    std::span<const std::filesystem::path> files, const std::filesystem::path &database,
+    engine::LibraryImporter &importer) {
+  // Everything is read before the database is touched.
+  ImportReport report;
+  std::vector<NewReference> references;
+  for (const std::filesystem::path &file : files) {
+    auto imported = importer.importFile(file);
+    if (!imported) return std::unexpected(imported.error());
+    std::ranges::move(newReferences(std::move(imported->references)),
+                      std::back_inserter(references));
+    std::ranges::move(imported->problems, std::back_inserter(report.problems));
+  }
+  std::error_code ignored;
+  const bool isNew = !std::filesystem::exists(database, ignored);
+  const auto addition = addToLibraryFile(references, database);
+  if (!addition) {
+    if (isNew) removeIfEmpty(database);
+    return std::unexpected(addition.error());
+  }
+  report.addition = *addition;
+  return report;
+}
+
+}  // namespace korvo::library

@@ -1,0 +1,41 @@
+// The files that can be opened as a library: a library's own database, or another reference
+// manager's export.
+#pragma once
+
+#include <StandIns/Korvo/Engine/LibraryImporter.h>
+#include <StandIns/Korvo/Library/Library.h>
+
+#include <expected>
+#include <filesystem>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace korvo::library {
+
+struct OpenedLibrary {
+  Library library;
+  std::vector<engine::ImportProblem> problems;  // entries of the export that are not in it
+};
+
+// Whether the file's extension says that it is imported (.bib, .ris, .json, in any case).
+bool isImportable(const std::filesystem::path &file);
+
+// An export becomes a library in memory: changes to it last until the program ends. The
+// error is one line that names the file.
+std::expected<OpenedLibrary, std::string> openLibraryFile(const std::filesystem::path &file,
+                                                          engine::LibraryImporter &importer);
+
+struct ImportReport {
+  Library::Addition addition;
+  std::vector<engine::ImportProblem> problems;
+};
+
+// Puts everything that the files hold into the library's own database, which is made if
+// need be. All or, on an error, nothing: a damaged library is left as it is, and one that was
+// made in vain goes away.
+std::expected<ImportReport, std::string> importIntoLibraryFile(
+    std::span<const std::filesystem::path> files, const std::filesystem::path &database,
+    engine::LibraryImporter &importer);
+
+}  // namespace korvo::library

@@ -1,0 +1,46 @@
+// The library window: the references of the current library, to be sorted, searched and
+// selected.
+#pragma once
+
+#import <Cocoa/Cocoa.h>
+#import <StandIns/Korvo/Adapter/KOLibrary.h>
+#import <StandIns/Korvo/Adapter/KOProblemReporter.h>
+#import <StandIns/Korvo/Adapter/KOReference.h>
+
+#include <vector>
+
+@protocol KOMainWindowDelegate <KOProblemReporter>
+- (void)editReference:(KOReference *)reference;
+@end
+
+@interface KOMainWindowController : NSWindowController {
+  id<KOMainWindowDelegate> delegate_;  // not retained
+  NSArray *libraries_;
+  KOLibrary *currentLibrary_;  // one of libraries_
+  korvo::library::ListOrder order_;
+  std::vector<korvo::library::ReferenceRow> rows_;  // as shown
+  NSPopUpButton *libraryButton_;
+  NSSearchField *searchField_;
+  NSTableView *table_;
+  NSTextField *statusLabel_;
+}
+// `libraries` is an NSArray of KOLibrary; the first is the current one.
+- (id)initWithLibraries:(NSArray *)libraries delegate:(id<KOMainWindowDelegate>)delegate;
+
+// nil when there is no library.
+- (KOLibrary *)currentLibrary;
+- (void)setCurrentLibrary:(KOLibrary *)library;
+
+// NSArray of KOReference, in the order shown. A search that hides a reference deselects it.
+- (NSArray *)selectedReferences;
+- (void)selectReferences:(NSArray *)references;
+
+// Reads the list from the library again; the selection stays.
+- (void)reload;
+- (void)sortBy:(korvo::library::ListOrder)order;
+- (void)searchFor:(NSString *)text;
+- (void)editSelectedReferences:(id)sender;
+
+- (NSTableView *)table;
+- (NSString *)statusText;
+@end

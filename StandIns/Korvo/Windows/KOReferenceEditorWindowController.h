@@ -1,0 +1,39 @@
+// The reference editor: the fields of one reference, to be changed and saved.
+#pragma once
+
+#import <Cocoa/Cocoa.h>
+#import <StandIns/Korvo/Adapter/KOReference.h>
+
+#include <vector>
+
+#include <StandIns/Korvo/Library/EditableFields.h>
+
+@class KOReferenceEditorWindowController;
+
+@protocol KOReferenceEditorDelegate <NSObject>
+// After the library has taken the changes.
+- (void)referenceWasSaved:(KOReference *)reference;
+- (void)editorWillClose:(KOReferenceEditorWindowController *)editor;
+@end
+
+@interface KOReferenceEditorWindowController : NSWindowController {
+  id<KOReferenceEditorDelegate> delegate_;  // not retained
+  KOReference *reference_;
+  std::vector<korvo::library::EditableField> loaded_;  // as the library has them
+  NSMutableArray *controls_;                    // one for each field, in the same order
+  NSTextField *statusLabel_;
+}
+- (id)initWithReference:(KOReference *)reference delegate:(id<KOReferenceEditorDelegate>)delegate;
+
+- (KOReference *)reference;
+// Puts the changed fields into the library. NO, with the reason in the window, when it does
+// not take them; nothing is lost then.
+- (BOOL)save;
+- (void)saveClicked:(id)sender;
+- (void)revert:(id)sender;
+
+// By CSL's name of the field; empty for the citation identifier.
+- (NSString *)textOfField:(NSString *)key;
+- (void)setText:(NSString *)text ofField:(NSString *)key;
+- (NSString *)statusText;
+@end

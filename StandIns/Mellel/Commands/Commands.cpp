@@ -1,0 +1,211 @@
+#include "Commands.h"
+
+#include <Formats/CitationText.h>
+#include <Formats/EventTable.h>
+#include <Formats/Insertion.h>
+#include <Formats/OneLine.h>
+#include <Formats/RecordMarkup.h>
+#include <Formats/SmallMessages.h>
+#include <Formats/Unicode.h>
+
+#include <algorithm>
+#include <iostream>
+#include <string>
+#include <utility>
+
+#include <StandIns/Mellel/Documents/Documents.h>
+#include <StandIns/Mellel/Documents/Files.h>
+#include "FormatCommand.h"
+#include <StandIns/Mellel/Conversation/Host.h>
+#include "Report.h"
+#include <StandIns/Mellel/RTF/FormattedDocument.h>
+#include "ScanRequests.h"
+
+namespace mellel {
+
+namespace {
+
+using Timeout = std::optional<std::chrono::seconds>;
+
+std::expected<void, Failure> check(const CheckOptions &options, Timeout timeout) {
+  Progress progress;
+  const auto document = openDocument(options.input);
+  if (!document) {
+    return std::unexpected(document.error());
+  }
+  const auto host = Host::connect(Host::Receiving::required, timeout, progress);
+  if (!host) {
+    return std::unexpected(host.error());
+  }
+  const auto citations = checkCitations(**host, *document, makeDocumentID());
+  if (!citations) {
+    return std::unexpected(citations.error());
+  }
+  std::cout << (options.asJSON ? checkJSON(*citations) : checkTable(*citations));
+  return {};
+}
+
+// A citation of the references that are selected in the host.
+std::expected<std::string, Failure> citationOfSelection(Timeout timeout) {
+  Progress progress;
+  const auto host = Host::connect(Host::Receiving::required, timeout, progress);
+  if (!host) {
+    return std::unexpected(host.error());
+  }
+  const auto payload = (*host)->askIfAny(
+      {formats::request::insertCitation, std::nullopt, "waiting for Korvo's selection", false},
+      {formats::insertionEventClass, formats::answer::citation});
+  if (!payload) {
+    return std::unexpected(payload.error());
+  }
+  if (!*payload) {
+    return std::unexpected(Failure{
+        Status::cancelledByHost, "Korvo has no citation to insert: select references there first"});
+  }
+  const auto insertion = formats::decodeInsertion(**payload);
+  if (!insertion) {
+    return std::unexpected(
+        Failure{Status::brokenDocumentOrReply, "Korvo's answer is broken: " + insertion.error()});
+  }
+  return formats::encodeUTF8(formats::decodeUTF8(insertion->citation));
+}
+
+// The citation of a single reference comes without the braces that mark a citation in a document.
+std::string inBraces(const std::string &citation) {
+  return citation.starts_with('{') && citation.ends_with('}') ? citation : '{' + citation + '}';
+}
+
+std::expected<void, Failure> insertInto(const InsertOptions::Place &place, Timeout timeout) {
+  const auto rtf = readFile(place.input);
+  if (!rtf) {
+    return std::unexpected(rtf.error());
+  }
+  const auto output = resolveOutput(place.input, place.output);
+  if (!output) {
+    return std::unexpected(output.error());
+  }
+  const auto offset = findEndOfText(*rtf, place.text);
+  if (!offset) {
+    return std::unexpected(
+        Failure{Status::brokenDocumentOrReply, place.input + ": " + offset.error()});
+  }
+  if (!*offset) {
+    return std::unexpected(
+        Failure{Status::wrongUsage, "\"" + place.text + "\" stands nowhere in " + place.input});
+  }
+  const auto citation = citationOfSelection(timeout);
+  if (!citation) {
+    return std::unexpected(citation.error());
+  }
+  const std::string inserted = inBraces(*citation);
+  const auto written =
+      writeFile(*output, documentWithCitation(*rtf, **offset, inserted), place.input);
+  if (!written) {
+    return std::unexpected(written.error());
+  }
+  std::cout << "wrote: " << *output << "\ninserted: " << formats::inOneLine(inserted) << '\n';
+  return {};
+}
+
+std::expected<void, Failure> insert(const InsertOptions &options, Timeout timeout) {
+  if (options.place) {
+    return insertInto(*options.place, timeout);
+  }
+  const auto citation = citationOfSelection(timeout);
+  if (!citation) {
+    return std::unexpected(citation.error());
+  }
+  std::cout << formats::inOneLine(*citation) << '\n';
+  return {};
+}
+
+bool holdsCitation(std::string_view text) {
+  const std::u16string group = formats::decodeUTF8(text);
+  std::u16string_view inner = formats::trimmed(group);
+  if (inner.starts_with(u'{') && inner.ends_with(u'}') && inner.size() > 1) {
+    inner = inner.substr(1, inner.size() - 2);
+  }
+  const auto components = formats::citationComponents(inner);
+  return std::ranges::any_of(components, [](std::u16string_view component) {
+    return !formats::parseCitationText(component).searchText.empty();
+  });
+}
+
+std::expected<void, Failure> open(const OpenOptions &options, Timeout timeout) {
+  if (!holdsCitation(options.citation)) {
+    return std::unexpected(
+        Failure{Status::wrongUsage, "\"" + options.citation + "\" holds no citation"});
+  }
+  Progress progress;
+  const auto host = Host::connect(Host::Receiving::ifPossible, timeout, progress);
+  if (!host) {
+    return std::unexpected(host.error());
+  }
+  const auto handled =
+      (*host)->askForReply({formats::request::findCitation, options.citation + '\0',
+                            "waiting for Korvo to open the reference", false});
+  if (!handled) {
+    return std::unexpected(handled.error());
+  }
+  return {};
+}
+
+std::expected<void, Failure> handshake(Timeout timeout) {
+  Progress progress;
+  const auto host = Host::connect(Host::Receiving::required, timeout, progress);
+  if (!host) {
+    return std::unexpected(host.error());
+  }
+  const auto greeting = formats::encodeHandshake({1, 0});
+  const auto payload =
+      (*host)->ask({formats::request::handshake, std::string(greeting.begin(), greeting.end()),
+                    "waiting for Korvo's preferences", false},
+                   {formats::mellelSignature, formats::answer::preferences});
+  if (!payload) {
+    return std::unexpected(payload.error());
+  }
+  const auto preferences = formats::decodePreferences(*payload);
+  if (!preferences) {
+    return std::unexpected(
+        Failure{Status::brokenDocumentOrReply, "Korvo's answer is broken: " + preferences.error()});
+  }
+  std::cout << "preferences:";
+  for (const std::uint16_t field : *preferences) {
+    std::cout << ' ' << field;
+  }
+  std::cout << '\n';
+  return {};
+}
+
+// Runs each kind of command with its own options.
+struct Runner {
+  Timeout timeout;
+
+  std::expected<void, Failure> operator()(const FormatOptions &options) const {
+    return format(options, timeout);
+  }
+  std::expected<void, Failure> operator()(const CheckOptions &options) const {
+    return check(options, timeout);
+  }
+  std::expected<void, Failure> operator()(const InsertOptions &options) const {
+    return insert(options, timeout);
+  }
+  std::expected<void, Failure> operator()(const OpenOptions &options) const {
+    return open(options, timeout);
+  }
+  std::expected<void, Failure> operator()(const HandshakeOptions &) const {
+    return handshake(timeout);
+  }
+  std::expected<void, Failure> operator()(const HelpOptions &) const {
+    std::cout << helpText();
+    return {};
+  }
+};
+
+}  // namespace
+
+std::expected<void, Failure> run(const Options &options) {
+  return std::visit(Runner{options.timeout}, options.command);
+}
+
+}  // namespace mellel

@@ -1,0 +1,16 @@
+// mellel scan and mellel live: a copy of the document with its citations formatted.
+#pragma once
+
+#include <chrono>
+#include <expected>
+#include <optional>
+
+#include <StandIns/Mellel/Conversation/Failure.h>
+#include "Options.h"
+
+namespace mellel {
+
+std::expected<void, Failure> format(const FormatOptions &options,
+                                    std::optional<std::chrono::seconds> timeout);
+
+}  // namespace mellel

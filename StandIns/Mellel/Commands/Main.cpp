@@ -1,0 +1,35 @@
+// The process `mellel`: one command, one exit status, one line where something is wrong.
+#include <csignal>
+#include <iostream>
+#include <string>
+
+#include "Commands.h"
+#include "Options.h"
+
+namespace {
+
+int failed(const mellel::Failure &failure) {
+  mellel::complain(failure);
+  return static_cast<int>(failure.status);
+}
+
+}  // namespace
+
+int main(int argc, char *argv[]) {
+  using mellel::Status;
+  // A copy that the limits of the user do not allow is a failed write, to be told and cleaned up
+  // after.
+  std::signal(SIGXFSZ, SIG_IGN);
+  const auto options = mellel::parseOptions({argv + 1, argv + argc});
+  if (!options) {
+    return failed({Status::wrongUsage, options.error()});
+  }
+  const auto done = mellel::run(*options);
+  if (!done) {
+    return failed(done.error());
+  }
+  if (!std::cout.flush()) {
+    return failed({Status::brokenDocumentOrReply, "cannot write to standard output"});
+  }
+  return static_cast<int>(Status::done);
+}

@@ -1,0 +1,13 @@
+#include "Failure.h"
+
+#include <Formats/OneLine.h>
+
+#include <iostream>
+
+namespace mellel {
+
+void complain(const Failure &failure) {
+  std::cerr << "mellel: " << formats::inOneLine(failure.line) << std::endl;
+}
+
+}  // namespace mellel

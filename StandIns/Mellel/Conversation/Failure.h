@@ -1,0 +1,26 @@
+// Why a command ends without having done its work.
+#pragma once
+
+#include <string>
+
+namespace mellel {
+
+// The process's exit statuses.
+enum class Status : int {
+  done = 0,
+  cancelledByHost = 1,
+  wrongUsage = 2,
+  noHost = 3,
+  brokenDocumentOrReply = 4
+};
+
+struct Failure {
+  Status status = Status::brokenDocumentOrReply;
+  // For standard error: one line, without a full stop.
+  std::string line;
+};
+
+// Writes the line to standard error, behind the program's name.
+void complain(const Failure &failure);
+
+}  // namespace mellel

@@ -1,0 +1,46 @@
+#include "Progress.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <iostream>
+#include <utility>
+
+namespace mellel {
+
+namespace {
+
+// So that what is told has been read by half a second.
+constexpr std::chrono::milliseconds patience{400};
+// A step that is over at once is not worth a line, however long the others took.
+constexpr std::chrono::milliseconds leastStep{100};
+
+void tell(const std::string &step) { std::cerr << "mellel: " << step << " ..." << std::endl; }
+
+}  // namespace
+
+Progress::Progress() : isOnTerminal_(isatty(STDERR_FILENO) == 1) {}
+
+void Progress::begin(std::string step) {
+  stepBeginning_ = Clock::now();
+  pending_.reset();
+  if (isOnTerminal_) {
+    tell(step);
+  } else {
+    pending_ = std::move(step);
+  }
+}
+
+std::optional<Progress::Clock::time_point> Progress::due() const {
+  return pending_ ? std::optional(std::max(beginning_ + patience, stepBeginning_ + leastStep))
+                  : std::nullopt;
+}
+
+void Progress::tick() {
+  if (pending_ && Clock::now() >= *due()) {
+    tell(*pending_);
+    pending_.reset();
+  }
+}
+
+}  // namespace mellel

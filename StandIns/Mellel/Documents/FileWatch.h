@@ -1,0 +1,33 @@
+// Notices that a file was saved, however the editor does it: written in place, or written beside
+// it and put in its place.
+#pragma once
+
+#include <expected>
+#include <string>
+
+#include <StandIns/Mellel/Conversation/Failure.h>
+
+namespace mellel {
+
+class FileWatch {
+ public:
+  static std::expected<FileWatch, Failure> start(const std::string &path);
+  ~FileWatch();
+  FileWatch(FileWatch &&other) noexcept;
+  FileWatch &operator=(FileWatch &&other) = delete;
+  FileWatch(const FileWatch &) = delete;
+  FileWatch &operator=(const FileWatch &) = delete;
+
+  // Readable when something happened.
+  int descriptor() const { return descriptor_; }
+  // Whether the file was saved since the last call. Never waits.
+  bool wasSaved();
+
+ private:
+  FileWatch(int descriptor, std::string name);
+
+  int descriptor_;
+  std::string name_;
+};
+
+}  // namespace mellel

@@ -1,0 +1,73 @@
+#include "FormattedDocument.h"
+
+#include <utility>
+
+#include "Edits.h"
+#include "Escape.h"
+
+namespace mellel {
+
+namespace {
+
+void remove(std::vector<Edit> &edits, const CharacterSpan &characters) {
+  edits.push_back({characters.span, std::string(characters.separator)});
+}
+
+// The group takes the first place; it ends a control word before it by itself. An empty text
+// leaves an empty group, so that what stood apart still stands apart.
+void replace(std::vector<Edit> &edits, const std::vector<CharacterSpan> &spans, std::string group) {
+  bool isFirst = true;
+  for (const CharacterSpan &characters : spans) {
+    if (isFirst) {
+      edits.push_back({characters.span, std::move(group)});
+    } else {
+      remove(edits, characters);
+    }
+    isFirst = false;
+  }
+}
+
+void addBibliography(std::vector<Edit> &edits, const DocumentText &document,
+                     const Bibliography &bibliography) {
+  if (bibliography.empty()) {
+    return;
+  }
+  if (document.bibliographyPlace) {
+    const BibliographyPlace &place = *document.bibliographyPlace;
+    replace(edits, place.spans, '\n' + bibliographyInPlace(bibliography));
+    // The last entry has ended the paragraph.
+    if (place.paragraphEnd) {
+      remove(edits, *place.paragraphEnd);
+    }
+    return;
+  }
+  const std::size_t end = document.endOfMainText;
+  edits.push_back({{end, end},
+                   (document.lastParagraphIsOpen ? "\\par\n" : "\n") +
+                       bibliographyInBodyFormat(bibliography, document.bodyFormat)});
+}
+
+}  // namespace
+
+std::string formattedDocument(std::string_view rtf, const DocumentText &document,
+                              const std::vector<std::optional<FormattedText>> &texts,
+                              const Bibliography &bibliography) {
+  std::vector<Edit> edits;
+  for (std::size_t index = 0; index < document.citations.size(); ++index) {
+    if (texts.at(index)) {
+      replace(edits, document.citations[index].spans, groupOfText(*texts.at(index)));
+    }
+  }
+  addBibliography(edits, document, bibliography);
+  return edited(rtf, std::move(edits));
+}
+
+std::string documentWithCitation(std::string_view rtf, std::size_t place,
+                                 std::string_view citation) {
+  std::string text = isASCII(citation) ? "{" : "{\\uc0 ";
+  appendEscaped(text, citation);
+  text += '}';
+  return edited(rtf, {{{place, place}, std::move(text)}});
+}
+
+}  // namespace mellel

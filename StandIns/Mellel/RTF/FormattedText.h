@@ -1,0 +1,47 @@
+// Text with the character formatting that a citation or a bibliography entry may have, read
+// from RTF and written as a piece of RTF that fits into any document.
+//
+// A piece brings no fonts, sizes or colours of its own: it takes them from where it is put.
+#pragma once
+
+#include <cstdint>
+#include <expected>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Formatting.h"
+
+namespace mellel {
+
+// Adjacent characters with the same formatting.
+struct FormattedRun {
+  std::string text;  // UTF-8; U+2028 breaks the line within the paragraph
+  bool isBold = false;
+  bool isItalic = false;
+  bool isUnderlined = false;
+  bool isSuperscript = false;
+  bool isSubscript = false;
+  bool isSmallCapitals = false;
+};
+
+using FormattedText = std::vector<FormattedRun>;
+
+// Appends text in the formatting of the format, to the last run if that has it too.
+void appendText(FormattedText &formatted, std::string_view text, const CharacterFormat &format);
+
+// The characters without the formatting, UTF-8.
+std::string plainText(const FormattedText &formatted);
+
+// RTF for the text, ASCII only, each formatted run a group of its own. Characters are written
+// as \u without fallback: what goes around it must say \uc0.
+std::string rtfOfText(const FormattedText &formatted);
+
+// A group that can stand wherever a character can stand, and leaves nothing behind it changed.
+std::string groupOfText(const FormattedText &formatted);
+
+// A formatted citation as it comes from the host: RTF without header, with character formatting
+// only. Refused with one line if it is not well-formed.
+std::expected<FormattedText, std::string> readPidginRTF(std::string_view pidgin);
+
+}  // namespace mellel

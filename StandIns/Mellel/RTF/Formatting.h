@@ -1,0 +1,43 @@
+// The formatting that RTF's control words switch, as far as someone needs it who moves text
+// from one document into another.
+#pragma once
+
+#include <cstdint>
+
+#include "Keywords.h"
+#include "Lexer.h"
+
+namespace mellel {
+
+struct CharacterFormat {
+  // Font number and size in half points; -1 where the document's default holds.
+  std::int32_t font = -1;
+  std::int32_t size = -1;
+  bool isBold = false;
+  bool isItalic = false;
+  bool isUnderlined = false;
+  bool isSuperscript = false;
+  bool isSubscript = false;
+  bool isSmallCapitals = false;
+  // By a tracked change: still in the file, but no text of the document.
+  bool isDeleted = false;
+};
+
+// Lengths in twips (twentieths of a point).
+struct ParagraphFormat {
+  std::int32_t style = -1;  // -1: none named
+  std::int32_t leftIndent = 0;
+  std::int32_t firstLineIndent = 0;
+  std::int32_t spaceBefore = 0;
+  std::int32_t spaceAfter = 0;
+};
+
+struct Formatting {
+  CharacterFormat characters;
+  ParagraphFormat paragraph;
+};
+
+// Does what the control word says. A keyword that is not about formatting changes nothing.
+void applyFormatting(Keyword keyword, const Token &token, Formatting &formatting);
+
+}  // namespace mellel

@@ -1,0 +1,143 @@
+// What an author does between two scans: citations come, go, change and move, references are
+// corrected. The engine, which remembers what it has printed, answers as one that remembers
+// nothing, after every step.
+//
+// KORVO_EDITS=2000 build/bin/EngineTest --gtest_filter='*EngineEdits*' takes many more steps.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "EngineRandomDocuments.h"
+#include "TemporaryDirectory.h"
+
+using namespace enginetest;
+
+namespace {
+
+constexpr std::size_t itemCount = 24;
+constexpr std::size_t groupCount = 24;
+
+struct Draft {
+  Items items;
+  std::vector<CiteGroup> groups;
+};
+
+void chooseOption(std::mt19937 &random, Cite &cite) {
+  switch (random() % 5) {
+    case 0:
+      cite.yearOnly = !cite.yearOnly;
+      break;
+    case 1:
+      cite.showInText = !cite.showInText;
+      break;
+    case 2:
+      cite.includeInBibliography = !cite.includeInBibliography;
+      break;
+    case 3:
+      cite.stripEnclosure = !cite.stripEnclosure;
+      break;
+    default:
+      cite.suppressSuperscript = !cite.suppressSuperscript;
+  }
+}
+
+void edit(std::mt19937 &random, Draft &draft) {
+  const std::size_t place = random() % draft.groups.size();
+  const auto group = draft.groups.begin() + static_cast<std::ptrdiff_t>(place);
+  switch (random() % 7) {
+    case 0:
+      draft.groups.insert(group, randomGroup(random, itemCount));
+      break;
+    case 1:
+      if (draft.groups.size() > 1) {
+        draft.groups.erase(group);
+      }
+      break;
+    case 2:
+      *group = randomGroup(random, itemCount);
+      break;
+    case 3:
+      std::swap(*group, draft.groups[random() % draft.groups.size()]);
+      break;
+    case 4:
+      group->front().pageRange = std::u16string(1, u'7');
+      break;
+    case 5:
+      chooseOption(random, group->front());
+      break;
+    default: {
+      const std::size_t item = random() % itemCount;
+      draft.items["item" + std::to_string(item)] = collidingItem(random, item);
+    }
+  }
+}
+
+bool usesOptions(const Draft &draft) {
+  const auto isPlain = [](const Cite &cite) {
+    return !cite.yearOnly && cite.showInText && cite.includeInBibliography &&
+           !cite.stripEnclosure && !cite.suppressSuperscript;
+  };
+  return !std::ranges::all_of(
+      draft.groups, [&](const CiteGroup &group) { return std::ranges::all_of(group, isPlain); });
+}
+
+std::vector<std::string> textsOf(const korvo::engine::FormattedDocument &document) {
+  std::vector<std::string> texts;
+  for (const korvo::engine::FormattedText &group : document.groups) {
+    texts.push_back(markup(group));
+  }
+  for (const korvo::engine::BibliographyEntry &entry : document.bibliography.entries) {
+    texts.push_back(entry.itemId + ": " + markup(entry.text));
+  }
+  return texts;
+}
+
+korvo::engine::FormattedDocument format(korvo::engine::CitationProcessor &processor, const korvo::engine::Style &style,
+                                 const Draft &draft) {
+  auto document = processor.formatDocument(style, lookUpIn(draft.items), draft.groups, true);
+  EXPECT_TRUE(document) << document.error();
+  return document ? *std::move(document) : korvo::engine::FormattedDocument();
+}
+
+std::size_t stepsWanted() {
+  const char *wanted = std::getenv("KORVO_EDITS");
+  return wanted == nullptr ? 4 : static_cast<std::size_t>(std::atol(wanted));
+}
+
+class EngineEdits : public testing::TestWithParam<const char *> {};
+
+TEST_P(EngineEdits, GiveTheAnswersOfAFreshEngine) {
+  std::mt19937 random(1905);
+  Draft draft{.items = collidingLibrary(random, itemCount),
+              .groups = randomGroups(random, groupCount, itemCount)};
+  const korvo::engine::Style edited = style(GetParam());
+  const TemporaryDirectory directory;
+  const std::size_t steps = stepsWanted();
+  for (std::size_t step = 0; step < steps && !HasFailure(); ++step) {
+    const korvo::engine::FormattedDocument remembered = format(processor(), edited, draft);
+    // What was printed in a style of other bytes is of no use.
+    korvo::engine::Style fresh = edited;
+    fresh.file = directory.write(
+        "fresh.csl", bytesOf(edited.file) + "<!-- step " + std::to_string(step) + " -->");
+    EXPECT_EQ(remembered, format(processor(), fresh, draft)) << "step " << step;
+    if (!usesOptions(draft)) {
+      EXPECT_EQ(textsOf(remembered), textsOf(format(referenceProcessor(), edited, draft)))
+          << "step " << step;
+    }
+    edit(random, draft);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Styles, EngineEdits,
+                         testing::Values("apa", "ieee", "nature", "chicago-author-date",
+                                         "chicago-fullnote-bibliography-with-ibid", "oscola",
+                                         "american-sociological-association",
+                                         "din-1505-2-alphanumeric"),
+                         [](const auto &instance) {
+                           std::string name = instance.param;
+                           std::ranges::replace(name, '-', '_');
+                           return name;
+                         });
+
+}  // namespace

@@ -1,0 +1,295 @@
+#import "HostFixture.h"
+
+#import <StandIns/Korvo/Application/KOApplication.h>
+#import <StandIns/Korvo/Application/KOApplicationController.h>
+#import <StandIns/Korvo/Adapter/TextBridge.h>
+#import <StandIns/Korvo/Windows/Controls.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "TemporaryDirectory.h"
+
+using hosttest::utf8;
+using korvo::library::ListOrder;
+using korvo::library::SortColumn;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+namespace {
+
+class Windows : public hosttest::HostTest {
+ protected:
+  Windows()
+      : otherLibrary_(hosttest::smallLibrary()),
+        controller_(korvo::adapter::Owned<KOApplicationController *>::taking([[KOApplicationController alloc]
+            initWithLibraries:[NSArray arrayWithObjects:library_.get(), otherLibrary_.get(), nil]
+                       styles:shelf_])) {}
+
+  KOMainWindowController *mainWindow() { return [controller_.get() mainWindow]; }
+
+  std::vector<std::string> column(NSString *identifier) {
+    NSTableView *table = [mainWindow() table];
+    std::vector<std::string> texts;
+    for (NSInteger row = 0; row < [table numberOfRows]; ++row) {
+      texts.push_back(utf8([(id)mainWindow() tableView:table
+                             objectValueForTableColumn:[table tableColumnWithIdentifier:identifier]
+                                                   row:row]));
+    }
+    return texts;
+  }
+
+  void click(NSString *identifier) {
+    NSTableView *table = [mainWindow() table];
+    [(id)mainWindow() tableView:table didClickTableColumn:[table tableColumnWithIdentifier:identifier]];
+  }
+
+  KOReferenceEditorWindowController *editorOf(NSString *tag) {
+    [controller_.get() displayEditorForReference:reference(tag)];
+    return [[controller_.get() editors] lastObject];
+  }
+
+  korvo::adapter::Owned<KOLibrary *> otherLibrary_;
+  korvo::adapter::Owned<KOApplicationController *> controller_;
+};
+
+}  // namespace
+
+TEST_F(Windows, TheLibraryIsListedByAuthors) {
+  EXPECT_THAT(column(@"authors"), ElementsAre("", "Doe", "Doe", "Jones, Ann; Lee, Bo", "Smith, John", "van Gogh, Vincent"));
+  EXPECT_THAT(column(@"year"), ElementsAre("", "2005", "2005", "1999", "2001", "1888"));
+  EXPECT_EQ(utf8([mainWindow() statusText]), "6 references");
+  EXPECT_EQ(utf8([[mainWindow() window] title]), "Korvo – small.bib");
+}
+
+TEST_F(Windows, AClickOnAColumnSortsASecondOneTurnsTheOrder) {
+  click(@"year");
+  EXPECT_THAT(column(@"year"), ElementsAre("", "1888", "1999", "2001", "2005", "2005"));
+  click(@"year");
+  EXPECT_THAT(column(@"year"), ElementsAre("2005", "2005", "2001", "1999", "1888", ""));
+  click(@"title");
+  EXPECT_THAT(column(@"title"), ElementsAre("", "Cold", "Letters", "On Heat", "One", "Two"));
+}
+
+TEST_F(Windows, TheSelectionIsInTheOrderShownAndSurvivesSorting) {
+  [mainWindow() selectReferences:[NSArray arrayWithObjects:reference(@"SMI2001"), reference(@"JON1999"), nil]];
+  const auto selected = [&] {
+    std::vector<std::string> tags;
+    NSArray *references = [controller_.get() selectedReferences];
+    for (NSUInteger index = 0; index < [references count]; ++index) {
+      tags.push_back(**[(KOReference *)[references objectAtIndex:index] citationTag]);
+    }
+    return tags;
+  };
+  EXPECT_THAT(selected(), ElementsAre("JON1999", "SMI2001"));
+  EXPECT_EQ(utf8([mainWindow() statusText]), "6 references, 2 selected");
+  [mainWindow() sortBy:ListOrder{.column = SortColumn::authors, .ascending = false}];
+  EXPECT_THAT(selected(), ElementsAre("SMI2001", "JON1999"));
+}
+
+TEST_F(Windows, ASearchNarrowsTheListAndDeselectsWhatItHides) {
+  [mainWindow() selectReferences:[NSArray arrayWithObjects:reference(@"SMI2001"), reference(@"JON1999"), nil]];
+  [mainWindow() searchFor:@"smith heat"];
+  EXPECT_THAT(column(@"identifier"), ElementsAre("SMI2001"));
+  EXPECT_EQ([[mainWindow() selectedReferences] count], 1U);
+  EXPECT_EQ(utf8([mainWindow() statusText]), "1 reference, 1 selected");
+  [mainWindow() searchFor:@"nothing like this"];
+  EXPECT_EQ([[mainWindow() selectedReferences] count], 0U);
+  [mainWindow() searchFor:@""];
+  EXPECT_EQ(column(@"identifier").size(), 6U);
+}
+
+TEST_F(Windows, TheOtherLibraryBecomesTheCurrentOne) {
+  EXPECT_EQ([controller_.get() currentLibrary], library_.get());
+  [mainWindow() selectReferences:[NSArray arrayWithObject:reference(@"SMI2001")]];
+  [mainWindow() setCurrentLibrary:otherLibrary_.get()];
+  EXPECT_EQ([controller_.get() currentLibrary], otherLibrary_.get());
+  EXPECT_EQ([[mainWindow() selectedReferences] count], 0U);
+}
+
+TEST_F(Windows, WithoutALibraryTheWindowIsEmpty) {
+  KOMainWindowController *empty = [[[KOMainWindowController alloc] initWithLibraries:[NSArray array]
+                                                                            delegate:controller_.get()] autorelease];
+  EXPECT_EQ([empty currentLibrary], nil);
+  EXPECT_EQ([[empty table] numberOfRows], 0);
+  EXPECT_EQ([[empty selectedReferences] count], 0U);
+}
+
+TEST_F(Windows, TheirControllersBearTheNamesThatPlugInsKnow) {
+  EXPECT_EQ(utf8(NSStringFromClass([[[mainWindow() window] delegate] class])), "KOMainWindowController");
+  EXPECT_EQ(utf8(NSStringFromClass([[[editorOf(@"SMI2001") window] delegate] class])), "KOReferenceEditorWindowController");
+}
+
+TEST_F(Windows, TheEditorShowsTheFields) {
+  testing::internal::CaptureStdout();
+  KOReferenceEditorWindowController *editor = editorOf(@"SMI2001");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "editor: SMI2001\n");
+  EXPECT_EQ(utf8([editor textOfField:@""]), "SMI2001");
+  EXPECT_EQ(utf8([editor textOfField:@"type"]), "book");
+  EXPECT_EQ(utf8([editor textOfField:@"author"]), "Smith, John");
+  EXPECT_EQ(utf8([editor textOfField:@"issued"]), "2001");
+  EXPECT_EQ(utf8([[editor window] title]), "SMI2001");
+}
+
+TEST_F(Windows, AReferenceHasOneEditor) {
+  KOReferenceEditorWindowController *editor = editorOf(@"SMI2001");
+  EXPECT_EQ(editorOf(@"Smith 2001"), editor);
+  EXPECT_NE(editorOf(@"JON1999"), editor);
+  EXPECT_EQ([[controller_.get() editors] count], 2U);
+  [[editor window] close];
+  EXPECT_EQ([[controller_.get() editors] count], 1U);
+}
+
+TEST_F(Windows, WhatIsSavedIsInTheLibraryAndInTheList) {
+  KOReferenceEditorWindowController *editor = editorOf(@"SMI2001");
+  [editor setText:@"On Cold" ofField:@"title"];
+  [editor setText:@"Smyth, Jane\nvan Dyck, Anthony" ofField:@"author"];
+  [editor setText:@"SMY" ofField:@""];
+  [editor setText:@"chapter" ofField:@"type"];
+  ASSERT_TRUE([editor save]);
+  EXPECT_EQ(utf8([editor statusText]), "Saved until Korvo quits");
+  EXPECT_NE(reference(@"SMY"), nil);
+  EXPECT_NE(reference(@"Smyth & van Dyck 2001"), nil);
+  EXPECT_THAT(column(@"title"), testing::Contains("On Cold"));
+  EXPECT_THAT(column(@"kind"), testing::Contains("chapter"));
+}
+
+TEST_F(Windows, RevertBringsTheLibrarysFieldsBack) {
+  KOReferenceEditorWindowController *editor = editorOf(@"SMI2001");
+  [editor setText:@"wrong" ofField:@"title"];
+  [editor revert:nil];
+  EXPECT_EQ(utf8([editor textOfField:@"title"]), "On Heat");
+}
+
+// Another program has the file to itself for longer than the editor waits.
+TEST_F(Windows, WhatCannotBeSavedStaysInTheEditorWithTheReason) {
+  const TemporaryDirectory directory;
+  const std::filesystem::path file = directory / "my.korvolib";
+  auto made = korvo::library::Library::openOrCreate(file);
+  auto other = korvo::library::Library::open(file);
+  ASSERT_TRUE(made && other);
+  const korvo::library::NewReference one = {.identifier = "ONE", .cslJson = R"({"title":"Before"})"};
+  ASSERT_TRUE(made->add({&one, 1}));
+  const auto onDisk = korvo::adapter::Owned<KOLibrary *>::taking(
+      [[KOLibrary alloc] initWithLibrary:*std::move(made)]);
+  const auto row = [onDisk.get() library].matching("ONE")->at(0);
+  const auto editor = korvo::adapter::Owned<KOReferenceEditorWindowController *>::taking(
+      [[KOReferenceEditorWindowController alloc] initWithReference:[onDisk.get() referenceAtRow:row]
+                                                          delegate:controller_.get()]);
+  [editor.get() setText:@"After" ofField:@"title"];
+  other->keepReading();
+  ASSERT_EQ(other->count(), 1U);
+  EXPECT_FALSE([editor.get() save]);
+  EXPECT_EQ(utf8([editor.get() statusText]), file.string() + ": another program is using it");
+  EXPECT_EQ(utf8([editor.get() textOfField:@"title"]), "After");
+  EXPECT_THAT(**other->cslJson(row), HasSubstr("Before"));
+  other->stopReading();
+  EXPECT_TRUE([editor.get() save]);
+  EXPECT_THAT(**other->cslJson(row), HasSubstr("After"));
+}
+
+TEST_F(Windows, SavingKeepsWhatOthersChangedMeanwhile) {
+  KOReferenceEditorWindowController *editor = editorOf(@"SMI2001");
+  [editor setText:@"2010" ofField:@"issued"];
+  ASSERT_TRUE([library_.get() library].replace(
+      [[editor reference] row],
+      {.identifier = "SMI2001", .cslJson = R"({"type":"book","title":"Renamed","author":[{"family":"Smith"}],"issued":{"date-parts":[[2001]]}})"}));
+  ASSERT_TRUE([editor save]);
+  EXPECT_EQ(utf8([editor textOfField:@"title"]), "Renamed");
+  EXPECT_EQ(utf8([editor textOfField:@"issued"]), "2010");
+}
+
+TEST_F(Windows, AReferenceWithoutATagIsKnownByItsUUID) {
+  testing::internal::CaptureStdout();
+  KOReference *nameless = [library_.get() referenceAtRow:6];
+  [controller_.get() displayEditorForReference:nameless];
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "editor: " + utf8([nameless UUID]) + "\n");
+}
+
+TEST_F(Windows, NoticesAreKeptAnnouncedAndCanBeCopied) {
+  KONoticeWindowController *notices = [controller_.get() noticeWindow];
+  testing::internal::CaptureStdout();
+  for (NSString *text : {@"\n\nfirst\nline\n", @"second"}) {
+    NSAttributedString *summary = [[[NSAttributedString alloc] initWithString:text] autorelease];
+    [controller_.get() showNoticeWithHeader:@"Header" summary:summary];
+  }
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "notice: Header\n first\n line\nnotice: Header\n second\n");
+  EXPECT_THAT(utf8([notices shownText]), testing::AllOf(HasSubstr("first\nline"), HasSubstr("second")));
+  EXPECT_TRUE([[notices window] isVisible]);
+  [notices copyAll:nil];
+  EXPECT_EQ(utf8([[NSPasteboard generalPasteboard] stringForType:NSStringPboardType]), utf8([notices shownText]));
+  [notices clear:nil];
+  EXPECT_EQ(utf8([notices shownText]), "");
+}
+
+TEST_F(Windows, OnlyTheLastNoticesAreKept) {
+  KONoticeWindowController *notices = [[[KONoticeWindowController alloc] init] autorelease];
+  for (int number = 1; number <= 60; ++number) {
+    NSAttributedString *summary = [[[NSAttributedString alloc]
+        initWithString:[NSString stringWithFormat:@"number %d.", number]] autorelease];
+    [notices showNoticeWithHeader:@"H" summary:summary];
+  }
+  EXPECT_THAT(utf8([notices shownText]), testing::Not(HasSubstr("number 10.")));
+  EXPECT_THAT(utf8([notices shownText]), testing::AllOf(HasSubstr("number 11."), HasSubstr("number 60.")));
+  [notices close];
+}
+
+TEST_F(Windows, FavoritesArePickedSortedAndRemembered) {
+  shelf_.rememberFavorites({});
+  KOStylePickerWindowController *picker = [[[KOStylePickerWindowController alloc] initWithStyles:shelf_] autorelease];
+  EXPECT_GT([[picker allTable] numberOfRows], 1000);
+  [picker searchFor:@"ieee"];
+  ASSERT_GT([[picker allTable] numberOfRows], 1);
+  [[picker allTable] selectRowIndexes:[NSIndexSet indexSetWithIndexesInRange:NSMakeRange(0, 2)] byExtendingSelection:NO];
+  [picker addFavorites:nil];
+  [picker addFavorites:nil];
+  const std::vector<std::string> added = shelf_.favorites();
+  ASSERT_EQ(added.size(), 2U);
+  [[picker favoritesTable] selectRowIndexes:[NSIndexSet indexSetWithIndex:1] byExtendingSelection:NO];
+  [picker moveFavoriteUp:nil];
+  EXPECT_THAT(shelf_.favorites(), ElementsAre(added[1], added[0]));
+  [picker moveFavoriteUp:nil];
+  EXPECT_THAT(shelf_.favorites(), ElementsAre(added[1], added[0]));
+  [picker moveFavoriteDown:nil];
+  EXPECT_EQ(shelf_.favorites(), added);
+  [[picker allTable] selectRowIndexes:[NSIndexSet indexSetWithIndex:1] byExtendingSelection:NO];
+  [picker makeDefault:nil];
+  EXPECT_EQ(shelf_.defaultStyle(), added[1]);
+  EXPECT_THAT(utf8([picker defaultText]), HasSubstr(added[1]));
+  [[picker favoritesTable] selectRowIndexes:[NSIndexSet indexSetWithIndex:0] byExtendingSelection:NO];
+  [picker removeFavorites:nil];
+  EXPECT_THAT(shelf_.favorites(), ElementsAre(added[1]));
+  [[NSUserDefaults standardUserDefaults] removeObjectForKey:@"FavoriteStyles"];
+  [[NSUserDefaults standardUserDefaults] removeObjectForKey:@"DefaultStyle"];
+}
+
+TEST_F(Windows, AModalDialogIsAnnouncedWithTheCodeThatEndedIt) {
+  NSWindow *dialog = korvo::windows::makeWindow(@"Dialog", NSMakeSize(200, 100), NSMakeSize(100, 50));
+  testing::internal::CaptureStdout();
+  [NSApp performSelector:@selector(endRun) withObject:nil afterDelay:0.05
+                 inModes:[NSArray arrayWithObject:NSModalPanelRunLoopMode]];
+  const NSInteger code = [NSApp runModalForWindow:dialog];
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "dialog: open\ndialog: closed 0\n");
+  EXPECT_EQ(code, 0);
+  [dialog close];
+  // The end that was asked for inside the dialog ends the run loop now.
+  [NSApp run];
+}
+
+TEST_F(Windows, ADialogThatIsOnlyJustOpeningIsEndedToo) {
+  NSWindow *dialog = korvo::windows::makeWindow(@"Dialog", NSMakeSize(200, 100), NSMakeSize(100, 50));
+  // Asked for in whatever mode the run loop is in first.
+  [NSApp performSelector:@selector(endRun)
+              withObject:nil
+              afterDelay:0
+                 inModes:[NSArray arrayWithObjects:NSDefaultRunLoopMode, NSModalPanelRunLoopMode,
+                                                   NSEventTrackingRunLoopMode, nil]];
+  EXPECT_EQ([NSApp runModalForWindow:dialog], 0);
+  [dialog close];
+  [NSApp run];
+}
+
+TEST_F(Windows, AnEndAskedForBeforeTheRunLoopStartsIsNotLost) {
+  [(KOApplication *)NSApp endRun];
+  [NSApp run];
+}
