@@ -1,7 +1,7 @@
 // The answer to a preliminary scan ('PRSR'): each citation with the XML records of its parts.
 #pragma once
 
-#include <Formats/PayloadWriter.h>
+#include "PayloadWriter.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -5,7 +5,7 @@
 // bibliography alone is answered in its own reply.
 #pragma once
 
-#include <Formats/FourCharacterCode.h>
+#include "FourCharacterCode.h"
 
 namespace formats {
 

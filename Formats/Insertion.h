@@ -2,7 +2,7 @@
 // both UTF-8 and NUL-terminated, nothing else.
 #pragma once
 
-#include <Formats/PayloadWriter.h>
+#include "PayloadWriter.h"
 
 #include <cstddef>
 #include <expected>

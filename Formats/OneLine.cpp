@@ -1,5 +1,5 @@
-#include <Formats/OneLine.h>
-#include <Formats/Unicode.h>
+#include "OneLine.h"
+#include "Unicode.h"
 
 #include <algorithm>
 

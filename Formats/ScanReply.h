@@ -6,7 +6,7 @@
 // the bibliography. The layout is drawn in Documentation/WireFormats.md.
 #pragma once
 
-#include <Formats/PayloadWriter.h>
+#include "PayloadWriter.h"
 
 #include <cstddef>
 #include <cstdint>

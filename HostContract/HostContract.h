@@ -10,7 +10,7 @@
 // ownership: what a method returns is borrowed, unless its name says otherwise.
 #pragma once
 
-#import <HostContract/KorvoAdapter.h>
-#import <HostContract/KorvoAttributePredicates.h>
-#import <HostContract/KorvoHostObjects.h>
-#import <HostContract/KorvoPlugin.h>
+#import "KorvoAdapter.h"
+#import "KorvoAttributePredicates.h"
+#import "KorvoHostObjects.h"
+#import "KorvoPlugin.h"

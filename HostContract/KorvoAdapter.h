@@ -4,7 +4,7 @@
 #pragma once
 
 #import <Foundation/Foundation.h>
-#import <HostContract/KorvoHostObjects.h>
+#import "KorvoHostObjects.h"
 
 @protocol KorvoWordProcessorIntegrationAdapter <NSObject>
 @required

@@ -1,4 +1,4 @@
-#include <Platform/Descriptor.h>
+#include "Descriptor.h"
 
 #include <algorithm>
 #include <cstring>

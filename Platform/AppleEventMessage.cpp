@@ -1,4 +1,4 @@
-#include <Platform/AppleEventMessage.h>
+#include "AppleEventMessage.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <ApplicationServices/AppleEvents.h>
-#include <Platform/SharedBytes.h>
+#include "SharedBytes.h"
 
 #include <vector>
 
@@ -14,13 +14,13 @@ struct Parameter {
   SharedBytes data{};
 };
 
-/// In the order in which they were put in.
+// In the order in which they were put in.
 using Parameters = std::vector<Parameter>;
 
-/// The first parameter under the keyword; null when there is none.
+// The first parameter under the keyword; null when there is none.
 const Parameter *findParameter(const Parameters &parameters, AEKeyword keyword);
 
-/// An event as AESendMessage was given it.
+// An event as AESendMessage was given it.
 struct OutgoingEvent {
   FourCharCode targetSignature = 0;
   AEEventClass eventClass = 0;
@@ -29,11 +29,11 @@ struct OutgoingEvent {
   AETransactionID transactionID = kAnyTransactionID;
   Parameters parameters{};
   bool wantsReply = false;
-  /// In ticks of 1/60 second, or kAEDefaultTimeout or kNoTimeOut.
+  // In ticks of 1/60 second, or kAEDefaultTimeout or kNoTimeOut.
   long timeOutInTicks = kNoTimeOut;
 };
 
-/// An event as it arrived.
+// An event as it arrived.
 struct IncomingEvent {
   AEEventClass eventClass = 0;
   AEEventID eventID = 0;

@@ -1,5 +1,5 @@
-#include <Platform/Carrier.h>
-#include <Platform/Descriptor.h>
+#include "Carrier.h"
+#include "Descriptor.h"
 
 #include <cstring>
 #include <new>

@@ -1,4 +1,4 @@
-#include <Platform/AppleEventsProcess.h>
+#include "AppleEventsProcess.h"
 #include <Platform/Bus/BusConnection.h>
 #include <Platform/Bus/BusNames.h>
 #include <Platform/Bus/EventReceiver.h>
@@ -14,8 +14,8 @@ OSStatus startReceivingAppleEvents(FourCharCode signature, std::function<void()>
 
 void stopReceivingAppleEvents() { EventReceiver::shared().stop(); }
 
-/// Shared with the calls of `onChange` that are under way, which outlive a watch but do nothing
-/// then.
+// Shared with the calls of `onChange` that are under way, which outlive a watch but do nothing
+// then.
 class ProcessWatch::State final : public std::enable_shared_from_this<State>, private BusClient {
  public:
   State(FourCharCode signature, std::function<void(bool)> onChange)
@@ -66,7 +66,7 @@ class ProcessWatch::State final : public std::enable_shared_from_this<State>, pr
     change(false);
   }
 
-  /// Whether the process runs now.
+  // Whether the process runs now.
   bool watch(sd_bus *bus) {
     const std::string rule =
         "type='signal',sender='org.freedesktop.DBus',path='/org/freedesktop/DBus',"

@@ -14,33 +14,33 @@
 
 namespace platform {
 
-/// Declares the process's signature and begins to handle events for it with the handlers of
-/// NSAppleEventManager, from the current run loop. Install the handlers first: an event may arrive
-/// with the next turn of the run loop. `onActivate` (which may be empty) is called when another
-/// process wants this one in front, also while a handler sits in a modal session.
-///
-/// When the message bus goes away and comes back the signature is declared again by itself.
-///
-/// portInUse: another process has the signature. connectionInvalid: no session bus to be reached.
-/// paramErr: signature 0, or this process is receiving already.
+// Declares the process's signature and begins to handle events for it with the handlers of
+// NSAppleEventManager, from the current run loop. Install the handlers first: an event may arrive
+// with the next turn of the run loop. `onActivate` (which may be empty) is called when another
+// process wants this one in front, also while a handler sits in a modal session.
+//
+// When the message bus goes away and comes back the signature is declared again by itself.
+//
+// portInUse: another process has the signature. connectionInvalid: no session bus to be reached.
+// paramErr: signature 0, or this process is receiving already.
 OSStatus startReceivingAppleEvents(FourCharCode signature, std::function<void()> onActivate);
 
-/// Gives the signature up. Events that already arrived and were not handled yet are answered with
-/// procNotFound. Harmless when the process is not receiving.
+// Gives the signature up. Events that already arrived and were not handled yet are answered with
+// procNotFound. Harmless when the process is not receiving.
 void stopReceivingAppleEvents();
 
-/// Watches whether a process with a given signature runs.
+// Watches whether a process with a given signature runs.
 class ProcessWatch {
  public:
-  /// `onChange` is called from the run loop with each change, with whether the process runs now. It
-  /// is not called for the state at the start. The end of the message bus counts as the end of the
-  /// process. It may destroy the watch.
+  // `onChange` is called from the run loop with each change, with whether the process runs now. It
+  // is not called for the state at the start. The end of the message bus counts as the end of the
+  // process. It may destroy the watch.
   ProcessWatch(FourCharCode signature, std::function<void(bool isRunning)> onChange);
   ~ProcessWatch();
   ProcessWatch(const ProcessWatch &) = delete;
   ProcessWatch &operator=(const ProcessWatch &) = delete;
 
-  /// As last told by the bus.
+  // As last told by the bus.
   bool isRunning() const;
 
  private:

@@ -1,5 +1,5 @@
 #include <Platform/Bus/BusCarrier.h>
-#include <Platform/Carrier.h>
+#include "Carrier.h"
 
 #include <utility>
 

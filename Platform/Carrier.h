@@ -3,7 +3,7 @@
 #pragma once
 
 #include <ApplicationServices/Processes.h>
-#include <Platform/AppleEventMessage.h>
+#include "AppleEventMessage.h"
 
 #include <expected>
 #include <vector>
@@ -21,31 +21,31 @@ class Carrier {
  public:
   virtual ~Carrier() = default;
 
-  /// Sends the event; when a reply is wanted waits for it and returns its parameters, else returns
-  /// none. The statuses are AESendMessage's.
+  // Sends the event; when a reply is wanted waits for it and returns its parameters, else returns
+  // none. The statuses are AESendMessage's.
   virtual std::expected<Parameters, OSStatus> send(const OutgoingEvent &event) = 0;
 
-  /// The running processes that have an application signature, always in the same order.
+  // The running processes that have an application signature, always in the same order.
   virtual std::expected<std::vector<Process>, OSStatus> processes() = 0;
 
-  /// The same without the pains to miss none that has come this very moment. Who does not find what
-  /// it looks for here asks again above.
+  // The same without the pains to miss none that has come this very moment. Who does not find what
+  // it looks for here asks again above.
   virtual std::expected<std::vector<Process>, OSStatus> processesRemembered() {
     return processes();
   }
 
-  /// The process of that number; procNotFound.
+  // The process of that number; procNotFound.
   virtual std::expected<Process, OSStatus> process(ProcessSerialNumber serialNumber) = 0;
 
-  /// Asks the process to come to the front. procNotFound.
+  // Asks the process to come to the front. procNotFound.
   virtual OSStatus activate(ProcessSerialNumber serialNumber) = 0;
 };
 
-/// Puts a carrier in place; null puts the session bus back. The carrier is borrowed until the next
-/// call. Returns the one that was there, null for the session bus.
+// Puts a carrier in place; null puts the session bus back. The carrier is borrowed until the next
+// call. Returns the one that was there, null for the session bus.
 Carrier *setCarrier(Carrier *carrier);
 
-/// The carrier in place.
+// The carrier in place.
 Carrier &currentCarrier();
 
 }  // namespace platform

@@ -1,7 +1,7 @@
-/// The one place that catches Objective-C exceptions.
-///
-/// GCC's Objective-C++ cannot: a typed @catch in it crashes as soon as an Objective-C exception
-/// arrives. Plain Objective-C can, so the call is made from there.
+// The one place that catches Objective-C exceptions.
+//
+// GCC's Objective-C++ cannot: a typed @catch in it crashes as soon as an Objective-C exception
+// arrives. Plain Objective-C can, so the call is made from there.
 #pragma once
 
 #import <Foundation/Foundation.h>
@@ -10,8 +10,8 @@
 extern "C" {
 #endif
 
-/// Calls `function(context)`. Returns the object that it threw, autoreleased, or nil. A C++
-/// exception passes through.
+// Calls `function(context)`. Returns the object that it threw, autoreleased, or nil. A C++
+// exception passes through.
 id KorvoCatchObjectiveCException(void (*function)(void *), void *context);
 
 #ifdef __cplusplus

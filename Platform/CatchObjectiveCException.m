@@ -1,4 +1,4 @@
-#import <Platform/CatchObjectiveCException.h>
+#import "CatchObjectiveCException.h"
 
 id KorvoCatchObjectiveCException(void (*function)(void *), void *context) {
   @try {

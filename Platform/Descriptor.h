@@ -1,13 +1,13 @@
 // What an AEDesc's handle points at, and the way between descriptors and plain values.
 #pragma once
 
-#include <Platform/AppleEventMessage.h>
+#include "AppleEventMessage.h"
 
 #include <variant>
 
 namespace platform {
 
-/// What a descriptor of typeAppleEvent holds.
+// What a descriptor of typeAppleEvent holds.
 struct EventRecord {
   AEEventClass eventClass = 0;
   AEEventID eventID = 0;
@@ -18,13 +18,13 @@ struct EventRecord {
   Parameters parameters{};
 };
 
-/// Null unless the descriptor is an event.
+// Null unless the descriptor is an event.
 EventRecord *eventRecord(const AEDesc *descriptor);
 
-/// Empty for an event and for the null descriptor.
+// Empty for an event and for the null descriptor.
 SharedBytes descriptorData(const AEDesc *descriptor);
 
-/// To be disposed of by the caller. These throw std::bad_alloc.
+// To be disposed of by the caller. These throw std::bad_alloc.
 AEDesc makeDescriptor(DescType type, SharedBytes data);
 AEDesc makeDescriptor(EventRecord event);
 

@@ -1,11 +1,11 @@
-#include <Platform/AutoreleasePool.h>
-#include <Platform/CatchObjectiveCException.h>
-#include <Platform/Descriptor.h>
-#include <Platform/EventDispatch.h>
-#include <Platform/EventHandlerTable.h>
-#include <Platform/FourCharacters.h>
-#include <Platform/GuardedCall.h>
-#include <Platform/Log.h>
+#include "AutoreleasePool.h"
+#include "CatchObjectiveCException.h"
+#include "Descriptor.h"
+#include "EventDispatch.h"
+#include "EventHandlerTable.h"
+#include "FourCharacters.h"
+#include "GuardedCall.h"
+#include "Log.h"
 
 #import <ApplicationServices/ApplicationServices.h>
 
@@ -53,7 +53,7 @@ std::string reasonOf(id thrown) {
   return [reason UTF8String];
 }
 
-/// What left the handler in place of its return, in words.
+// What left the handler in place of its return, in words.
 std::optional<std::string> perform(HandlerCall &call) {
   id thrown = nil;
   const auto cppException =

@@ -18,17 +18,17 @@ struct EventHandler {
 
 class EventHandlerTable {
  public:
-  /// The one behind the shared manager.
+  // The one behind the shared manager.
   static EventHandlerTable &shared();
 
-  /// In place of the handler for the same class and ID, which loses its place in the order.
+  // In place of the handler for the same class and ID, which loses its place in the order.
   void install(const EventHandler &handler);
   void remove(AEEventClass eventClass, AEEventID eventID);
 
-  /// Null when there is none. Valid until the next change.
+  // Null when there is none. Valid until the next change.
   const EventHandler *find(AEEventClass eventClass, AEEventID eventID) const;
 
-  /// The one installed longest ago first.
+  // The one installed longest ago first.
   const std::vector<EventHandler> &all() const { return handlers_; }
 
  private:

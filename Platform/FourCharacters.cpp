@@ -1,4 +1,4 @@
-#include <Platform/FourCharacters.h>
+#include "FourCharacters.h"
 
 namespace platform {
 

@@ -7,7 +7,7 @@
 
 namespace platform {
 
-/// 'SCNQ' in quotation marks; characters that do not print become "?".
+// 'SCNQ' in quotation marks; characters that do not print become "?".
 std::string inQuotes(FourCharCode code);
 
 }  // namespace platform

@@ -1,4 +1,4 @@
-#include <Platform/GuardedCall.h>
+#include "GuardedCall.h"
 
 #include <exception>
 

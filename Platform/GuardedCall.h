@@ -8,7 +8,7 @@
 
 namespace platform {
 
-/// Makes the call. What the exception that left it says, if one did.
+// Makes the call. What the exception that left it says, if one did.
 std::optional<std::string> exceptionLeaving(const std::function<void()> &call);
 
 }  // namespace platform

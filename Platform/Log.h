@@ -5,7 +5,7 @@
 
 namespace platform {
 
-/// UTF-8; without a newline.
+// UTF-8; without a newline.
 void logLine(std::string_view line);
 
 }  // namespace platform

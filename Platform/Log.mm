@@ -1,5 +1,5 @@
-#include <Platform/AutoreleasePool.h>
-#include <Platform/Log.h>
+#include "AutoreleasePool.h"
+#include "Log.h"
 
 #import <Foundation/Foundation.h>
 

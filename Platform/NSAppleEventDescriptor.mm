@@ -1,5 +1,5 @@
-#include <Platform/Descriptor.h>
-#include <Platform/SharedBytesData.h>
+#include "Descriptor.h"
+#include "SharedBytesData.h"
 
 #import <ApplicationServices/ApplicationServices.h>
 

@@ -1,4 +1,4 @@
-#include <Platform/EventHandlerTable.h>
+#include "EventHandlerTable.h"
 
 #import <ApplicationServices/ApplicationServices.h>
 

@@ -5,7 +5,7 @@
 
 namespace platform {
 
-/// The null descriptor at first; Apple's functions fill it through its address.
+// The null descriptor at first; Apple's functions fill it through its address.
 class OwnedDescriptor : public AEDesc {
  public:
   OwnedDescriptor() : AEDesc{typeNull, nullptr} {}

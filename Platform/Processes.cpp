@@ -1,5 +1,5 @@
 #include <ApplicationServices/Processes.h>
-#include <Platform/Carrier.h>
+#include "Carrier.h"
 
 #include <algorithm>
 #include <new>
@@ -19,7 +19,7 @@ void writeName(OSType signature, StringPtr name) {
 
 using Processes = std::expected<std::vector<platform::Process>, OSStatus>;
 
-/// The first one behind kNoProcess. procNotFound behind the last one.
+// The first one behind kNoProcess. procNotFound behind the last one.
 std::expected<ProcessSerialNumber, OSStatus> processBehind(const ProcessSerialNumber &previous,
                                                            const Processes &processes) {
   if (!processes) {

@@ -1,6 +1,6 @@
 #include <ApplicationServices/MacErrors.h>
 #include <fcntl.h>
-#include <Platform/SealedMemoryFile.h>
+#include "SealedMemoryFile.h"
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>

@@ -15,12 +15,12 @@ namespace platform {
 
 class SealedMemoryFile {
  public:
-  /// Makes a file with a copy of the bytes. memFullErr.
+  // Makes a file with a copy of the bytes. memFullErr.
   static std::expected<SealedMemoryFile, OSStatus> create(std::span<const std::byte> contents);
 
-  /// Maps the file behind a descriptor that somebody else made; the descriptor stays the caller's.
-  /// errAECorruptData when it is no memory file or lacks a seal; memFullErr when it is longer than
-  /// `largestSize` bytes or cannot be mapped.
+  // Maps the file behind a descriptor that somebody else made; the descriptor stays the caller's.
+  // errAECorruptData when it is no memory file or lacks a seal; memFullErr when it is longer than
+  // `largestSize` bytes or cannot be mapped.
   static std::expected<SealedMemoryFile, OSStatus> open(int descriptor, std::size_t largestSize);
 
   SealedMemoryFile(SealedMemoryFile &&other) noexcept;
@@ -30,7 +30,7 @@ class SealedMemoryFile {
   ~SealedMemoryFile();
 
   std::span<const std::byte> contents() const { return contents_; }
-  /// Borrowed. -1 for a file that was made elsewhere.
+  // Borrowed. -1 for a file that was made elsewhere.
   int descriptor() const { return descriptor_; }
 
  private:

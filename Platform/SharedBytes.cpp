@@ -1,6 +1,6 @@
 #include <ApplicationServices/MacErrors.h>
-#include <Platform/SealedMemoryFile.h>
-#include <Platform/SharedBytes.h>
+#include "SealedMemoryFile.h"
+#include "SharedBytes.h"
 
 #include <new>
 #include <utility>

@@ -17,26 +17,26 @@ namespace platform {
 
 class SealedMemoryFile;
 
-/// Data up to this many bytes travels inside the bus's message, above it in a memory file.
+// Data up to this many bytes travels inside the bus's message, above it in a memory file.
 inline constexpr std::size_t largestInlineSize = 1'048'576;
 
 class SharedBytes {
  public:
-  /// No bytes.
+  // No bytes.
   SharedBytes() = default;
-  /// Bytes inside something else, which is kept alive by `owner`.
+  // Bytes inside something else, which is kept alive by `owner`.
   SharedBytes(std::span<const std::byte> view, std::shared_ptr<const void> owner);
-  /// The contents of a memory file.
+  // The contents of a memory file.
   explicit SharedBytes(const std::shared_ptr<const SealedMemoryFile> &file);
 
-  /// memFullErr when there is no memory or no memory file to be had.
+  // memFullErr when there is no memory or no memory file to be had.
   static std::expected<SharedBytes, OSStatus> copyOf(std::span<const std::byte> bytes);
 
-  /// Valid as long as this or any copy of this.
+  // Valid as long as this or any copy of this.
   std::span<const std::byte> view() const { return view_; }
   std::size_t size() const { return view_.size(); }
 
-  /// The memory file that holds exactly these bytes; null when they lie elsewhere.
+  // The memory file that holds exactly these bytes; null when they lie elsewhere.
   const SealedMemoryFile *memoryFile() const { return memoryFile_; }
 
  private:

@@ -1,4 +1,4 @@
-#include <Platform/SharedBytesData.h>
+#include "SharedBytesData.h"
 
 #include <utility>
 

@@ -10,9 +10,9 @@ namespace benchmarks {
 
 class Partner {
  public:
-  /// Runs `serve` in a new process and returns once that has called `ready`. A connection that
-  /// this process has open is not to be used by the new one, which ends with this one at the
-  /// latest.
+  // Runs `serve` in a new process and returns once that has called `ready`. A connection that
+  // this process has open is not to be used by the new one, which ends with this one at the
+  // latest.
   explicit Partner(const std::function<void(const std::function<void()> &ready)> &serve);
   ~Partner();
   Partner(const Partner &) = delete;
@@ -22,7 +22,7 @@ class Partner {
   pid_t number_ = -1;
 };
 
-/// As long as there is one, this process and all its partners run on one processor.
+// As long as there is one, this process and all its partners run on one processor.
 class OneProcessor {
  public:
   OneProcessor();

@@ -39,7 +39,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::size_t kibibyte = 1024;
 constexpr std::size_t mebibyte = 1024 * kibibyte;
-/// Up to what one event may carry at most, and on with the ways that carry more.
+// Up to what one event may carry at most, and on with the ways that carry more.
 constexpr std::size_t sizes[] = {
     16,           kibibyte,      16 * kibibyte, 128 * kibibyte, mebibyte,       2 * mebibyte,
     4 * mebibyte, 16 * mebibyte, 64 * mebibyte, 255 * mebibyte, 1024 * mebibyte};
@@ -52,7 +52,7 @@ constexpr double leastBesidePipe = 0.5;
 struct NamedWay {
   std::string name;
   std::unique_ptr<Way> way;
-  /// Microseconds, of one size.
+  // Microseconds, of one size.
   std::vector<double> times;
 };
 

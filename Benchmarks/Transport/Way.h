@@ -13,23 +13,23 @@ namespace benchmarks {
 class Way {
  public:
   virtual ~Way() = default;
-  /// Whether it can carry so much at once.
+  // Whether it can carry so much at once.
   virtual bool carries(std::size_t size) const = 0;
-  /// There and back: the number that the other process answered. Ends the program on failure.
+  // There and back: the number that the other process answered. Ends the program on failure.
   virtual std::uint64_t exchange(std::span<const std::byte> payload) = 0;
 };
 
-/// The Apple Events of this project: AESendMessage that waits, to a handler of NSAppleEventManager.
+// The Apple Events of this project: AESendMessage that waits, to a handler of NSAppleEventManager.
 std::unique_ptr<Way> makeAppleEventsWay();
-/// A bare method call of sd-bus with an array of bytes, to a loop of sd_bus_process and
-/// sd_bus_wait.
+// A bare method call of sd-bus with an array of bytes, to a loop of sd_bus_process and
+// sd_bus_wait.
 std::unique_ptr<Way> makeBusBytesWay();
-/// The same with a sealed memory file, made for each call.
+// The same with a sealed memory file, made for each call.
 std::unique_ptr<Way> makeBusFileWay();
-/// A pipe, and another one back for the answer.
+// A pipe, and another one back for the answer.
 std::unique_ptr<Way> makePipeWay();
 
-/// Quick beside any of the ways, and a different number for each payload that is sent.
+// Quick beside any of the ways, and a different number for each payload that is sent.
 inline std::uint64_t sumOfWords(std::span<const std::byte> bytes, std::uint64_t sum = 0) {
   std::size_t position = 0;
   for (; position + sizeof sum <= bytes.size(); position += sizeof sum) {
@@ -43,7 +43,7 @@ inline std::uint64_t sumOfWords(std::span<const std::byte> bytes, std::uint64_t 
   return sum;
 }
 
-/// Ends the program with a line that says what did not work.
+// Ends the program with a line that says what did not work.
 [[noreturn]] void giveUp(const char *what);
 
 }  // namespace benchmarks

@@ -1,9 +1,9 @@
-#include <Platform/Bus/BusCarrier.h>
-#include <Platform/Bus/BusConnection.h>
-#include <Platform/Bus/BusNames.h>
-#include <Platform/Bus/EventInbox.h>
-#include <Platform/Bus/EventReceiver.h>
-#include <Platform/Bus/ParameterCodec.h>
+#include "BusCarrier.h"
+#include "BusConnection.h"
+#include "BusNames.h"
+#include "EventInbox.h"
+#include "EventReceiver.h"
+#include "ParameterCodec.h"
 
 #include <algorithm>
 #include <string>
@@ -26,7 +26,7 @@ std::chrono::microseconds asDuration(long timeOutInTicks) {
   return std::chrono::microseconds(std::min(timeOutInTicks, longest) * 1'000'000 / ticksInASecond);
 }
 
-/// A call of the other process's object that never starts a process.
+// A call of the other process's object that never starts a process.
 std::expected<Message, OSStatus> newCall(sd_bus *bus, const std::string &destination,
                                          const char *method, bool wantsReply) {
   sd_bus_message *message = nullptr;
@@ -51,11 +51,11 @@ class BusCarrier final : public Carrier {
   OSStatus activate(ProcessSerialNumber serialNumber) override;
 
  private:
-  /// Whether the event would come back to this process, which does not handle it while it waits.
+  // Whether the event would come back to this process, which does not handle it while it waits.
   bool isToOneself(const OutgoingEvent &event);
-  /// A serial number is the process's number on this machine and the signature that it declared.
+  // A serial number is the process's number on this machine and the signature that it declared.
   std::expected<Process, OSStatus> processOfSignature(FourCharCode signature);
-  /// Of those names that stand for signatures.
+  // Of those names that stand for signatures.
   template <typename Names>
   std::expected<std::vector<Process>, OSStatus> processesNamed(
       const std::expected<Names, OSStatus> &names);

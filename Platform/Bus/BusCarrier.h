@@ -5,7 +5,7 @@
 
 namespace platform {
 
-/// The carrier of a running program. It opens the bus with the first use.
+// The carrier of a running program. It opens the bus with the first use.
 Carrier &busCarrier();
 
 }  // namespace platform

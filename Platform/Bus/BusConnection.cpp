@@ -1,6 +1,6 @@
 #include <ApplicationServices/MacErrors.h>
-#include <Platform/Bus/BusConnection.h>
-#include <Platform/Bus/BusNames.h>
+#include "BusConnection.h"
+#include "BusNames.h"
 #include <poll.h>
 
 #include <algorithm>
@@ -15,7 +15,7 @@ using namespace std::chrono_literals;
 
 constexpr std::chrono::milliseconds firstPause = 250ms;
 constexpr std::chrono::milliseconds longestPause = 4s;
-/// So that a flood of messages leaves the run loop time for other things.
+// So that a flood of messages leaves the run loop time for other things.
 constexpr std::chrono::milliseconds longestReading = 10ms;
 
 constexpr char driverName[] = "org.freedesktop.DBus";

@@ -7,10 +7,10 @@
 #pragma once
 
 #include <ApplicationServices/MacTypes.h>
-#include <Platform/Bus/BusHandles.h>
-#include <Platform/Bus/NameOwners.h>
-#include <Platform/Bus/RunLoop.h>
-#include <Platform/Bus/RunLoopTimer.h>
+#include "BusHandles.h"
+#include "NameOwners.h"
+#include "RunLoop.h"
+#include "RunLoopTimer.h"
 
 #include <chrono>
 #include <deque>
@@ -23,55 +23,55 @@
 
 namespace platform {
 
-/// What holds something on the bus that has to be made anew after the bus was gone.
+// What holds something on the bus that has to be made anew after the bus was gone.
 class BusClient {
  public:
   virtual ~BusClient() = default;
-  /// There is a new connection. Must not open or lose it.
+  // There is a new connection. Must not open or lose it.
   virtual void busIsBack(sd_bus *bus) = 0;
-  /// The connection has ended; what was on it is void.
+  // The connection has ended; what was on it is void.
   virtual void busIsGone() = 0;
 };
 
 class BusConnection {
  public:
-  /// Made with the first use, by the thread whose run loop is to serve it. Never destroyed.
+  // Made with the first use, by the thread whose run loop is to serve it. Never destroyed.
   static BusConnection &session();
 
-  /// The connection, opened where there is none or where it has ended. connectionInvalid.
+  // The connection, opened where there is none or where it has ended. connectionInvalid.
   std::expected<sd_bus *, OSStatus> open();
 
-  /// While there are clients, a lost connection is tried again and again, with growing pauses.
+  // While there are clients, a lost connection is tried again and again, with growing pauses.
   void addClient(BusClient *client);
   void removeClient(BusClient *client);
 
-  /// To be run from the run loop.
+  // To be run from the run loop.
   void addTask(std::function<void()> task);
 
-  /// Sends a message and sees it leave the process. connectionInvalid; memFullErr.
+  // Sends a message and sees it leave the process. connectionInvalid; memFullErr.
   OSStatus send(sd_bus_message *message);
 
-  /// Sends a method call and waits for the answer. Nothing is dispatched meanwhile. errAETimeout,
-  /// connectionInvalid, or the status that the error in the answer stands for.
+  // Sends a method call and waits for the answer. Nothing is dispatched meanwhile. errAETimeout,
+  // connectionInvalid, or the status that the error in the answer stands for.
   std::expected<Message, OSStatus> call(sd_bus_message *message, std::chrono::microseconds timeOut);
   static constexpr std::chrono::microseconds noTimeOut = std::chrono::microseconds::max();
 
-  /// For a message that can be answered neither well nor with an error. Its connection ends with
-  /// the next turn of the run loop, and so the bus itself tells the sender, who would wait for
-  /// ever.
+  // For a message that can be answered neither well nor with an error. Its connection ends with
+  // the next turn of the run loop, and so the bus itself tells the sender, who would wait for
+  // ever.
   void giveUp(const Message &message);
 
-  /// Who owns a name of an application signature. procNotFound when nobody does.
+  // Who owns a name of an application signature. procNotFound when nobody does.
   std::expected<NameOwners::Owner, OSStatus> ownerOf(const std::string &name);
-  /// Asks the bus itself, about a name. procNotFound when nobody owns the name.
+  // Asks the bus itself, about a name. procNotFound when nobody owns the name.
   static std::expected<Message, OSStatus> askOn(sd_bus *bus, const char *method,
                                                 const std::string &name);
   std::expected<std::vector<std::string>, OSStatus> listNames();
   static std::expected<std::vector<std::string>, OSStatus> listNamesOn(sd_bus *bus);
-  /// Those of application signatures, by what has arrived from the bus so far.
+  // Those of application signatures, by what has arrived from the bus so far.
   std::expected<std::set<std::string>, OSStatus> namesRemembered();
 
-  /// To be called after anything that may have taken messages off the socket.
+  // To be called after anything that may have taken messages off the socket.
   void arm();
 
  private:
@@ -79,13 +79,13 @@ class BusConnection {
 
   BusConnection();
 
-  /// Who owns what, on the connection that there is now.
+  // Who owns what, on the connection that there is now.
   std::expected<NameOwners *, OSStatus> owners();
-  /// Drops a connection by which no answer came and that is closed; then arms.
+  // Drops a connection by which no answer came and that is closed; then arms.
   void settle(bool isAnswered);
 
   void runLoopTurn();
-  /// Takes in all that has arrived, but starts with no further message at that moment.
+  // Takes in all that has arrived, but starts with no further message at that moment.
   void processWaiting(Clock::time_point until);
   void runTasks();
   void reconnect();
@@ -100,7 +100,7 @@ class BusConnection {
   std::unique_ptr<NameOwners> owners_;
   std::vector<BusClient *> clients_;
   std::deque<std::function<void()>> tasks_;
-  /// While the tasks that come now will be run without another turn of the run loop.
+  // While the tasks that come now will be run without another turn of the run loop.
   bool willRunTasks_ = false;
   std::chrono::milliseconds pause_;
 };

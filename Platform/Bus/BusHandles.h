@@ -7,15 +7,15 @@
 
 namespace platform {
 
-/// Keeps its connection alive too.
+// Keeps its connection alive too.
 using Message = std::shared_ptr<sd_bus_message>;
 
-/// Takes over a reference.
+// Takes over a reference.
 inline Message adoptMessage(sd_bus_message *message) {
   return Message(message, sd_bus_message_unref);
 }
 
-/// Adds a reference.
+// Adds a reference.
 inline Message shareMessage(sd_bus_message *message) {
   return adoptMessage(sd_bus_message_ref(message));
 }
@@ -23,7 +23,7 @@ inline Message shareMessage(sd_bus_message *message) {
 struct SlotRelease {
   void operator()(sd_bus_slot *slot) const { sd_bus_slot_unref(slot); }
 };
-/// A registration (of an object, a match, an awaited reply) that ends with it.
+// A registration (of an object, a match, an awaited reply) that ends with it.
 using Slot = std::unique_ptr<sd_bus_slot, SlotRelease>;
 
 struct ConnectionRelease {
@@ -31,7 +31,7 @@ struct ConnectionRelease {
 };
 using Connection = std::unique_ptr<sd_bus, ConnectionRelease>;
 
-/// An error that a call may fill in.
+// An error that a call may fill in.
 class BusError {
  public:
   BusError() = default;

@@ -1,5 +1,5 @@
 #include <ApplicationServices/MacErrors.h>
-#include <Platform/Bus/BusNames.h>
+#include "BusNames.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,4 +1,4 @@
-#include <Platform/Bus/EventInbox.h>
+#include "EventInbox.h"
 
 #include <algorithm>
 #include <utility>

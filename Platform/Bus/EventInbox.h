@@ -7,7 +7,7 @@
 #pragma once
 
 #include <Platform/AppleEventMessage.h>
-#include <Platform/Bus/BusHandles.h>
+#include "BusHandles.h"
 
 #include <cstddef>
 #include <deque>
@@ -15,12 +15,12 @@
 
 namespace platform {
 
-/// Holds a document of more than a hundred megabytes, twice.
+// Holds a document of more than a hundred megabytes, twice.
 inline constexpr std::size_t largestInboxSize = std::size_t{256} * 1024 * 1024;
 
 struct WaitingEvent {
   IncomingEvent event;
-  /// What to answer to.
+  // What to answer to.
   Message request;
 };
 
@@ -28,10 +28,10 @@ class EventInbox {
  public:
   explicit EventInbox(std::size_t largestSize = largestInboxSize) : largestSize_(largestSize) {}
 
-  /// False, and the event is not taken, when there is no room for it.
+  // False, and the event is not taken, when there is no room for it.
   [[nodiscard]] bool put(WaitingEvent event);
 
-  /// The event that has waited longest.
+  // The event that has waited longest.
   std::optional<WaitingEvent> take();
 
   bool isEmpty() const { return events_.empty(); }

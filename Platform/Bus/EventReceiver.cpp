@@ -1,8 +1,8 @@
 #include <ApplicationServices/MacErrors.h>
 #include <malloc.h>
-#include <Platform/Bus/BusNames.h>
-#include <Platform/Bus/EventReceiver.h>
-#include <Platform/Bus/ParameterCodec.h>
+#include "BusNames.h"
+#include "EventReceiver.h"
+#include "ParameterCodec.h"
 #include <Platform/EventDispatch.h>
 #include <Platform/FourCharacters.h>
 #include <Platform/GuardedCall.h>
@@ -16,10 +16,10 @@
 namespace platform {
 namespace {
 
-/// After so long with handlers the run loop gets a turn for other things.
+// After so long with handlers the run loop gets a turn for other things.
 constexpr std::chrono::milliseconds longestBatch{10};
 
-/// After so much data the heap is worth releasing.
+// After so much data the heap is worth releasing.
 constexpr std::size_t bytesBetweenReleases = 65'536;
 constexpr std::chrono::seconds timeBetweenReleases{1};
 
@@ -31,7 +31,7 @@ std::size_t bytesIn(const Parameters &parameters) {
   return bytes;
 }
 
-/// Sets a flag for the length of a scope.
+// Sets a flag for the length of a scope.
 class Raised {
  public:
   explicit Raised(bool &flag) : flag_(flag) { flag_ = true; }

@@ -7,8 +7,8 @@
 // handlers run one at a time, each to completion, in the order in which their events arrived.
 #pragma once
 
-#include <Platform/Bus/BusConnection.h>
-#include <Platform/Bus/EventInbox.h>
+#include "BusConnection.h"
+#include "EventInbox.h"
 
 #include <functional>
 
@@ -16,14 +16,14 @@ namespace platform {
 
 class EventReceiver final : private BusClient {
  public:
-  /// The process's only one. Never destroyed.
+  // The process's only one. Never destroyed.
   static EventReceiver &shared();
 
-  /// As startReceivingAppleEvents.
+  // As startReceivingAppleEvents.
   OSStatus start(FourCharCode signature, std::function<void()> onActivate);
   void stop();
 
-  /// 0 while this process does not receive.
+  // 0 while this process does not receive.
   FourCharCode signature() const { return signature_; }
 
  private:
@@ -44,7 +44,7 @@ class EventReceiver final : private BusClient {
   void releaseHeapLater();
   void releaseHeap();
   OSStatus answer(const Message &request, const Parameters &parameters);
-  /// Whatever happens, whoever waits for an answer learns that none comes.
+  // Whatever happens, whoever waits for an answer learns that none comes.
   void refuse(const Message &request, OSStatus status);
 
   BusConnection &connection_;
@@ -54,7 +54,7 @@ class EventReceiver final : private BusClient {
   EventInbox inbox_;
   bool isDispatching_ = false;
   bool willDispatch_ = false;
-  /// Since the heap was released.
+  // Since the heap was released.
   std::size_t bytesDispatched_ = 0;
   bool willReleaseHeap_ = false;
   RunLoopTimer heapRelease_;

@@ -1,7 +1,7 @@
 #include <ApplicationServices/MacErrors.h>
-#include <Platform/Bus/BusConnection.h>
-#include <Platform/Bus/BusNames.h>
-#include <Platform/Bus/NameOwners.h>
+#include "BusConnection.h"
+#include "BusNames.h"
+#include "NameOwners.h"
 
 #include <utility>
 

@@ -12,7 +12,7 @@
 #pragma once
 
 #include <ApplicationServices/MacTypes.h>
-#include <Platform/Bus/BusHandles.h>
+#include "BusHandles.h"
 
 #include <cstdint>
 #include <expected>
@@ -23,7 +23,7 @@
 
 namespace platform {
 
-/// Knows one connection's bus; to be thrown away with it.
+// Knows one connection's bus; to be thrown away with it.
 class NameOwners {
  public:
   explicit NameOwners(sd_bus *bus);
@@ -31,15 +31,15 @@ class NameOwners {
   NameOwners &operator=(const NameOwners &) = delete;
 
   struct Owner {
-    /// The bus's name for the owner's connection.
+    // The bus's name for the owner's connection.
     std::string connection;
     std::uint32_t processNumber = 0;
   };
 
-  /// By what has arrived from the bus so far. procNotFound when nobody owns the name.
+  // By what has arrived from the bus so far. procNotFound when nobody owns the name.
   std::expected<Owner, OSStatus> find(const std::string &name);
 
-  /// All names of application signatures, by what has arrived from the bus so far.
+  // All names of application signatures, by what has arrived from the bus so far.
   std::expected<std::set<std::string>, OSStatus> names();
 
  private:

@@ -1,4 +1,4 @@
-#include <Platform/Bus/ParameterCodec.h>
+#include "ParameterCodec.h"
 #include <Platform/SealedMemoryFile.h>
 
 #include <cerrno>
@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t inlineBudget = 48 * largestInlineSize;
 constexpr std::size_t arrayLimit = 60 * largestInlineSize;
-/// Keyword, type, the variant's own signature, a length and padding.
+// Keyword, type, the variant's own signature, a length and padding.
 constexpr std::size_t entryOverhead = 32;
 constexpr int fileLimit = 16;
 
@@ -95,7 +95,7 @@ std::expected<SharedBytes, OSStatus> readFile(const Message &message, std::size_
   return SharedBytes(std::make_shared<const SealedMemoryFile>(*std::move(file)));
 }
 
-/// Enters a parameter's data. Nearly all of them are bytes, so to ask first would be in vain.
+// Enters a parameter's data. Nearly all of them are bytes, so to ask first would be in vain.
 std::expected<bool, OSStatus> enterBytesElseFile(sd_bus_message *message) {
   for (const bool isBytes : {true, false}) {
     const int entered = sd_bus_message_enter_container(message, 'v', isBytes ? "ay" : "h");

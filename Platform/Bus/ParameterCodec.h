@@ -9,7 +9,7 @@
 #pragma once
 
 #include <Platform/AppleEventMessage.h>
-#include <Platform/Bus/BusHandles.h>
+#include "BusHandles.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -19,18 +19,18 @@ namespace platform {
 
 inline constexpr char parametersSignature[] = "a(uuv)";
 
-/// Appends the parameters. memFullErr when they do not fit into one message.
+// Appends the parameters. memFullErr when they do not fit into one message.
 std::expected<void, OSStatus> appendParameters(sd_bus_message *message,
                                                const Parameters &parameters);
 
-/// Reads an unsigned 32-bit number from where the message's reader stands. False when there is
-/// none.
+// Reads an unsigned 32-bit number from where the message's reader stands. False when there is
+// none.
 bool readNumber(sd_bus_message *message, std::uint32_t &number);
 
-/// Reads the parameters from where the message's reader stands. Their bytes stay in the message or
-/// the file and keep it alive. errAEWrongDataType for data that is neither bytes nor a file;
-/// errAECorruptData for a file that is not sealed or a message that is damaged; memFullErr for a
-/// file of more than `largestFileSize` bytes.
+// Reads the parameters from where the message's reader stands. Their bytes stay in the message or
+// the file and keep it alive. errAEWrongDataType for data that is neither bytes nor a file;
+// errAECorruptData for a file that is not sealed or a message that is damaged; memFullErr for a
+// file of more than `largestFileSize` bytes.
 std::expected<Parameters, OSStatus> readParameters(const Message &message,
                                                    std::size_t largestFileSize);
 

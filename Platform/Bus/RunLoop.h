@@ -8,16 +8,16 @@
 
 namespace platform {
 
-/// Calls from the run loop that was current when it was made, whenever the descriptor is ready.
+// Calls from the run loop that was current when it was made, whenever the descriptor is ready.
 class RunLoopDescriptor {
  public:
-  /// The descriptor must stay open as long as this.
+  // The descriptor must stay open as long as this.
   RunLoopDescriptor(int descriptor, std::function<void()> onReady);
   ~RunLoopDescriptor();
   RunLoopDescriptor(const RunLoopDescriptor &) = delete;
   RunLoopDescriptor &operator=(const RunLoopDescriptor &) = delete;
 
-  /// Whether readiness for writing counts too; for reading always does.
+  // Whether readiness for writing counts too; for reading always does.
   void setWatchesWriting(bool watches);
 
  private:

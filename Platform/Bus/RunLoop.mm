@@ -1,12 +1,12 @@
 #include <Platform/AutoreleasePool.h>
-#include <Platform/Bus/RunLoop.h>
+#include "RunLoop.h"
 
 #import <Foundation/Foundation.h>
 
 #include <array>
 #include <cstdint>
 
-/// Hands the run loop's message on to a function.
+// Hands the run loop's message on to a function.
 @interface KorvoRunLoopTarget : NSObject <RunLoopEvents> {
  @public
   void (*_function)(void *);
@@ -36,7 +36,7 @@
 namespace platform {
 namespace {
 
-/// AppKit's modes by their values: a tool without AppKit has the bus too.
+// AppKit's modes by their values: a tool without AppKit has the bus too.
 std::array<NSString *, 3> servedModes() {
   return {NSDefaultRunLoopMode, @"NSModalPanelRunLoopMode", @"NSEventTrackingRunLoopMode"};
 }

@@ -1,4 +1,4 @@
-#include <Platform/Bus/RunLoopTimer.h>
+#include "RunLoopTimer.h"
 #include <sys/timerfd.h>
 #include <unistd.h>
 

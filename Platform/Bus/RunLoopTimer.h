@@ -5,7 +5,7 @@
 // application may never run its modal one.
 #pragma once
 
-#include <Platform/Bus/RunLoop.h>
+#include "RunLoop.h"
 
 #include <chrono>
 #include <functional>
@@ -13,7 +13,7 @@
 
 namespace platform {
 
-/// Calls from the run loop that was current when it was told to.
+// Calls from the run loop that was current when it was told to.
 class RunLoopTimer {
  public:
   explicit RunLoopTimer(std::function<void()> onTime);
@@ -21,10 +21,10 @@ class RunLoopTimer {
   RunLoopTimer(const RunLoopTimer &) = delete;
   RunLoopTimer &operator=(const RunLoopTimer &) = delete;
 
-  /// False when the system had no timer to give; nothing is called then.
+  // False when the system had no timer to give; nothing is called then.
   bool isUsable() const { return descriptor_ >= 0; }
 
-  /// Calls once, in place of a call that was due. A delay in the past is none.
+  // Calls once, in place of a call that was due. A delay in the past is none.
   void callAfter(std::chrono::microseconds delay);
   void cancel();
 
@@ -35,12 +35,12 @@ class RunLoopTimer {
   void fire();
 
   int descriptor_;
-  /// Nothing while no call is due. Spares the system calls that would change nothing: the bus sets
-  /// its timer several times for each message, nearly always to what it is.
+  // Nothing while no call is due. Spares the system calls that would change nothing: the bus sets
+  // its timer several times for each message, nearly always to what it is.
   std::optional<Clock::time_point> due_;
   std::function<void()> onTime_;
-  /// From the first call to be made until one is: each descriptor makes every turn of the run loop
-  /// longer.
+  // From the first call to be made until one is: each descriptor makes every turn of the run loop
+  // longer.
   std::optional<RunLoopDescriptor> watch_;
 };
 

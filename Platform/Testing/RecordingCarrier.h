@@ -26,27 +26,27 @@ class RecordingCarrier final : public Carrier {
   RecordingCarrier(const RecordingCarrier &) = delete;
   RecordingCarrier &operator=(const RecordingCarrier &) = delete;
 
-  /// Every event that was sent, also those that failed.
+  // Every event that was sent, also those that failed.
   std::vector<OutgoingEvent> sent;
-  /// Every process that was asked to come to the front, also where that failed.
+  // Every process that was asked to come to the front, also where that failed.
   std::vector<ProcessSerialNumber> activated;
-  /// What there is to enumerate.
+  // What there is to enumerate.
   std::vector<Process> running;
 
-  /// What the next sends return: an error, or the parameters of the reply.
+  // What the next sends return: an error, or the parameters of the reply.
   std::expected<Parameters, OSStatus> sendResult;
-  /// What the next enumerations return in place of `running`, unless noErr.
+  // What the next enumerations return in place of `running`, unless noErr.
   OSStatus enumerationStatus = noErr;
-  /// Those that are enumerated and have ended before their information is read.
+  // Those that are enumerated and have ended before their information is read.
   std::vector<ProcessSerialNumber> ended;
-  /// What the next activations return.
+  // What the next activations return.
   OSStatus activationStatus = noErr;
 
-  /// Called at the moment of each send and activation, for tests of the order of things.
+  // Called at the moment of each send and activation, for tests of the order of things.
   std::function<void(const OutgoingEvent &)> onSend;
   std::function<void(ProcessSerialNumber)> onActivate;
 
-  /// Adds a running process, under a serial number that is returned.
+  // Adds a running process, under a serial number that is returned.
   ProcessSerialNumber addProcess(OSType signature) {
     const ProcessSerialNumber number{7, static_cast<UInt32>(running.size()) + 100};
     running.push_back({number, signature});
@@ -54,18 +54,18 @@ class RecordingCarrier final : public Carrier {
   }
 
   struct Answer {
-    /// noErr, or the error that the sender would get.
+    // noErr, or the error that the sender would get.
     OSStatus status = noErr;
-    /// Those of the reply event.
+    // Those of the reply event.
     Parameters parameters;
-    /// The bytes of the reply's direct object, if it has one.
+    // The bytes of the reply's direct object, if it has one.
     std::optional<std::string> directObject() const {
       return bytesUnder(parameters, keyDirectObject);
     }
   };
 
-  /// Hands an event to its handler at once, as if it had arrived. Without a payload it has no
-  /// direct object.
+  // Hands an event to its handler at once, as if it had arrived. Without a payload it has no
+  // direct object.
   Answer deliver(AEEventClass eventClass, AEEventID eventID,
                  std::optional<std::string_view> payload, bool wantsReply = false,
                  DescType payloadType = typeChar) {
@@ -85,7 +85,7 @@ class RecordingCarrier final : public Carrier {
     return reply ? Answer{noErr, *std::move(reply)} : Answer{reply.error(), {}};
   }
 
-  /// The bytes of the event's direct object, if it has one.
+  // The bytes of the event's direct object, if it has one.
   static std::optional<std::string> directObject(const OutgoingEvent &event) {
     return bytesUnder(event.parameters, keyDirectObject);
   }

@@ -2,7 +2,7 @@
 #include <Platform/FourCharacters.h>
 #include <Platform/GuardedCall.h>
 #include <Platform/Log.h>
-#include <Platform/WithoutCocoa/EventHandlers.h>
+#include "EventHandlers.h"
 
 #include <map>
 #include <utility>

@@ -1,5 +1,5 @@
 #include <Platform/Bus/RunLoop.h>
-#include <Platform/WithoutCocoa/RunLoopTurn.h>
+#include "RunLoopTurn.h"
 #include <poll.h>
 
 #include <algorithm>
@@ -12,7 +12,7 @@
 namespace platform {
 namespace {
 
-/// Outlives the RunLoopDescriptor that it belongs to where that goes away while calls are made.
+// Outlives the RunLoopDescriptor that it belongs to where that goes away while calls are made.
 struct Watch {
   int descriptor = -1;
   short events = POLLIN;
@@ -27,7 +27,7 @@ Watches &watches() {
   return *all;
 }
 
-/// Which turn was the last to begin.
+// Which turn was the last to begin.
 std::size_t &lastTurn() {
   static std::size_t number = 0;
   return number;

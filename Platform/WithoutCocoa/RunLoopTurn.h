@@ -6,8 +6,8 @@
 
 namespace platform {
 
-/// Waits until something is ready or the time is over, and handles all that is ready then. A time
-/// in the past waits for nothing. To be called from one thread only.
+// Waits until something is ready or the time is over, and handles all that is ready then. A time
+// in the past waits for nothing. To be called from one thread only.
 void runLoopTurn(std::chrono::steady_clock::time_point deadline);
 
 }  // namespace platform

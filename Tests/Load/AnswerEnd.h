@@ -13,7 +13,7 @@ class AnswerEnd {
   using Function =
       std::function<void(FourCharCode eventClass, FourCharCode eventID, std::string_view payload)>;
 
-  /// Calls `onAnswer` from the run loop. Ends the program when the signature cannot be had.
+  // Calls `onAnswer` from the run loop. Ends the program when the signature cannot be had.
   explicit AnswerEnd(Function onAnswer);
   ~AnswerEnd();
   AnswerEnd(const AnswerEnd &) = delete;

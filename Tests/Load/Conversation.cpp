@@ -18,7 +18,7 @@ constexpr const char *names[] = {"Smith",     "Jones and Brown", "García",  "M�
                                  "Çelik",     "?Nobody",         "O’Neill", "Никитин",
                                  "山田 太郎", "d’Alembert",      "Öz 😀"};
 
-/// What the echoing host makes of a group.
+// What the echoing host makes of a group.
 std::string formatted(const std::string &group) {
   const std::u16string text = formats::decodeUTF8(group);
   std::u16string_view rest = text;
@@ -74,7 +74,7 @@ std::uint32_t Conversation::upTo(std::uint32_t most) {
   return std::uniform_int_distribution<std::uint32_t>(0, most)(random_);
 }
 
-/// Mostly a page, sometimes a book; once in a while more than travels inside a message.
+// Mostly a page, sometimes a book; once in a while more than travels inside a message.
 std::uint32_t Conversation::citationCount() {
   if (oneIn(1000)) {
     return 30'000;

@@ -17,16 +17,16 @@ struct Request {
   const char *name = "";
   formats::FourCharacterCode eventID = 0;
   std::string payload = {};
-  /// The event that the plug-in has to send for it, if any.
+  // The event that the plug-in has to send for it, if any.
   std::optional<formats::FourCharacterCode> answerID = {};
-  /// Whether its answer is the reply itself.
+  // Whether its answer is the reply itself.
   bool isAnsweredByReply = false;
   std::uint32_t documentID = 0;
-  /// What the answer has to hold, in order: citations, or formatted groups.
+  // What the answer has to hold, in order: citations, or formatted groups.
   std::vector<std::string> texts = {};
 };
 
-/// Whether the answer is the one that is due to the request.
+// Whether the answer is the one that is due to the request.
 bool isAnswerTo(const Request &request, std::string_view answer);
 
 class Conversation {

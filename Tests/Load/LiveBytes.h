@@ -11,12 +11,12 @@ namespace load_test {
 
 std::size_t liveBytes();
 
-/// Whether what is freed goes back to the system. The sanitizers keep it, to notice its further
-/// use.
+// Whether what is freed goes back to the system. The sanitizers keep it, to notice its further
+// use.
 bool freedMemoryIsGivenBack();
 
-/// To be called before the processes are started whose bytes are to be counted: the C library
-/// counts what it keeps at hand for a thread as in use, some ten kilobytes that come and go.
+// To be called before the processes are started whose bytes are to be counted: the C library
+// counts what it keeps at hand for a thread as in use, some ten kilobytes that come and go.
 void makeProcessesCountExactly();
 
 }  // namespace load_test

@@ -10,20 +10,20 @@ using formats::fourCharacterCode;
 inline constexpr formats::FourCharacterCode hostSignature = fourCharacterCode("KRVO");
 
 inline constexpr formats::FourCharacterCode loadClass = fourCharacterCode("LOAD");
-/// To the host: answers with the bytes that are allocated there now, as digits.
+// To the host: answers with the bytes that are allocated there now, as digits.
 inline constexpr formats::FourCharacterCode liveBytesEvent = fourCharacterCode("live");
-/// To the host: sits in a modal run loop, so that what arrives has to wait, until the host is
-/// brought to the front, or the seconds in the payload have passed.
+// To the host: sits in a modal run loop, so that what arrives has to wait, until the host is
+// brought to the front, or the seconds in the payload have passed.
 inline constexpr formats::FourCharacterCode holdEvent = fourCharacterCode("hold");
-/// To the host: allocates as many bytes as the payload says, and loses them.
+// To the host: allocates as many bytes as the payload says, and loses them.
 inline constexpr formats::FourCharacterCode leakEvent = fourCharacterCode("leak");
-/// To the word processor, from a sender: all was sent; the payload is "SENDER ANSWERED".
+// To the word processor, from a sender: all was sent; the payload is "SENDER ANSWERED".
 inline constexpr formats::FourCharacterCode doneEvent = fourCharacterCode("done");
 
-/// How long a reply is waited for: two minutes, in sixtieths of a second.
+// How long a reply is waited for: two minutes, in sixtieths of a second.
 inline constexpr long replyTimeOut = 120 * 60;
 
-/// The style that the host of these tests knows: a group in it is its search texts in parentheses.
+// The style that the host of these tests knows: a group in it is its search texts in parentheses.
 inline constexpr char styleName[] = "Echo";
 
 }  // namespace load_test

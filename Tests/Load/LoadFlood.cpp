@@ -33,7 +33,7 @@ constexpr std::uint64_t patience = 600'000'000;
   std::exit(1);
 }
 
-/// The citation and, in the part that the host drops, as much as makes the request `bytes` long.
+// The citation and, in the part that the host drops, as much as makes the request `bytes` long.
 std::string request(const std::string &text, std::size_t bytes) {
   const formats::CitationPair citation{text, ""};
   const std::size_t unpadded =

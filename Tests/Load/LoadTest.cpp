@@ -44,7 +44,7 @@ namespace {
 
 constexpr std::uint32_t firstEvents = 1000;
 constexpr double mostGrowth = 0.02;
-/// What an event and its parameter count in the queue beside their data.
+// What an event and its parameter count in the queue beside their data.
 constexpr std::size_t eventOverhead = 1024 + 64;
 constexpr std::chrono::hours patience{2};
 
@@ -163,7 +163,7 @@ class Load {
     return expected;
   }
 
-  /// All senders at once, `count` events of each; with the scan once half of it is answered.
+  // All senders at once, `count` events of each; with the scan once half of it is answered.
   void sendAll(std::uint32_t first, std::uint32_t count, bool withScan) {
     expectedResolutions_ += expectedOf(Kind::preliminaryScan, first, count);
     expectedPreferences_ += expectedOf(Kind::handshake, first, count);
@@ -207,7 +207,7 @@ class Load {
         scans_, plan_.citations);
   }
 
-  /// Once the host has given back what it does not need.
+  // Once the host has given back what it does not need.
   Memory memory() {
     runUntil([] { return false; }, std::chrono::milliseconds(1500));
     const Outcome live = sendAndWait(hostSignature, loadClass, liveBytesEvent, "", replyTimeOut);
@@ -278,7 +278,7 @@ class Load {
   std::uint32_t resolutions_ = 0;
   std::uint32_t expectedResolutions_ = 0;
   std::uint32_t preferences_ = 0;
-  /// The plug-in sends them once unasked when it starts.
+  // The plug-in sends them once unasked when it starts.
   std::uint32_t expectedPreferences_ = 1;
   std::uint32_t scans_ = 0;
   bool scanIsRight_ = false;

@@ -7,7 +7,7 @@
 namespace load_test {
 namespace {
 
-/// The figure of a line such as "Rss:   1234 kB".
+// The figure of a line such as "Rss:   1234 kB".
 std::size_t figure(const std::string &path, const std::string &name) {
   std::ifstream file(path);
   for (std::string line; std::getline(file, line);) {

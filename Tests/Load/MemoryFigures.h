@@ -8,15 +8,15 @@
 namespace load_test {
 
 struct MemoryFigures {
-  /// Resident, and how much of it is written to and its own, in bytes. (The share of pages that
-  /// several processes map changes with every other process.)
+  // Resident, and how much of it is written to and its own, in bytes. (The share of pages that
+  // several processes map changes with every other process.)
   std::size_t resident = 0;
   std::size_t ownWritten = 0;
-  /// The most that was ever resident.
+  // The most that was ever resident.
   std::size_t mostResident = 0;
 };
 
-/// All 0 when there is no such process.
+// All 0 when there is no such process.
 MemoryFigures memoryOf(pid_t process);
 
 }  // namespace load_test

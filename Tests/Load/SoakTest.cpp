@@ -79,7 +79,7 @@ class Soak {
   }
 
  private:
-  /// Until then, and for some requests at least.
+  // Until then, and for some requests at least.
   void talk(Clock::time_point end) {
     const long fewest = requests_ + fewestRequests;
     while ((Clock::now() < end || requests_ < fewest) && wrong_ == 0) {
@@ -113,7 +113,7 @@ class Soak {
     answers_.clear();
   }
 
-  /// Asked twice: the answer to the first frees what the last request left behind.
+  // Asked twice: the answer to the first frees what the last request left behind.
   long liveBytes() {
     sendAndWait(hostSignature, loadClass, liveBytesEvent, "", replyTimeOut);
     const Outcome outcome = sendAndWait(hostSignature, loadClass, liveBytesEvent, "", replyTimeOut);

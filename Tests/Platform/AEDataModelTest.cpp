@@ -11,7 +11,7 @@ namespace {
 
 using platform_test::code;
 
-/// Disposes at the end of the scope.
+// Disposes at the end of the scope.
 struct Descriptor : AEDesc {
   Descriptor() : AEDesc{typeNull, nullptr} {}
   ~Descriptor() { AEDisposeDesc(this); }

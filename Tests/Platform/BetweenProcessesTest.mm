@@ -19,7 +19,7 @@ int deepest = 0;
 
 }  // namespace
 
-/// What the test process itself serves.
+// What the test process itself serves.
 @interface BetweenProcessesHandler : NSObject
 @end
 
@@ -36,7 +36,7 @@ int deepest = 0;
   received.append(static_cast<const char *>([data bytes]), [data length]);
 }
 
-/// Asks the peer to note something here, and waits: the note must not come inside the wait.
+// Asks the peer to note something here, and waits: the note must not come inside the wait.
 - (void)nest:(NSAppleEventDescriptor *)event reply:(NSAppleEventDescriptor *)reply {
   (void)event;
   (void)reply;

@@ -28,7 +28,7 @@ std::string received;
 @interface BusFaultsHandler : NSObject
 @end
 
-/// Counts the calls of a timer.
+// Counts the calls of a timer.
 @interface BusFaultsClock : NSObject {
  @public
   int _ticks;

@@ -25,7 +25,7 @@ class BusFixture : public testing::Test {
     EXPECT_EQ(peer_->readLine(), "0");
   }
 
-  /// Returns once the bus has seen it too; the run loop does not run meanwhile.
+  // Returns once the bus has seen it too; the run loop does not run meanwhile.
   void endPeer() {
     peer_->end();
     for (int round = 0; round < 2000; ++round) {

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// What the handler does. No instance variable of it: GCC cannot encode its type for the runtime.
+// What the handler does. No instance variable of it: GCC cannot encode its type for the runtime.
 std::function<void(NSAppleEventDescriptor *event, NSAppleEventDescriptor *reply)> onEvent;
 
 }  // namespace

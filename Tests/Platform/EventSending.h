@@ -11,12 +11,12 @@ namespace platform_test {
 
 struct Outcome {
   OSStatus status = noErr;
-  /// The direct object of the reply, if there was one.
+  // The direct object of the reply, if there was one.
   std::optional<std::string> reply;
   DescType replyType = typeNull;
 };
 
-/// The payload is the direct object. Waits for the reply; the time is in sixtieths of a second.
+// The payload is the direct object. Waits for the reply; the time is in sixtieths of a second.
 Outcome sendAndWait(OSType target, AEEventClass eventClass, AEEventID eventID,
                     std::string_view payload, long timeOutInTicks);
 

@@ -22,7 +22,7 @@ class NameOwners : public BusFixture {
     owners_ = std::make_unique<platform::NameOwners>(bus);
   }
 
-  /// A connection numbers its messages: the number of the next one.
+  // A connection numbers its messages: the number of the next one.
   std::uint64_t nextMessage() {
     std::uint64_t cookie = 0;
     sd_bus_message *message = nullptr;
@@ -32,7 +32,7 @@ class NameOwners : public BusFixture {
     return cookie;
   }
 
-  /// Takes in what arrives, until the condition holds or for some seconds.
+  // Takes in what arrives, until the condition holds or for some seconds.
   bool takeInUntil(const std::function<bool()> &condition) {
     for (int round = 0; round < 2000 && !condition(); ++round) {
       while (sd_bus_process(client_.get(), nullptr) > 0) {

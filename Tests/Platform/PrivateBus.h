@@ -8,7 +8,7 @@
 
 namespace platform_test {
 
-/// Runs from construction to destruction; the environment names it as the session bus.
+// Runs from construction to destruction; the environment names it as the session bus.
 class PrivateBus {
  public:
   PrivateBus();
@@ -16,7 +16,7 @@ class PrivateBus {
   PrivateBus(const PrivateBus &) = delete;
   PrivateBus &operator=(const PrivateBus &) = delete;
 
-  /// Under the same address each time.
+  // Under the same address each time.
   void start();
   void stop();
 

@@ -6,7 +6,7 @@
 
 namespace platform_test {
 
-/// True as soon as the condition is; false when it was not in time.
+// True as soon as the condition is; false when it was not in time.
 bool runUntil(const std::function<bool()> &condition,
               std::chrono::milliseconds timeOut = std::chrono::seconds(20));
 

@@ -1,7 +1,7 @@
-/// Apple Events and the Process Manager for Linux, under the names that they have on macOS.
-///
-/// Import it after <Cocoa/Cocoa.h>, as on macOS. A C or C++ source gets everything but the two
-/// Cocoa classes. All of it is for the main thread only.
+// Apple Events and the Process Manager for Linux, under the names that they have on macOS.
+//
+// Import it after <Cocoa/Cocoa.h>, as on macOS. A C or C++ source gets everything but the two
+// Cocoa classes. All of it is for the main thread only.
 #pragma once
 
 #include <ApplicationServices/AEDataModel.h>

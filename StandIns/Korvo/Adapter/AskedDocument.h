@@ -6,8 +6,8 @@
 #pragma once
 
 #include <StandIns/Korvo/Engine/StyleCatalog.h>
-#import <StandIns/Korvo/Adapter/CitedDocument.h>
-#import <StandIns/Korvo/Adapter/Owned.h>
+#import "CitedDocument.h"
+#import "Owned.h"
 
 #include <filesystem>
 #include <map>

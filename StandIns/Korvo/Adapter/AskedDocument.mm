@@ -1,4 +1,4 @@
-#import <StandIns/Korvo/Adapter/AskedDocument.h>
+#import "AskedDocument.h"
 
 #include <algorithm>
 

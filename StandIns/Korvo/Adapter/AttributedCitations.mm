@@ -1,10 +1,10 @@
-#import <StandIns/Korvo/Adapter/AttributedCitations.h>
+#import "AttributedCitations.h"
 
 #include <algorithm>
 
-#import <StandIns/Korvo/Adapter/BodyFonts.h>
-#import <StandIns/Korvo/Adapter/Owned.h>
-#import <StandIns/Korvo/Adapter/TextBridge.h>
+#import "BodyFonts.h"
+#import "Owned.h"
+#import "TextBridge.h"
 
 namespace korvo::adapter {
 namespace {

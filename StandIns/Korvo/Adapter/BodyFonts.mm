@@ -1,8 +1,8 @@
-#import <StandIns/Korvo/Adapter/BodyFonts.h>
+#import "BodyFonts.h"
 
 #include <array>
 
-#import <StandIns/Korvo/Adapter/Owned.h>
+#import "Owned.h"
 
 namespace korvo::adapter {
 namespace {

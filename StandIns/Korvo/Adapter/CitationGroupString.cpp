@@ -1,5 +1,5 @@
 #include <Formats/CitationText.h>
-#include <StandIns/Korvo/Adapter/CitationGroupString.h>
+#include "CitationGroupString.h"
 
 #include <algorithm>
 

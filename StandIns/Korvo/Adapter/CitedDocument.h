@@ -3,10 +3,10 @@
 
 #import <Foundation/Foundation.h>
 #include <StandIns/Korvo/Engine/CitationProcessor.h>
-#import <StandIns/Korvo/Adapter/KOCitation.h>
-#import <StandIns/Korvo/Adapter/KOLibrary.h>
-#import <StandIns/Korvo/Adapter/KOReference.h>
-#import <StandIns/Korvo/Adapter/Owned.h>
+#import "KOCitation.h"
+#import "KOLibrary.h"
+#import "KOReference.h"
+#import "Owned.h"
 
 #include <cstddef>
 #include <map>

@@ -1,7 +1,7 @@
-#import <StandIns/Korvo/Adapter/CitedDocument.h>
+#import "CitedDocument.h"
 
-#import <StandIns/Korvo/Adapter/AttributedCitations.h>
-#import <StandIns/Korvo/Adapter/TextBridge.h>
+#import "AttributedCitations.h"
+#import "TextBridge.h"
 
 #include <utility>
 

@@ -7,9 +7,9 @@
 #pragma once
 
 #include <StandIns/Korvo/Engine/CitationProcessor.h>
-#import <StandIns/Korvo/Adapter/AskedDocument.h>
-#import <StandIns/Korvo/Adapter/CitedDocument.h>
-#import <StandIns/Korvo/Adapter/FormattedTexts.h>
+#import "AskedDocument.h"
+#import "CitedDocument.h"
+#import "FormattedTexts.h"
 
 #include <expected>
 #include <optional>

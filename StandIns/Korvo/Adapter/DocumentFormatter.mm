@@ -1,4 +1,4 @@
-#import <StandIns/Korvo/Adapter/DocumentFormatter.h>
+#import "DocumentFormatter.h"
 
 #include <StandIns/Korvo/Engine/TextFile.h>
 

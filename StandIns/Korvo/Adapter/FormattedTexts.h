@@ -3,8 +3,8 @@
 #pragma once
 
 #include <StandIns/Korvo/Engine/FormattedText.h>
-#import <StandIns/Korvo/Adapter/KOFormattedText.h>
-#import <StandIns/Korvo/Adapter/Owned.h>
+#import "KOFormattedText.h"
+#import "Owned.h"
 
 #include <cstddef>
 #include <memory>

@@ -1,6 +1,6 @@
-#import <StandIns/Korvo/Adapter/FormattedTexts.h>
+#import "FormattedTexts.h"
 
-#import <StandIns/Korvo/Adapter/AttributedCitations.h>
+#import "AttributedCitations.h"
 
 #include <functional>
 #include <string_view>

@@ -3,8 +3,8 @@
 
 #import <HostContract/HostContract.h>
 
-#import <StandIns/Korvo/Adapter/KOProblemReporter.h>
-#include <StandIns/Korvo/Adapter/RememberedMatches.h>
+#import "KOProblemReporter.h"
+#include "RememberedMatches.h"
 
 @class KOLibrary;
 @class KOReference;

@@ -1,15 +1,15 @@
-#import <StandIns/Korvo/Adapter/KOAdapter.h>
+#import "KOAdapter.h"
 
-#import <StandIns/Korvo/Adapter/CitationGroupString.h>
-#import <StandIns/Korvo/Adapter/KOCitation.h>
-#import <StandIns/Korvo/Adapter/KOCitationGroup.h>
-#import <StandIns/Korvo/Adapter/KOFormattedText.h>
-#import <StandIns/Korvo/Adapter/KOLibrary.h>
-#import <StandIns/Korvo/Adapter/KOReference.h>
-#import <StandIns/Korvo/Adapter/NoticeText.h>
-#import <StandIns/Korvo/Adapter/PidginRTFText.h>
-#import <StandIns/Korvo/Adapter/StyleShelf.h>
-#import <StandIns/Korvo/Adapter/TextBridge.h>
+#import "CitationGroupString.h"
+#import "KOCitation.h"
+#import "KOCitationGroup.h"
+#import "KOFormattedText.h"
+#import "KOLibrary.h"
+#import "KOReference.h"
+#import "NoticeText.h"
+#import "PidginRTFText.h"
+#import "StyleShelf.h"
+#import "TextBridge.h"
 
 namespace {
 

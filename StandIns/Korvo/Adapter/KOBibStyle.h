@@ -10,8 +10,8 @@
 
 #include <memory>
 
-#import <StandIns/Korvo/Adapter/DocumentFormatter.h>
-#import <StandIns/Korvo/Adapter/KOProblemReporter.h>
+#import "DocumentFormatter.h"
+#import "KOProblemReporter.h"
 
 @class KOFormattedDocument;
 

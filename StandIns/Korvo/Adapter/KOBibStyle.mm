@@ -1,17 +1,17 @@
-#import <StandIns/Korvo/Adapter/KOBibStyle.h>
+#import "KOBibStyle.h"
 
 #include <algorithm>
 #include <span>
 #include <utility>
 #include <vector>
 
-#import <StandIns/Korvo/Adapter/AttributedCitations.h>
-#import <StandIns/Korvo/Adapter/CitedDocument.h>
-#import <StandIns/Korvo/Adapter/KOCitation.h>
-#import <StandIns/Korvo/Adapter/KOCitationGroup.h>
-#import <StandIns/Korvo/Adapter/KOFormattedGroup.h>
-#import <StandIns/Korvo/Adapter/Owned.h>
-#import <StandIns/Korvo/Adapter/TextBridge.h>
+#import "AttributedCitations.h"
+#import "CitedDocument.h"
+#import "KOCitation.h"
+#import "KOCitationGroup.h"
+#import "KOFormattedGroup.h"
+#import "Owned.h"
+#import "TextBridge.h"
 
 using korvo::adapter::Owned;
 

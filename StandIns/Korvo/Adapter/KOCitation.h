@@ -3,7 +3,7 @@
 
 #import <HostContract/HostContract.h>
 
-#include <StandIns/Korvo/Adapter/WrittenCitation.h>
+#include "WrittenCitation.h"
 
 @class KOCitationGroup;
 @class KOFormattedGroup;

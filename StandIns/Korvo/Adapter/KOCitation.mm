@@ -1,7 +1,7 @@
-#import <StandIns/Korvo/Adapter/KOCitation.h>
+#import "KOCitation.h"
 
-#import <StandIns/Korvo/Adapter/KOFormattedGroup.h>
-#import <StandIns/Korvo/Adapter/TextBridge.h>
+#import "KOFormattedGroup.h"
+#import "TextBridge.h"
 
 @implementation KOCitation
 

@@ -1,6 +1,6 @@
-#import <StandIns/Korvo/Adapter/KOCitationGroup.h>
+#import "KOCitationGroup.h"
 
-#import <StandIns/Korvo/Adapter/KOCitation.h>
+#import "KOCitation.h"
 
 @implementation KOCitationGroup
 

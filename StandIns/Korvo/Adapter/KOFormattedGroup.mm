@@ -1,6 +1,6 @@
-#import <StandIns/Korvo/Adapter/KOFormattedGroup.h>
+#import "KOFormattedGroup.h"
 
-#import <StandIns/Korvo/Adapter/KOBibStyle.h>
+#import "KOBibStyle.h"
 
 @implementation KOFormattedDocument
 

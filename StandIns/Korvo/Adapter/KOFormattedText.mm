@@ -1,6 +1,6 @@
-#import <StandIns/Korvo/Adapter/KOFormattedText.h>
+#import "KOFormattedText.h"
 
-#import <StandIns/Korvo/Adapter/PidginRTFText.h>
+#import "PidginRTFText.h"
 
 @implementation KOFormattedText
 

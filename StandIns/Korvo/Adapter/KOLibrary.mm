@@ -1,8 +1,8 @@
-#import <StandIns/Korvo/Adapter/KOLibrary.h>
+#import "KOLibrary.h"
 
 #import <AppKit/AppKit.h>
-#import <StandIns/Korvo/Adapter/KOReference.h>
-#import <StandIns/Korvo/Adapter/TextBridge.h>
+#import "KOReference.h"
+#import "TextBridge.h"
 
 #include <utility>
 

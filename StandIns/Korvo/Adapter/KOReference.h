@@ -3,7 +3,7 @@
 #pragma once
 
 #import <HostContract/HostContract.h>
-#import <StandIns/Korvo/Adapter/KOLibrary.h>
+#import "KOLibrary.h"
 
 #include <expected>
 #include <optional>

@@ -1,6 +1,6 @@
-#import <StandIns/Korvo/Adapter/KOReference.h>
+#import "KOReference.h"
 
-#import <StandIns/Korvo/Adapter/TextBridge.h>
+#import "TextBridge.h"
 
 @implementation KOReference
 

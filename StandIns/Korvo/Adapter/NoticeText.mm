@@ -1,9 +1,9 @@
-#import <StandIns/Korvo/Adapter/NoticeText.h>
+#import "NoticeText.h"
 
 #include <string_view>
 
-#import <StandIns/Korvo/Adapter/KOReference.h>
-#import <StandIns/Korvo/Adapter/TextBridge.h>
+#import "KOReference.h"
+#import "TextBridge.h"
 
 namespace korvo::adapter {
 namespace {

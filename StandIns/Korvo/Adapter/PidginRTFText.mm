@@ -1,7 +1,7 @@
-#import <StandIns/Korvo/Adapter/PidginRTFText.h>
+#import "PidginRTFText.h"
 
 #import <HostContract/KorvoAttributePredicates.h>
-#import <StandIns/Korvo/Adapter/TextBridge.h>
+#import "TextBridge.h"
 
 #include <Formats/PidginRTFWriter.h>
 

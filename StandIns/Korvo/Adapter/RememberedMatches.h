@@ -4,8 +4,8 @@
 #pragma once
 
 #import <Foundation/Foundation.h>
-#import <StandIns/Korvo/Adapter/KOLibrary.h>
-#import <StandIns/Korvo/Adapter/Owned.h>
+#import "KOLibrary.h"
+#import "Owned.h"
 
 #include <expected>
 #include <optional>

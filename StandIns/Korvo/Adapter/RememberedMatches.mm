@@ -1,9 +1,9 @@
-#import <StandIns/Korvo/Adapter/RememberedMatches.h>
+#import "RememberedMatches.h"
 
 #include <utility>
 
-#import <StandIns/Korvo/Adapter/KOReference.h>
-#import <StandIns/Korvo/Adapter/TextBridge.h>
+#import "KOReference.h"
+#import "TextBridge.h"
 
 namespace korvo::adapter {
 

@@ -9,8 +9,8 @@
 #include <StandIns/Korvo/Engine/CitationProcessor.h>
 #include <StandIns/Korvo/Engine/StyleCatalog.h>
 #include <StandIns/Korvo/Library/Library.h>
-#import <StandIns/Korvo/Adapter/KOBibStyle.h>
-#import <StandIns/Korvo/Adapter/Owned.h>
+#import "KOBibStyle.h"
+#import "Owned.h"
 
 #include <map>
 #include <memory>

@@ -1,8 +1,8 @@
-#import <StandIns/Korvo/Adapter/StyleShelf.h>
+#import "StyleShelf.h"
 
 #include <utility>
 
-#import <StandIns/Korvo/Adapter/TextBridge.h>
+#import "TextBridge.h"
 
 namespace korvo::adapter {
 namespace {

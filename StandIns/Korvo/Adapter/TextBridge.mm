@@ -1,4 +1,4 @@
-#import <StandIns/Korvo/Adapter/TextBridge.h>
+#import "TextBridge.h"
 
 #include <Formats/Unicode.h>
 

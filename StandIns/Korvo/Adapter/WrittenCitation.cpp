@@ -4,7 +4,7 @@
 // the first letter from being taken for a flag. The ways are tried in the order of their
 // beauty; the first that reads back is taken.
 #include <Formats/CitationText.h>
-#include <StandIns/Korvo/Adapter/WrittenCitation.h>
+#include "WrittenCitation.h"
 
 namespace korvo::adapter {
 namespace {

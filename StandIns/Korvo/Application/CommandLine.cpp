@@ -1,4 +1,4 @@
-#include <StandIns/Korvo/Application/CommandLine.h>
+#include "CommandLine.h"
 
 #include <utility>
 

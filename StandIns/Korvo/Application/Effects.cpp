@@ -1,5 +1,5 @@
 #include <Formats/OneLine.h>
-#include <StandIns/Korvo/Application/Effects.h>
+#include "Effects.h"
 
 #include <cstdio>
 #include <string>

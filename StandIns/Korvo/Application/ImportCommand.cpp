@@ -1,5 +1,5 @@
-#include <StandIns/Korvo/Application/Effects.h>
-#include <StandIns/Korvo/Application/ImportCommand.h>
+#include "Effects.h"
+#include "ImportCommand.h"
 #include <StandIns/Korvo/Library/LibraryFile.h>
 
 #include <cstdlib>

@@ -1,8 +1,8 @@
-#import <StandIns/Korvo/Application/KOApplication.h>
+#import "KOApplication.h"
 
 #include <string>
 
-#include <StandIns/Korvo/Application/Effects.h>
+#include "Effects.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
-#import <StandIns/Korvo/Application/KOApplicationController.h>
+#import "KOApplicationController.h"
 
 #include <string>
 
-#include <StandIns/Korvo/Application/Effects.h>
+#include "Effects.h"
 #import <StandIns/Korvo/Adapter/TextBridge.h>
 #import <StandIns/Korvo/Windows/Controls.h>
 

@@ -1,4 +1,4 @@
-#import <StandIns/Korvo/Application/KORehearsal.h>
+#import "KORehearsal.h"
 
 #include <algorithm>
 #include <span>

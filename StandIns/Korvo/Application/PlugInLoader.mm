@@ -1,4 +1,4 @@
-#import <StandIns/Korvo/Application/PlugInLoader.h>
+#import "PlugInLoader.h"
 
 #import <StandIns/Korvo/Adapter/TextBridge.h>
 

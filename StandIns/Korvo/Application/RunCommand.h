@@ -1,7 +1,7 @@
 // korvo --library FILE ...
 #pragma once
 
-#include <StandIns/Korvo/Application/CommandLine.h>
+#include "CommandLine.h"
 
 namespace korvo::application {
 

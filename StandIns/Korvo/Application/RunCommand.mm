@@ -1,7 +1,7 @@
 // The order matters: everything that can be wrong with the arguments first, without a
 // display; then the windows; then the claim to the host's signature; then the plug-in, which
 // gets its adapter before the run loop can dispatch an event to it.
-#import <StandIns/Korvo/Application/RunCommand.h>
+#import "RunCommand.h"
 
 #import <Cocoa/Cocoa.h>
 
@@ -9,12 +9,12 @@
 #include <cstdlib>
 
 #include <Platform/AppleEventsProcess.h>
-#include <StandIns/Korvo/Application/Effects.h>
-#import <StandIns/Korvo/Application/KOApplication.h>
-#import <StandIns/Korvo/Application/KOApplicationController.h>
-#import <StandIns/Korvo/Application/KORehearsal.h>
-#import <StandIns/Korvo/Application/PlugInLoader.h>
-#import <StandIns/Korvo/Application/TerminationSignals.h>
+#include "Effects.h"
+#import "KOApplication.h"
+#import "KOApplicationController.h"
+#import "KORehearsal.h"
+#import "PlugInLoader.h"
+#import "TerminationSignals.h"
 #include <StandIns/Korvo/Library/LibraryFile.h>
 #import <StandIns/Korvo/Adapter/Owned.h>
 #import <StandIns/Korvo/Adapter/TextBridge.h>

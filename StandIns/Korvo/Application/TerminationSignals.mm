@@ -1,4 +1,4 @@
-#import <StandIns/Korvo/Application/TerminationSignals.h>
+#import "TerminationSignals.h"
 
 #import <Cocoa/Cocoa.h>
 

@@ -7,10 +7,10 @@
 #include <string_view>
 #include <vector>
 
-#include <StandIns/Korvo/Application/CommandLine.h>
-#include <StandIns/Korvo/Application/Effects.h>
-#include <StandIns/Korvo/Application/ImportCommand.h>
-#include <StandIns/Korvo/Application/RunCommand.h>
+#include "CommandLine.h"
+#include "Effects.h"
+#include "ImportCommand.h"
+#include "RunCommand.h"
 
 namespace {
 

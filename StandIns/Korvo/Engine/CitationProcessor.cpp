@@ -1,11 +1,11 @@
 #include <Formats/Unicode.h>
-#include <StandIns/Korvo/Engine/CitationProcessor.h>
-#include <StandIns/Korvo/Engine/CitedItems.h>
-#include <StandIns/Korvo/Engine/DocumentQuestion.h>
-#include <StandIns/Korvo/Engine/EmbeddedScripts.h>
-#include <StandIns/Korvo/Engine/JavaScriptMachine.h>
-#include <StandIns/Korvo/Engine/MarkedText.h>
-#include <StandIns/Korvo/Engine/TextFile.h>
+#include "CitationProcessor.h"
+#include "CitedItems.h"
+#include "DocumentQuestion.h"
+#include "EmbeddedScripts.h"
+#include "JavaScriptMachine.h"
+#include "MarkedText.h"
+#include "TextFile.h"
 
 #include <algorithm>
 #include <array>

@@ -9,9 +9,9 @@
 // costs next to nothing.
 #pragma once
 
-#include <StandIns/Korvo/Engine/FormattedText.h>
-#include <StandIns/Korvo/Engine/RememberedDocuments.h>
-#include <StandIns/Korvo/Engine/StyleCatalog.h>
+#include "FormattedText.h"
+#include "RememberedDocuments.h"
+#include "StyleCatalog.h"
 
 #include <expected>
 #include <filesystem>

@@ -1,7 +1,7 @@
 // The items of a document in the order of first mention: citation numbers follow it.
 #pragma once
 
-#include <StandIns/Korvo/Engine/CitationProcessor.h>
+#include "CitationProcessor.h"
 
 #include <cstddef>
 #include <span>

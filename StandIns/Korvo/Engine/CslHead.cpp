@@ -1,5 +1,5 @@
 #include <expat.h>
-#include <StandIns/Korvo/Engine/CslHead.h>
+#include "CslHead.h"
 
 #include <array>
 #include <cstdio>

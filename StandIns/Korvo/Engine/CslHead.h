@@ -1,7 +1,7 @@
 // What a citation style says about itself, read from its CSL file.
 #pragma once
 
-#include <StandIns/Korvo/Engine/StyleCatalog.h>
+#include "StyleCatalog.h"
 
 #include <expected>
 #include <filesystem>

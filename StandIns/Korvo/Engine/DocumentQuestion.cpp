@@ -1,4 +1,4 @@
-#include <StandIns/Korvo/Engine/DocumentQuestion.h>
+#include "DocumentQuestion.h"
 
 #include <cstdint>
 

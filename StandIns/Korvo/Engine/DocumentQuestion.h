@@ -4,7 +4,7 @@
 // preceded by its length, each list by its count.
 #pragma once
 
-#include <StandIns/Korvo/Engine/CitationProcessor.h>
+#include "CitationProcessor.h"
 
 #include <span>
 #include <string>

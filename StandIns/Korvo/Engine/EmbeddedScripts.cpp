@@ -1,6 +1,6 @@
 // The assembler copies the files in as they are, which costs no compile time, unlike a
 // source file with a million numbers. The build names the files.
-#include <StandIns/Korvo/Engine/EmbeddedScripts.h>
+#include "EmbeddedScripts.h"
 
 #define EMBED_FILE(symbol, path)                                               \
   __asm__(                                                                     \

@@ -1,4 +1,4 @@
-#include <StandIns/Korvo/Engine/FormattedText.h>
+#include "FormattedText.h"
 
 namespace korvo::engine {
 

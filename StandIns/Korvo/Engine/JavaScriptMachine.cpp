@@ -1,6 +1,6 @@
 #include <Formats/OneLine.h>
 #include <Formats/Unicode.h>
-#include <StandIns/Korvo/Engine/JavaScriptMachine.h>
+#include "JavaScriptMachine.h"
 
 #include <cmath>
 #include <exception>

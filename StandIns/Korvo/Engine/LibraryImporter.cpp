@@ -1,8 +1,8 @@
 #include <Formats/Unicode.h>
-#include <StandIns/Korvo/Engine/EmbeddedScripts.h>
-#include <StandIns/Korvo/Engine/JavaScriptMachine.h>
-#include <StandIns/Korvo/Engine/LibraryImporter.h>
-#include <StandIns/Korvo/Engine/TextFile.h>
+#include "EmbeddedScripts.h"
+#include "JavaScriptMachine.h"
+#include "LibraryImporter.h"
+#include "TextFile.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include <StandIns/Korvo/Engine/MarkedText.h>
+#include "MarkedText.h"
 
 #include <utility>
 #include <vector>

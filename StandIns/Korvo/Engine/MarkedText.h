@@ -3,7 +3,7 @@
 // MarkedText.cpp is the other half). Anything is readable: what does not match is ignored.
 #pragma once
 
-#include <StandIns/Korvo/Engine/FormattedText.h>
+#include "FormattedText.h"
 
 #include <optional>
 #include <string_view>

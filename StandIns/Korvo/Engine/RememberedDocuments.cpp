@@ -1,4 +1,4 @@
-#include <StandIns/Korvo/Engine/RememberedDocuments.h>
+#include "RememberedDocuments.h"
 
 #include <algorithm>
 #include <utility>

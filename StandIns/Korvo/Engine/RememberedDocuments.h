@@ -5,7 +5,7 @@
 // answer is given only where the engine would have been asked the very same thing.
 #pragma once
 
-#include <StandIns/Korvo/Engine/FormattedText.h>
+#include "FormattedText.h"
 
 #include <cstddef>
 #include <list>

@@ -1,6 +1,6 @@
 #include <glib.h>
-#include <StandIns/Korvo/Engine/CslHead.h>
-#include <StandIns/Korvo/Engine/StyleCatalog.h>
+#include "CslHead.h"
+#include "StyleCatalog.h"
 #include <unistd.h>
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 #include <Formats/Unicode.h>
-#include <StandIns/Korvo/Engine/TextFile.h>
+#include "TextFile.h"
 
 #include <array>
 #include <cerrno>

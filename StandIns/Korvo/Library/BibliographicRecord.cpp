@@ -1,5 +1,5 @@
-#include <StandIns/Korvo/Library/BibliographicRecord.h>
-#include <StandIns/Korvo/Library/CSLNames.h>
+#include "BibliographicRecord.h"
+#include "CSLNames.h"
 
 #include <algorithm>
 #include <cctype>

@@ -2,7 +2,7 @@
 // compiles the JSON library.
 #pragma once
 
-#include <StandIns/Korvo/Library/BibliographicRecord.h>
+#include "BibliographicRecord.h"
 
 #include <nlohmann/json.hpp>
 

@@ -1,5 +1,5 @@
-#include <StandIns/Korvo/Library/CitationName.h>
-#include <StandIns/Korvo/Library/FoldedText.h>
+#include "CitationName.h"
+#include "FoldedText.h"
 
 #include <algorithm>
 #include <span>

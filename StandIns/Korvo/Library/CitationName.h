@@ -5,7 +5,7 @@
 // every canonical form that can mean it.
 #pragma once
 
-#include <StandIns/Korvo/Library/BibliographicRecord.h>
+#include "BibliographicRecord.h"
 
 #include <optional>
 #include <string>

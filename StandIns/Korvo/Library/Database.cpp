@@ -1,6 +1,6 @@
 #include <Formats/OneLine.h>
 #include <sqlite3.h>
-#include <StandIns/Korvo/Library/Database.h>
+#include "Database.h"
 
 #include <cstring>
 #include <utility>

@@ -1,5 +1,5 @@
-#include <StandIns/Korvo/Library/CSLNames.h>
-#include <StandIns/Korvo/Library/EditableFields.h>
+#include "CSLNames.h"
+#include "EditableFields.h"
 
 #include <algorithm>
 #include <array>

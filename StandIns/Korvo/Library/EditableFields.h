@@ -4,7 +4,7 @@
 // stays in the record exactly as it was.
 #pragma once
 
-#include <StandIns/Korvo/Library/Library.h>
+#include "Library.h"
 
 #include <expected>
 #include <span>

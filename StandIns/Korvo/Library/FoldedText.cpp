@@ -1,7 +1,7 @@
 // Unicode's own tables do the folding: compatibility decomposition, removal of the marks,
 // a transliteration of the Latin letters that have no decomposition, case folding. That
 // costs microseconds; plain ASCII, most of any library, takes a short cut past it.
-#include <StandIns/Korvo/Library/FoldedText.h>
+#include "FoldedText.h"
 #include <unicode/translit.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>

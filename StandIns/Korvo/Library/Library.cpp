@@ -6,12 +6,12 @@
 //                  citation is found by one look-up
 // Sorting by author, the order of every first listing, has an index; the other orders are
 // sorted on demand, which takes a fraction of a second for the largest libraries.
-#include <StandIns/Korvo/Library/BibliographicRecord.h>
-#include <StandIns/Korvo/Library/CitationName.h>
-#include <StandIns/Korvo/Library/Database.h>
-#include <StandIns/Korvo/Library/FoldedText.h>
-#include <StandIns/Korvo/Library/Library.h>
-#include <StandIns/Korvo/Library/RandomIdentifier.h>
+#include "BibliographicRecord.h"
+#include "CitationName.h"
+#include "Database.h"
+#include "FoldedText.h"
+#include "Library.h"
+#include "RandomIdentifier.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include <StandIns/Korvo/Library/LibraryFile.h>
+#include "LibraryFile.h"
 
 #include <algorithm>
 #include <array>

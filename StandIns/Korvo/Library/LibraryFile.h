@@ -3,7 +3,7 @@
 #pragma once
 
 #include <StandIns/Korvo/Engine/LibraryImporter.h>
-#include <StandIns/Korvo/Library/Library.h>
+#include "Library.h"
 
 #include <expected>
 #include <filesystem>

@@ -1,5 +1,5 @@
 #include <sqlite3.h>
-#include <StandIns/Korvo/Library/RandomIdentifier.h>
+#include "RandomIdentifier.h"
 
 #include <array>
 #include <cstdint>

@@ -1,4 +1,4 @@
-#import <StandIns/Korvo/Windows/Controls.h>
+#import "Controls.h"
 
 namespace korvo::windows {
 namespace {

@@ -1,13 +1,13 @@
 // Only the numbers of the rows are held, some bytes a reference; what a row shows is read when
 // it scrolls into view. So a library of 100,000 references opens like one of ten.
-#import <StandIns/Korvo/Windows/KOMainWindowController.h>
+#import "KOMainWindowController.h"
 
 #include <algorithm>
 #include <iterator>
 #include <utility>
 
 #import <StandIns/Korvo/Adapter/TextBridge.h>
-#import <StandIns/Korvo/Windows/Controls.h>
+#import "Controls.h"
 
 namespace {
 

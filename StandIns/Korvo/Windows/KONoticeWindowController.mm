@@ -1,7 +1,7 @@
-#import <StandIns/Korvo/Windows/KONoticeWindowController.h>
+#import "KONoticeWindowController.h"
 
 #import <StandIns/Korvo/Adapter/Owned.h>
-#import <StandIns/Korvo/Windows/Controls.h>
+#import "Controls.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#import <StandIns/Korvo/Windows/KOReferenceEditorWindowController.h>
+#import "KOReferenceEditorWindowController.h"
 
 #include <algorithm>
 #include <expected>
@@ -6,7 +6,7 @@
 #include <utility>
 
 #import <StandIns/Korvo/Adapter/TextBridge.h>
-#import <StandIns/Korvo/Windows/Controls.h>
+#import "Controls.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#import <StandIns/Korvo/Windows/KOStylePickerWindowController.h>
+#import "KOStylePickerWindowController.h"
 
 #include <algorithm>
 #include <iterator>
@@ -7,7 +7,7 @@
 
 #include <StandIns/Korvo/Library/FoldedText.h>
 #import <StandIns/Korvo/Adapter/TextBridge.h>
-#import <StandIns/Korvo/Windows/Controls.h>
+#import "Controls.h"
 
 @interface KOStylePickerWindowController (Building)
 - (void)buildInView:(NSView *)content;

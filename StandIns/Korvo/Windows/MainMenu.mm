@@ -1,4 +1,4 @@
-#import <StandIns/Korvo/Windows/MainMenu.h>
+#import "MainMenu.h"
 
 namespace korvo::windows {
 namespace {
