@@ -2,14 +2,16 @@
 // predicates. Each also at a tenth of the size, which shows whether it is linear.
 
 #import "AttributedTexts.h"
-
-#import <HostContract/HostContract.h>
-#import <RTFTranslation.h>
+#include "MixedText.h"
+#include "Report.h"
+#include "TimeCollector.h"
 
 #include <Formats/PidginRTFReader.h>
 #include <Formats/PidginRTFWriter.h>
+#import <HostContract/HostContract.h>
 
 #include <malloc.h>
+#import <RTFTranslation.h>
 
 #include <cstdio>
 #include <cstring>
@@ -17,10 +19,6 @@
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "MixedText.h"
-#include "Report.h"
-#include "TimeCollector.h"
 
 namespace {
 

@@ -1,14 +1,14 @@
 // Collects the processor times of a run of Google Benchmark, by the benchmarks' names.
 #pragma once
 
+#include "Report.h"
+
 #include <benchmark/benchmark.h>
 
 #include <map>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "Report.h"
 
 namespace benchmarks {
 

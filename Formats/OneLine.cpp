@@ -1,4 +1,5 @@
 #include "OneLine.h"
+
 #include "Unicode.h"
 
 #include <algorithm>

@@ -1,9 +1,9 @@
 #include "PayloadWriter.h"
 
-#include <algorithm>
-
 #include "BlockScan.h"
 #include "Unicode.h"
+
+#include <algorithm>
 
 namespace formats {
 

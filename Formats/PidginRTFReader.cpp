@@ -5,10 +5,10 @@
 
 #include "PidginRTFReader.h"
 
+#include "BlockScan.h"
+
 #include <algorithm>
 #include <cstddef>
-
-#include "BlockScan.h"
 
 namespace formats {
 

@@ -7,14 +7,14 @@
 
 #include "PidginRTFWriter.h"
 
+#include "BlockScan.h"
+
 #include <algorithm>
 #include <array>
 #include <bit>
 #include <cstring>
 #include <string_view>
 #include <utility>
-
-#include "BlockScan.h"
 
 namespace formats {
 

@@ -4,11 +4,11 @@
 
 #include "ScanRequest.h"
 
-#include <algorithm>
-
 #include "PayloadReader.h"
 #include "PayloadWriter.h"
 #include "VerifiedMarker.h"
+
+#include <algorithm>
 
 namespace formats {
 

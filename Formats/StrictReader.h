@@ -2,13 +2,13 @@
 // reaches past the end of the data is an error, told with the field's name.
 #pragma once
 
+#include "PayloadReader.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <expected>
 #include <string>
 #include <string_view>
-
-#include "PayloadReader.h"
 
 namespace formats {
 

@@ -4,11 +4,11 @@
 
 #include "Unicode.h"
 
+#include "BlockScan.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <type_traits>
-
-#include "BlockScan.h"
 
 namespace formats {
 

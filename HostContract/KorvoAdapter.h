@@ -3,8 +3,9 @@
 // its result is used at once.
 #pragma once
 
-#import <Foundation/Foundation.h>
 #import "KorvoHostObjects.h"
+
+#import <Foundation/Foundation.h>
 
 @protocol KorvoWordProcessorIntegrationAdapter <NSObject>
 @required

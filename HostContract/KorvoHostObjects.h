@@ -64,8 +64,8 @@
 // attributes of the whole document, whose key "DocumentType" holds the RTF document
 // type; the style may add to it (page margins, for one).
 - (NSAttributedString *)attributedBibliographyStringForCitationArray:(NSArray *)citations
-                                                          attributes:
-                                                              (NSMutableDictionary *)documentAttributes;
+                                                          attributes:(NSMutableDictionary *)
+                                                                         documentAttributes;
 // The in-text citation of one group. The array may be empty: the result is then an
 // attributed string, possibly empty, but not nil.
 - (NSAttributedString *)attributedGroupStringForCitationArray:(NSArray *)citations;

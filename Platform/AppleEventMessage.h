@@ -1,8 +1,9 @@
 // Apple Events as plain values: what a carrier takes and what it delivers.
 #pragma once
 
-#include <ApplicationServices/AppleEvents.h>
 #include "SharedBytes.h"
+
+#include <ApplicationServices/AppleEvents.h>
 
 #include <vector>
 

@@ -1,4 +1,5 @@
 #include "AppleEventsProcess.h"
+
 #include <Platform/Bus/BusConnection.h>
 #include <Platform/Bus/BusNames.h>
 #include <Platform/Bus/EventReceiver.h>

@@ -1,5 +1,6 @@
-#include <Platform/Bus/BusCarrier.h>
 #include "Carrier.h"
+
+#include <Platform/Bus/BusCarrier.h>
 
 #include <utility>
 

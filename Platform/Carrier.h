@@ -2,8 +2,9 @@
 // bus; a test puts a carrier of its own in its place (see Testing/RecordingCarrier.h).
 #pragma once
 
-#include <ApplicationServices/Processes.h>
 #include "AppleEventMessage.h"
+
+#include <ApplicationServices/Processes.h>
 
 #include <expected>
 #include <vector>

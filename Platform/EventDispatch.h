@@ -10,8 +10,9 @@
 namespace platform {
 
 // Runs the handler that NSAppleEventManager has for the event (without Cocoa: the one of
-// WithoutCocoa/EventHandlers.h), to completion, and returns the parameters of the reply (none when no reply was wanted). errAEEventNotHandled when there is no
-// handler; errAEEventFailed when an exception left it, which has then been logged.
+// WithoutCocoa/EventHandlers.h), to completion, and returns the parameters of the reply (none when
+// no reply was wanted). errAEEventNotHandled when there is no handler; errAEEventFailed when an
+// exception left it, which has then been logged.
 std::expected<Parameters, OSStatus> dispatchAppleEvent(const IncomingEvent &event);
 
 struct InstalledHandler {
@@ -23,7 +24,8 @@ struct InstalledHandler {
   std::string selector;
 };
 
-// The handlers that NSAppleEventManager has (there is no such list without Cocoa), the one installed longest ago first.
+// The handlers that NSAppleEventManager has (there is no such list without Cocoa), the one
+// installed longest ago first.
 std::vector<InstalledHandler> installedEventHandlers();
 
 }  // namespace platform

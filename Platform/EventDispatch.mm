@@ -1,7 +1,8 @@
+#include "EventDispatch.h"
+
 #include "AutoreleasePool.h"
 #include "CatchObjectiveCException.h"
 #include "Descriptor.h"
-#include "EventDispatch.h"
 #include "EventHandlerTable.h"
 #include "FourCharacters.h"
 #include "GuardedCall.h"

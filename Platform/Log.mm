@@ -1,5 +1,6 @@
-#include "AutoreleasePool.h"
 #include "Log.h"
+
+#include "AutoreleasePool.h"
 
 #import <Foundation/Foundation.h>
 

@@ -1,5 +1,6 @@
-#include <ApplicationServices/Processes.h>
 #include "Carrier.h"
+
+#include <ApplicationServices/Processes.h>
 
 #include <algorithm>
 #include <new>

@@ -1,6 +1,7 @@
+#include "SealedMemoryFile.h"
+
 #include <ApplicationServices/MacErrors.h>
 #include <fcntl.h>
-#include "SealedMemoryFile.h"
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -44,7 +45,7 @@ std::expected<SealedMemoryFile, OSStatus> SealedMemoryFile::open(int descriptor,
                                                                  std::size_t largestSize) {
   // Only memory files have seals, so this also refuses pipes, devices and files on a disk.
   const int seals = fcntl(descriptor, F_GET_SEALS);
-  struct stat status {};
+  struct stat status{};
   if (seals < 0 || (seals & allSeals) != allSeals || fstat(descriptor, &status) != 0 ||
       status.st_size < 0) {
     return std::unexpected(OSStatus{errAECorruptData});

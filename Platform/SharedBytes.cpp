@@ -1,6 +1,8 @@
-#include <ApplicationServices/MacErrors.h>
-#include "SealedMemoryFile.h"
 #include "SharedBytes.h"
+
+#include "SealedMemoryFile.h"
+
+#include <ApplicationServices/MacErrors.h>
 
 #include <new>
 #include <utility>

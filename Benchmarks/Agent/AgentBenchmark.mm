@@ -3,6 +3,8 @@
 // at sizes from 100 to a million citations, and how the time of a final scan is divided.
 
 #import "Conversation.h"
+#include "HeapUse.h"
+#include "Report.h"
 
 #include <malloc.h>
 
@@ -13,9 +15,6 @@
 #include <iterator>
 #include <map>
 #include <vector>
-
-#include "HeapUse.h"
-#include "Report.h"
 
 namespace {
 

@@ -3,12 +3,12 @@
 // takes to show all different citations: else the processor would know a small document by heart.
 #pragma once
 
+#import "PreparedHost.h"
+
 #include <Platform/AppleEventMessage.h>
 
 #include <cstddef>
 #include <vector>
-
-#import "PreparedHost.h"
 
 namespace benchmarks {
 

@@ -2,13 +2,13 @@
 // objects are given out again and again. What is left of a request's time is the plug-in's.
 #pragma once
 
+#include "Citations.h"
+
 #import <HostContract/Testing/PassiveHost.h>
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
-
-#include "Citations.h"
 
 namespace benchmarks {
 

@@ -33,7 +33,7 @@ bool isUnknown(std::size_t place) { return place % citationsForOneUnknown == 100
 @interface PreparedGroup : PassiveGroup
 @end
 @implementation PreparedGroup
-- (void)addCitation:(id<KorvoCitation>)__attribute__((unused))citation {
+- (void)addCitation:(id<KorvoCitation>)__attribute__((unused)) citation {
 }
 @end
 
@@ -58,11 +58,11 @@ bool isUnknown(std::size_t place) { return place % citationsForOneUnknown == 100
   [host enter:Step::assemble];
   return NO;
 }
-- (void)setPropertiesInCitationArray:(NSArray *)__attribute__((unused))citations {
+- (void)setPropertiesInCitationArray:(NSArray *)__attribute__((unused)) citations {
   [host enter:Step::format];
 }
 - (NSAttributedString *)
-    attributedBibliographyStringForCitationArray:(NSArray *)__attribute__((unused))citations
+    attributedBibliographyStringForCitationArray:(NSArray *)__attribute__((unused)) citations
                                       attributes:(NSMutableDictionary *)__attribute__((unused))
                                                  attributes {
   [host enter:Step::bibliography];
@@ -162,8 +162,8 @@ bool isUnknown(std::size_t place) { return place % citationsForOneUnknown == 100
   return library;
 }
 
-- (NSSet *)referencesMatchingTag:(NSString *)__attribute__((unused))tag
-                       inLibrary:(id<KorvoLibrary>)__attribute__((unused))searched {
+- (NSSet *)referencesMatchingTag:(NSString *)__attribute__((unused)) tag
+                       inLibrary:(id<KorvoLibrary>)__attribute__((unused)) searched {
   return isUnknown((firstCitation + groupsSplit - 1) % differentCitations) ? nothing : found;
 }
 
@@ -177,7 +177,7 @@ bool isUnknown(std::size_t place) { return place % citationsForOneUnknown == 100
                                                        groupString {
   return [splitGroups objectAtIndex:(firstCitation + groupsSplit++) % differentCitations];
 }
-- (NSArray *)citationArrayForCitationGroupArray:(NSArray *)__attribute__((unused))groups {
+- (NSArray *)citationArrayForCitationGroupArray:(NSArray *)__attribute__((unused)) groups {
   return allCitations;
 }
 
@@ -200,7 +200,7 @@ bool isUnknown(std::size_t place) { return place % citationsForOneUnknown == 100
 - (NSDictionary *)notesTextAttributes {
   return textAttributes;
 }
-- (id<KorvoBibStyle>)bibStyleNamed:(NSString *)__attribute__((unused))name {
+- (id<KorvoBibStyle>)bibStyleNamed:(NSString *)__attribute__((unused)) name {
   return style;
 }
 - (id<KorvoBibStyle>)defaultStyle {

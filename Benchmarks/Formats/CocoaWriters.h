@@ -1,10 +1,10 @@
 // Attributed text to RTF in Cocoa: by AppKit, and by the plug-in's category.
 #pragma once
 
+#include "Jobs.h"
+
 #include <cstddef>
 #include <vector>
-
-#include "Jobs.h"
 
 namespace benchmarks {
 

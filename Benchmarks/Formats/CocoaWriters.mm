@@ -1,15 +1,16 @@
 #include "CocoaWriters.h"
 
-#import <AppKit/AppKit.h>
+#include "AttributedTexts.h"
+#include "MixedText.h"
+
 #import <HostContract/HostContract.h>
+
+#import <AppKit/AppKit.h>
 #import <RTFTranslation.h>
 
 #include <memory>
 #include <stdexcept>
 #include <string>
-
-#include "AttributedTexts.h"
-#include "MixedText.h"
 
 namespace benchmarks {
 

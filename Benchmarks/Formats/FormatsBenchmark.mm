@@ -2,8 +2,12 @@
 // would use in its place. All jobs are done in turn, round after round, so that a quiet
 // or a busy moment of the machine comes to all of them.
 
-#import <Foundation/Foundation.h>
+#include "CocoaWriters.h"
+#include "Jobs.h"
+#include "OtherProgram.h"
+#include "Report.h"
 
+#import <Foundation/Foundation.h>
 #include <malloc.h>
 #include <time.h>
 
@@ -19,11 +23,6 @@
 #include <stdexcept>
 #include <string>
 #include <vector>
-
-#include "CocoaWriters.h"
-#include "Jobs.h"
-#include "OtherProgram.h"
-#include "Report.h"
 
 namespace {
 

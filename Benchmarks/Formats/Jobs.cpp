@@ -1,5 +1,7 @@
 #include "Jobs.h"
 
+#include "MixedText.h"
+
 #include <Formats/CitationResolution.h>
 #include <Formats/CitationText.h>
 #include <Formats/Insertion.h>
@@ -10,6 +12,7 @@
 #include <Formats/ScanReply.h>
 #include <Formats/ScanRequest.h>
 #include <Formats/Unicode.h>
+
 #include <iconv.h>
 
 #include <cstdint>
@@ -17,8 +20,6 @@
 #include <memory>
 #include <stdexcept>
 #include <string_view>
-
-#include "MixedText.h"
 
 namespace benchmarks {
 

@@ -1,10 +1,10 @@
 // The whole plug-in, between a prepared host and a carrier that sends nothing.
 
+#include "Job.h"
+
 #import <Conversation.h>
 
 #include <memory>
-
-#include "Job.h"
 
 namespace benchmarks {
 

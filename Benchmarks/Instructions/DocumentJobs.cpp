@@ -1,11 +1,11 @@
 // A word processor's document: its citations found, and a copy written with formatted ones.
 
+#include "Job.h"
+
 #include <StandIns/Mellel/RTF/FormattedDocument.h>
 
 #include <string>
 #include <vector>
-
-#include "Job.h"
 
 namespace benchmarks {
 

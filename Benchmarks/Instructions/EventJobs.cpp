@@ -1,13 +1,14 @@
 // Events as they are put into messages of the bus and taken out again, without a bus.
 
+#include "Job.h"
+
 #include <Platform/Bus/ParameterCodec.h>
+
 #include <sys/socket.h>
 
 #include <memory>
 #include <span>
 #include <string>
-
-#include "Job.h"
 
 namespace benchmarks {
 

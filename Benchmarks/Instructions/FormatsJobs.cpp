@@ -1,5 +1,9 @@
 // What travels between the two applications, decoded and encoded.
 
+#include "Citations.h"
+#include "Job.h"
+#include "MixedText.h"
+
 #include <Formats/CitationText.h>
 #include <Formats/PidginRTFReader.h>
 #include <Formats/PidginRTFWriter.h>
@@ -9,10 +13,6 @@
 
 #include <string>
 #include <vector>
-
-#include "Citations.h"
-#include "Job.h"
-#include "MixedText.h"
 
 namespace benchmarks {
 

@@ -1,12 +1,12 @@
 // Does every job once under callgrind's eyes. Not of use by itself: guard.py starts it under
 // valgrind, reads the counts and compares them with those that are recorded.
 
+#include "Job.h"
+
 #include <valgrind/callgrind.h>
 
 #include <cstdio>
 #include <cstdlib>
-
-#include "Job.h"
 
 namespace benchmarks {
 

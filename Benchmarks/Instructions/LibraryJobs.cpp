@@ -1,12 +1,12 @@
 // Citations looked up in a library, by identifier and by author and year.
 
+#include "Job.h"
+
 #include <StandIns/Korvo/Library/Library.h>
 
 #include <memory>
 #include <string>
 #include <vector>
-
-#include "Job.h"
 
 namespace benchmarks {
 

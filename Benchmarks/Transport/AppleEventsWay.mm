@@ -1,14 +1,14 @@
+#include "Partner.h"
+#include "Way.h"
+
 #include <Formats/FourCharacterCode.h>
-#import <Foundation/Foundation.h>
 #include <Platform/AppleEventsProcess.h>
 #include <Platform/AutoreleasePool.h>
 #include <Platform/Bus/EventInbox.h>
 #include <Platform/OwnedDescriptor.h>
 
 #import <ApplicationServices/ApplicationServices.h>
-
-#include "Partner.h"
-#include "Way.h"
+#import <Foundation/Foundation.h>
 
 namespace {
 

@@ -1,14 +1,15 @@
-#include <fcntl.h>
+#include "Partner.h"
+#include "Way.h"
+
 #include <Platform/Bus/BusHandles.h>
+
+#include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <string>
 #include <utility>
-
-#include "Partner.h"
-#include "Way.h"
 
 namespace benchmarks {
 namespace {
@@ -34,7 +35,7 @@ int sumBytes(sd_bus_message *message, void *, sd_bus_error *) {
 
 int sumFile(sd_bus_message *message, void *, sd_bus_error *) {
   int file = -1;
-  struct stat status {};
+  struct stat status{};
   if (sd_bus_message_read_basic(message, 'h', &file) < 0 || fstat(file, &status) != 0 ||
       (fcntl(file, F_GET_SEALS) & allSeals) != allSeals) {
     giveUp("A call's file could not be read");

@@ -1,11 +1,11 @@
+#include "Partner.h"
+#include "Way.h"
+
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <vector>
-
-#include "Partner.h"
-#include "Way.h"
 
 namespace benchmarks {
 namespace {

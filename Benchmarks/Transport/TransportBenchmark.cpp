@@ -12,6 +12,10 @@
 // whim, and stays so for a whole run: two copies of one and the same way differed by 67 µs to 38.
 // So up to the size that travels inside the message all processes share one processor. Large data
 // may be written by one while another reads, wherever the system wants.
+#include "Partner.h"
+#include "Report.h"
+#include "Way.h"
+
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -21,10 +25,6 @@
 #include <random>
 #include <string>
 #include <vector>
-
-#include "Partner.h"
-#include "Report.h"
-#include "Way.h"
 
 namespace benchmarks {
 

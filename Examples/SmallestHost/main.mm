@@ -6,9 +6,10 @@
 // it is ended by a signal. Every operation of the contract is here, each as short as it can be; a
 // real host replaces them one by one.
 
-#import <Cocoa/Cocoa.h>
 #import <HostContract/HostContract.h>
 #import <Platform/AppleEventsProcess.h>
+
+#import <Cocoa/Cocoa.h>
 
 #include <cstdio>
 
@@ -53,21 +54,21 @@ static const FourCharCode hostSignature = 'K' << 24 | 'R' << 16 | 'V' << 8 | 'O'
   searchString = copy;
 }
 // This host's style knows no options: what an author asks for here changes nothing.
-- (void)setPageRange:(NSString *)__attribute__((unused))pageRange {
+- (void)setPageRange:(NSString *)__attribute__((unused)) pageRange {
 }
-- (void)setInTextPrependString:(NSString *)__attribute__((unused))text {
+- (void)setInTextPrependString:(NSString *)__attribute__((unused)) text {
 }
-- (void)setInTextAppendString:(NSString *)__attribute__((unused))text {
+- (void)setInTextAppendString:(NSString *)__attribute__((unused)) text {
 }
-- (void)setIncludeInBibliography:(BOOL)__attribute__((unused))include {
+- (void)setIncludeInBibliography:(BOOL)__attribute__((unused)) include {
 }
-- (void)setIncludeInBody:(BOOL)__attribute__((unused))include {
+- (void)setIncludeInBody:(BOOL)__attribute__((unused)) include {
 }
-- (void)setStripEnclosure:(BOOL)__attribute__((unused))strip {
+- (void)setStripEnclosure:(BOOL)__attribute__((unused)) strip {
 }
-- (void)setSuppressSuperscript:(BOOL)__attribute__((unused))suppress {
+- (void)setSuppressSuperscript:(BOOL)__attribute__((unused)) suppress {
 }
-- (void)setUseYearOnly:(BOOL)__attribute__((unused))yearOnly {
+- (void)setUseYearOnly:(BOOL)__attribute__((unused)) yearOnly {
 }
 @end
 
@@ -105,13 +106,12 @@ static const FourCharCode hostSignature = 'K' << 24 | 'R' << 16 | 'V' << 8 | 'O'
 - (BOOL)useSuperscriptInInTextCitations {
   return NO;
 }
-- (void)setPropertiesInCitationArray:(NSArray *)__attribute__((unused))citations {
+- (void)setPropertiesInCitationArray:(NSArray *)__attribute__((unused)) citations {
 }
-- (NSAttributedString *)attributedBibliographyStringForCitationArray:
-                            (NSArray *)__attribute__((unused))citations
-                                                          attributes:
-                                                              (NSMutableDictionary *)
-                                                              __attribute__((unused))attributes {
+- (NSAttributedString *)
+    attributedBibliographyStringForCitationArray:(NSArray *)__attribute__((unused)) citations
+                                      attributes:(NSMutableDictionary *)__attribute__((unused))
+                                                 attributes {
   return [[[NSAttributedString alloc]
       initWithString:@"Darwin, C. (1859). On the Origin of Species. London: John Murray.\n"]
       autorelease];
@@ -149,14 +149,14 @@ static const FourCharCode hostSignature = 'K' << 24 | 'R' << 16 | 'V' << 8 | 'O'
 - (NSArray *)selectedReferences {
   return [NSArray arrayWithObject:book];
 }
-- (NSString *)inTextCitationTagForReference:(id<KorvoReference>)__attribute__((unused))reference {
+- (NSString *)inTextCitationTagForReference:(id<KorvoReference>)__attribute__((unused)) reference {
   return @"Darwin1859";
 }
 - (void)displayEditorForReference:(id<KorvoReference>)reference {
   NSLog(@"editor for %@", [reference UUID]);
 }
-- (NSAttributedString *)summaryWithTitleForReference:
-    (id<KorvoReference>)__attribute__((unused))reference {
+- (NSAttributedString *)summaryWithTitleForReference:(id<KorvoReference>)__attribute__((unused))
+                                                     reference {
   return [[[NSAttributedString alloc] initWithString:@"Darwin 1859, On the Origin of Species"]
       autorelease];
 }
@@ -165,7 +165,7 @@ static const FourCharCode hostSignature = 'K' << 24 | 'R' << 16 | 'V' << 8 | 'O'
   return nil;
 }
 - (NSSet *)referencesMatchingTag:(NSString *)tag
-                       inLibrary:(id<KorvoLibrary>)__attribute__((unused))library {
+                       inLibrary:(id<KorvoLibrary>)__attribute__((unused)) library {
   return [tag hasPrefix:@"Darwin"] ? [NSSet setWithObject:book] : [NSSet set];
 }
 - (id<KorvoCitationGroup>)createCitationGroup {
@@ -243,9 +243,8 @@ int main(int argc, char **argv) {
 
   // On macOS the bundle's Info.plist gives the application its signature; here it is claimed, after
   // the plug-in has installed its handlers and got its adapter.
-  const OSStatus status = platform::startReceivingAppleEvents(hostSignature, [] {
-    [NSApp activateIgnoringOtherApps:YES];
-  });
+  const OSStatus status = platform::startReceivingAppleEvents(
+      hostSignature, [] { [NSApp activateIgnoringOtherApps:YES]; });
   if (status != noErr) {
     std::fprintf(stderr, "smallest-host: cannot receive Apple Events (%d)\n",
                  static_cast<int>(status));

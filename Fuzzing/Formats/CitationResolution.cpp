@@ -1,13 +1,13 @@
 // The answer to a preliminary scan: what is complete is read like the slow reference reads it,
 // everything else is refused; and what the sender writes is what the receiver reads.
 
+#include "SlowReader.h"
+#include "Written.h"
+
 #include <Formats/CitationResolution.h>
 #include <Formats/RecordMarkup.h>
 
 #include <vector>
-
-#include "SlowReader.h"
-#include "Written.h"
 
 namespace fuzzing {
 

@@ -1,15 +1,15 @@
 // The syntax of a citation: read like the slow reference reads it, and every text that comes out is
 // a piece of the text that went in.
 
+#include "Support/FuzzedData.h"
+#include "Support/Target.h"
+
 #include <Formats/CitationText.h>
 #include <Formats/VerifiedMarker.h>
 #include <Tests/Formats/ReferenceCitationText.h>
 #include <Tests/Formats/ReferenceVerifiedMarker.h>
 
 #include <functional>
-
-#include "Support/FuzzedData.h"
-#include "Support/Target.h"
 
 namespace fuzzing {
 

@@ -1,11 +1,11 @@
 // The inserted citation: two complete strings and nothing else are read, everything else is
 // refused; and what the sender writes is what the receiver reads.
 
-#include <Formats/Insertion.h>
-#include <Formats/RecordMarkup.h>
-
 #include "SlowReader.h"
 #include "Written.h"
+
+#include <Formats/Insertion.h>
+#include <Formats/RecordMarkup.h>
 
 namespace fuzzing {
 

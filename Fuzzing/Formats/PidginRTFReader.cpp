@@ -1,10 +1,10 @@
 // The lenient reader of pidgin RTF: it reads anything, like the slow reference reads it.
 
-#include <Formats/PidginRTFReader.h>
-#include <Tests/Formats/ReferencePidginRTF.h>
-
 #include "Support/FuzzedData.h"
 #include "Support/Target.h"
+
+#include <Formats/PidginRTFReader.h>
+#include <Tests/Formats/ReferencePidginRTF.h>
 
 namespace fuzzing {
 

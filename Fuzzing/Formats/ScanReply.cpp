@@ -1,13 +1,13 @@
 // The scan reply: what is complete is read like the slow reference reads it, everything else is
 // refused; and what the sender writes is what the receiver reads.
 
+#include "SlowReader.h"
+#include "Written.h"
+
 #include <Formats/ScanReply.h>
 #include <Formats/Unicode.h>
 
 #include <vector>
-
-#include "SlowReader.h"
-#include "Written.h"
 
 namespace fuzzing {
 

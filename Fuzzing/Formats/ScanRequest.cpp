@@ -1,10 +1,10 @@
 // The three requests: read like the slow reference, and written and read again without a change.
 
-#include <Formats/ScanRequest.h>
-#include <Tests/Formats/ReferenceScanRequest.h>
-
 #include "Support/FuzzedData.h"
 #include "Support/Target.h"
+
+#include <Formats/ScanRequest.h>
+#include <Tests/Formats/ReferenceScanRequest.h>
 
 namespace fuzzing {
 

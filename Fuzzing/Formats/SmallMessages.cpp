@@ -1,11 +1,11 @@
 // The messages of a few fixed bytes: taken only in their own length, and written as they were read.
 
+#include "SlowReader.h"
+#include "Support/Target.h"
+
 #include <Formats/SmallMessages.h>
 
 #include <algorithm>
-
-#include "SlowReader.h"
-#include "Support/Target.h"
 
 namespace fuzzing {
 

@@ -1,12 +1,12 @@
 // UTF-8 and UTF-16: converted like the definition says, unit by unit, in any buffer.
 
+#include "Support/FuzzedData.h"
+#include "Support/Target.h"
+
 #include <Formats/Unicode.h>
 #include <Tests/Formats/ReferenceUnicode.h>
 
 #include <memory>
-
-#include "Support/FuzzedData.h"
-#include "Support/Target.h"
 
 namespace fuzzing {
 

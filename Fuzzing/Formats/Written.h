@@ -2,6 +2,9 @@
 // and a buffer that is too small gets the beginning and nothing outside of it.
 #pragma once
 
+#include "Support/FuzzedData.h"
+#include "Support/Target.h"
+
 #include <Formats/PayloadWriter.h>
 #include <Formats/Unicode.h>
 
@@ -9,9 +12,6 @@
 #include <cstddef>
 #include <memory>
 #include <string>
-
-#include "Support/FuzzedData.h"
-#include "Support/Target.h"
 
 namespace fuzzing {
 

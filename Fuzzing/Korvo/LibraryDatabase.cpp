@@ -1,12 +1,12 @@
 // A library's own file with bytes changed by who knows what: it is opened and used, or refused with
 // one line and left as it is.
 
+#include "Support/FuzzedData.h"
+#include "Support/Target.h"
+
 #include <Formats/OneLine.h>
 #include <StandIns/Korvo/Library/Library.h>
 #include <Tests/Korvo/TemporaryDirectory.h>
-
-#include "Support/FuzzedData.h"
-#include "Support/Target.h"
 
 namespace fuzzing {
 
@@ -53,7 +53,8 @@ void use(Library &references) {
   requireOneLine(references.matching("van Gogh 1888"));
   const auto rows = references.list({.column = korvo::library::SortColumn::year}, "a");
   requireOneLine(rows);
-  for (const korvo::library::ReferenceRow row : rows.value_or(std::vector<korvo::library::ReferenceRow>())) {
+  for (const korvo::library::ReferenceRow row :
+       rows.value_or(std::vector<korvo::library::ReferenceRow>())) {
     requireOneLine(references.summary(row));
     requireOneLine(references.cslJson(row));
     requireOneLine(references.citationTag(row));

@@ -1,13 +1,13 @@
 // The importer as a whole, with its JavaScript machine: any file of another program's library is
 // read or refused with one line; what was read is readable, and the same when it is read once more.
 
+#include "Support/FuzzedData.h"
+#include "Support/Target.h"
+
 #include <StandIns/Korvo/Engine/LibraryImporter.h>
 #include <StandIns/Korvo/Library/BibliographicRecord.h>
 #include <StandIns/Korvo/Library/Library.h>
 #include <Tests/Korvo/TemporaryDirectory.h>
-
-#include "Support/FuzzedData.h"
-#include "Support/Target.h"
 
 namespace fuzzing {
 

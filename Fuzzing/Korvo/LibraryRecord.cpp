@@ -2,6 +2,9 @@
 // and then finds it by every name that it may be cited by; a form that nobody changed changes
 // nothing, and one into which anything was typed makes a reference again.
 
+#include "Support/FuzzedData.h"
+#include "Support/Target.h"
+
 #include <Formats/Unicode.h>
 #include <StandIns/Korvo/Library/BibliographicRecord.h>
 #include <StandIns/Korvo/Library/CitationName.h>
@@ -11,9 +14,6 @@
 
 #include <algorithm>
 #include <vector>
-
-#include "Support/FuzzedData.h"
-#include "Support/Target.h"
 
 namespace fuzzing {
 
@@ -65,7 +65,8 @@ void requireTaken(const NewReference &reference, std::string_view text) {
   require(shown.has_value() && shown->size() == before->size());
   for (std::size_t index = 0; index < shown->size(); ++index) {
     const korvo::library::EditableField &field = (*shown)[index];
-    if (field.form == korvo::library::FieldForm::identifier || field.form == korvo::library::FieldForm::line) {
+    if (field.form == korvo::library::FieldForm::identifier ||
+        field.form == korvo::library::FieldForm::line) {
       const bool isUnchanged = (*before)[index].value == typed;
       require(field.value == (isUnchanged ? typed : withoutBlanksAround(typed)));
     }

@@ -1,10 +1,10 @@
 // The encodings of imported files: any bytes are read as some text; UTF-8 exactly, and whatever is
 // guessed is said to be.
 
+#include "Support/Target.h"
+
 #include <Formats/Unicode.h>
 #include <StandIns/Korvo/Engine/TextFile.h>
-
-#include "Support/Target.h"
 
 namespace fuzzing {
 

@@ -1,10 +1,10 @@
 // A bibliography from any RTF: what was read survives being written into a document, entry by
 // entry, with its text, its formatting and its layout.
 
-#include <StandIns/Mellel/RTF/Bibliography.h>
-
 #include "NormalText.h"
 #include "Support/Target.h"
+
+#include <StandIns/Mellel/RTF/Bibliography.h>
 
 namespace fuzzing {
 
@@ -31,8 +31,7 @@ void run(std::string_view bytes) {
     require(!bibliography.error().empty() && bibliography.error().find('\n') == std::string::npos);
     return;
   }
-  const std::string inPlace =
-      "{\\rtf1\\ansi " + mellel::bibliographyInPlace(*bibliography) + '}';
+  const std::string inPlace = "{\\rtf1\\ansi " + mellel::bibliographyInPlace(*bibliography) + '}';
   const auto readInPlace = mellel::readBibliography(inPlace);
   require(readInPlace.has_value());
   requireSame(*readInPlace, *bibliography);

@@ -1,14 +1,14 @@
 // Editing any document: without a change it comes back byte for byte; with one, every byte outside
 // of the citations is still there, and what a reader sees has changed at the citations alone.
 
+#include "Support/Target.h"
+
 #include <Formats/Unicode.h>
+#include <StandIns/Mellel/RTF/FormattedDocument.h>
 #include <Tests/Mellel/ReadDocument.h>
 #include <Tests/Mellel/ReferenceRewriting.h>
-#include <StandIns/Mellel/RTF/FormattedDocument.h>
 
 #include <algorithm>
-
-#include "Support/Target.h"
 
 namespace fuzzing {
 

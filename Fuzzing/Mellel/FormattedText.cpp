@@ -2,15 +2,15 @@
 // text with the same formatting, and what was read from any pidgin RTF survives being put in a
 // document.
 
+#include "NormalText.h"
+#include "Support/FuzzedData.h"
+#include "Support/Target.h"
+
 #include <Formats/PidginRTFWriter.h>
 #include <Formats/Unicode.h>
 #include <StandIns/Mellel/RTF/FormattedText.h>
 
 #include <vector>
-
-#include "NormalText.h"
-#include "Support/FuzzedData.h"
-#include "Support/Target.h"
 
 namespace fuzzing {
 

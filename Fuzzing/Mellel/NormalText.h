@@ -43,12 +43,10 @@ inline mellel::FormattedText normalText(const mellel::FormattedText &formatted) 
   return normal;
 }
 
-inline bool isSameText(const mellel::FormattedText &left,
-                       const mellel::FormattedText &right) {
+inline bool isSameText(const mellel::FormattedText &left, const mellel::FormattedText &right) {
   const auto normalLeft = normalText(left);
   const auto normalRight = normalText(right);
-  const auto isSameRun = [](const mellel::FormattedRun &one,
-                            const mellel::FormattedRun &other) {
+  const auto isSameRun = [](const mellel::FormattedRun &one, const mellel::FormattedRun &other) {
     return one.text == other.text && one.isBold == other.isBold && one.isItalic == other.isItalic &&
            one.isUnderlined == other.isUnderlined && one.isSuperscript == other.isSuperscript &&
            one.isSubscript == other.isSubscript && one.isSmallCapitals == other.isSmallCapitals;

@@ -3,6 +3,8 @@
 // documented outcomes, and the next good requests are answered as if nothing had been.
 
 #import "FuzzedHost.h"
+#include "Support/FuzzedData.h"
+#include "Support/Target.h"
 
 #include <Formats/CitationResolution.h>
 #include <Formats/EventTable.h>
@@ -10,17 +12,15 @@
 #include <Formats/ScanReply.h>
 #include <Formats/ScanRequest.h>
 #include <Formats/Unicode.h>
-#import <KorvoMellelAgent+Private.h>
 #include <Platform/Testing/RecordingCarrier.h>
 #include <Tests/Plugin/Support/CallLog.h>
 #import <Tests/Plugin/Support/RecordingApplication.h>
 
+#import <KorvoMellelAgent+Private.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <vector>
-
-#include "Support/FuzzedData.h"
-#include "Support/Target.h"
 
 namespace fuzzing {
 

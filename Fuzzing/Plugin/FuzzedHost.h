@@ -2,11 +2,11 @@
 // an exception of either language, or with an answer that no host should give.
 #pragma once
 
+#include "Support/FuzzedData.h"
+
 #import <HostContract/Testing/PassiveHost.h>
 
 #include <string_view>
-
-#include "Support/FuzzedData.h"
 
 namespace fuzzing {
 

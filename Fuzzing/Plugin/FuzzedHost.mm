@@ -98,7 +98,7 @@ NSString *someText(NSString *otherwise) {
   [search release];
   search = text;
 }
-- (void)setPageRange:(NSString *)__attribute__((unused))text {
+- (void)setPageRange:(NSString *)__attribute__((unused)) text {
   nextAnswer();
 }
 @end
@@ -118,8 +118,8 @@ NSString *someText(NSString *otherwise) {
 @interface FuzzedBibliography : TextWithRTF
 @end
 @implementation FuzzedBibliography
-- (NSData *)RTFFromRange:(NSRange)__attribute__((unused))range
-      documentAttributes:(NSDictionary *)__attribute__((unused))attributes {
+- (NSData *)RTFFromRange:(NSRange)__attribute__((unused)) range
+      documentAttributes:(NSDictionary *)__attribute__((unused)) attributes {
   switch (nextAnswer()) {
     case Answer::good:
       return rtf;
@@ -149,11 +149,11 @@ NSString *someText(NSString *otherwise) {
 - (BOOL)useSuperscriptInInTextCitations {
   return choice(2) == 1;
 }
-- (void)setPropertiesInCitationArray:(NSArray *)__attribute__((unused))citations {
+- (void)setPropertiesInCitationArray:(NSArray *)__attribute__((unused)) citations {
   nextAnswer();
 }
 - (NSAttributedString *)
-    attributedBibliographyStringForCitationArray:(NSArray *)__attribute__((unused))citations
+    attributedBibliographyStringForCitationArray:(NSArray *)__attribute__((unused)) citations
                                       attributes:(NSMutableDictionary *)__attribute__((unused))
                                                  attributes {
   if (nextAnswer() != Answer::good) {
@@ -196,11 +196,11 @@ NSString *someText(NSString *otherwise) {
   return answer == Answer::nothing ? nil : references;
 }
 
-- (NSString *)inTextCitationTagForReference:(id<KorvoReference>)__attribute__((unused))reference {
+- (NSString *)inTextCitationTagForReference:(id<KorvoReference>)__attribute__((unused)) reference {
   return nextAnswer() == Answer::nothing ? nil : someText(@"tag");
 }
 
-- (void)displayEditorForReference:(id<KorvoReference>)__attribute__((unused))reference {
+- (void)displayEditorForReference:(id<KorvoReference>)__attribute__((unused)) reference {
   nextAnswer();
 }
 
@@ -215,8 +215,8 @@ NSString *someText(NSString *otherwise) {
   return nextAnswer() == Answer::good ? [[[PassiveLibrary alloc] init] autorelease] : nil;
 }
 
-- (NSSet *)referencesMatchingTag:(NSString *)__attribute__((unused))tag
-                       inLibrary:(id<KorvoLibrary>)__attribute__((unused))library {
+- (NSSet *)referencesMatchingTag:(NSString *)__attribute__((unused)) tag
+                       inLibrary:(id<KorvoLibrary>)__attribute__((unused)) library {
   constexpr std::size_t counts[] = {1, 0, 2, 12};
   NSMutableSet *references = [NSMutableSet set];
   const Answer answer = nextAnswer();
@@ -280,8 +280,8 @@ NSString *someText(NSString *otherwise) {
   return [self bodyTextAttributes];
 }
 
-- (void)postNoticeWithHeader:(NSString *)__attribute__((unused))header
-           attributedSummary:(NSAttributedString *)__attribute__((unused))summary {
+- (void)postNoticeWithHeader:(NSString *)__attribute__((unused)) header
+           attributedSummary:(NSAttributedString *)__attribute__((unused)) summary {
   nextAnswer();
 }
 

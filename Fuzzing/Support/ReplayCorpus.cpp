@@ -1,6 +1,8 @@
 // Runs a fuzz target over the files of its corpus: the regression test of what fuzzing reached
 // and found. The last name printed before a finding is that of the input.
 
+#include "Target.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
@@ -9,8 +11,6 @@
 #include <memory>
 #include <string>
 #include <vector>
-
-#include "Target.h"
 
 int main(int argumentCount, char **arguments) {
   if (argumentCount != 2 || !std::filesystem::is_directory(arguments[1])) {

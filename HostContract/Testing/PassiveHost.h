@@ -2,8 +2,9 @@
 // subclass what has to answer, and need not spell out the rest of the contract.
 #pragma once
 
-#import <AppKit/AppKit.h>
 #import <HostContract/HostContract.h>
+
+#import <AppKit/AppKit.h>
 
 // Neither a selection, nor a library, nor a style. Groups and citations are those below;
 // a group's text is split at semicolons; an attributed text is its own pidgin RTF.

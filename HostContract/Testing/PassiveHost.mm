@@ -13,31 +13,31 @@
   citedReference = newReference;
 }
 
-- (void)setSearchString:(NSString *)__attribute__((unused))text {
+- (void)setSearchString:(NSString *)__attribute__((unused)) text {
 }
 
-- (void)setPageRange:(NSString *)__attribute__((unused))text {
+- (void)setPageRange:(NSString *)__attribute__((unused)) text {
 }
 
-- (void)setInTextPrependString:(NSString *)__attribute__((unused))text {
+- (void)setInTextPrependString:(NSString *)__attribute__((unused)) text {
 }
 
-- (void)setInTextAppendString:(NSString *)__attribute__((unused))text {
+- (void)setInTextAppendString:(NSString *)__attribute__((unused)) text {
 }
 
-- (void)setIncludeInBibliography:(BOOL)__attribute__((unused))flag {
+- (void)setIncludeInBibliography:(BOOL)__attribute__((unused)) flag {
 }
 
-- (void)setIncludeInBody:(BOOL)__attribute__((unused))flag {
+- (void)setIncludeInBody:(BOOL)__attribute__((unused)) flag {
 }
 
-- (void)setStripEnclosure:(BOOL)__attribute__((unused))flag {
+- (void)setStripEnclosure:(BOOL)__attribute__((unused)) flag {
 }
 
-- (void)setSuppressSuperscript:(BOOL)__attribute__((unused))flag {
+- (void)setSuppressSuperscript:(BOOL)__attribute__((unused)) flag {
 }
 
-- (void)setUseYearOnly:(BOOL)__attribute__((unused))flag {
+- (void)setUseYearOnly:(BOOL)__attribute__((unused)) flag {
 }
 
 @end
@@ -88,7 +88,7 @@
   return [text length];
 }
 
-- (NSDictionary *)attributesAtIndex:(NSUInteger)__attribute__((unused))index
+- (NSDictionary *)attributesAtIndex:(NSUInteger)__attribute__((unused)) index
                      effectiveRange:(NSRange *)range {
   if (range != nullptr) {
     *range = NSMakeRange(0, [text length]);
@@ -96,8 +96,8 @@
   return [NSDictionary dictionary];
 }
 
-- (NSData *)RTFFromRange:(NSRange)__attribute__((unused))range
-      documentAttributes:(NSDictionary *)__attribute__((unused))attributes {
+- (NSData *)RTFFromRange:(NSRange)__attribute__((unused)) range
+      documentAttributes:(NSDictionary *)__attribute__((unused)) attributes {
   return rtf;
 }
 
@@ -109,11 +109,11 @@
   return [NSArray array];
 }
 
-- (NSString *)inTextCitationTagForReference:(id<KorvoReference>)__attribute__((unused))reference {
+- (NSString *)inTextCitationTagForReference:(id<KorvoReference>)__attribute__((unused)) reference {
   return nil;
 }
 
-- (void)displayEditorForReference:(id<KorvoReference>)__attribute__((unused))reference {
+- (void)displayEditorForReference:(id<KorvoReference>)__attribute__((unused)) reference {
 }
 
 - (NSAttributedString *)summaryWithTitleForReference:(id<KorvoReference>)__attribute__((unused))
@@ -125,8 +125,8 @@
   return nil;
 }
 
-- (NSSet *)referencesMatchingTag:(NSString *)__attribute__((unused))tag
-                       inLibrary:(id<KorvoLibrary>)__attribute__((unused))library {
+- (NSSet *)referencesMatchingTag:(NSString *)__attribute__((unused)) tag
+                       inLibrary:(id<KorvoLibrary>)__attribute__((unused)) library {
   return [NSSet set];
 }
 
@@ -166,11 +166,11 @@
   return [NSDictionary dictionary];
 }
 
-- (void)postNoticeWithHeader:(NSString *)__attribute__((unused))header
-           attributedSummary:(NSAttributedString *)__attribute__((unused))summary {
+- (void)postNoticeWithHeader:(NSString *)__attribute__((unused)) header
+           attributedSummary:(NSAttributedString *)__attribute__((unused)) summary {
 }
 
-- (id<KorvoBibStyle>)bibStyleNamed:(NSString *)__attribute__((unused))name {
+- (id<KorvoBibStyle>)bibStyleNamed:(NSString *)__attribute__((unused)) name {
   return nil;
 }
 

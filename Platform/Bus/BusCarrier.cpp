@@ -1,4 +1,5 @@
 #include "BusCarrier.h"
+
 #include "BusConnection.h"
 #include "BusNames.h"
 #include "EventInbox.h"

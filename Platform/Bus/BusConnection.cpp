@@ -1,6 +1,8 @@
-#include <ApplicationServices/MacErrors.h>
 #include "BusConnection.h"
+
 #include "BusNames.h"
+
+#include <ApplicationServices/MacErrors.h>
 #include <poll.h>
 
 #include <algorithm>

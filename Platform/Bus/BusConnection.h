@@ -6,11 +6,12 @@
 // modal dialog, but never inside a wait for a reply.
 #pragma once
 
-#include <ApplicationServices/MacTypes.h>
 #include "BusHandles.h"
 #include "NameOwners.h"
 #include "RunLoop.h"
 #include "RunLoopTimer.h"
+
+#include <ApplicationServices/MacTypes.h>
 
 #include <chrono>
 #include <deque>

@@ -1,5 +1,6 @@
-#include <ApplicationServices/MacErrors.h>
 #include "BusNames.h"
+
+#include <ApplicationServices/MacErrors.h>
 
 #include <algorithm>
 #include <charconv>

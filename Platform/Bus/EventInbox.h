@@ -6,8 +6,9 @@
 // little, each memory file at least a mebibyte, since a process has few descriptors.
 #pragma once
 
-#include <Platform/AppleEventMessage.h>
 #include "BusHandles.h"
+
+#include <Platform/AppleEventMessage.h>
 
 #include <cstddef>
 #include <deque>

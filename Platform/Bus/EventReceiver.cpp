@@ -1,12 +1,15 @@
-#include <ApplicationServices/MacErrors.h>
-#include <malloc.h>
-#include "BusNames.h"
 #include "EventReceiver.h"
+
+#include "BusNames.h"
 #include "ParameterCodec.h"
+
 #include <Platform/EventDispatch.h>
 #include <Platform/FourCharacters.h>
 #include <Platform/GuardedCall.h>
 #include <Platform/Log.h>
+
+#include <ApplicationServices/MacErrors.h>
+#include <malloc.h>
 
 #include <cerrno>
 #include <chrono>

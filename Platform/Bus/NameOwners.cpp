@@ -1,7 +1,9 @@
-#include <ApplicationServices/MacErrors.h>
+#include "NameOwners.h"
+
 #include "BusConnection.h"
 #include "BusNames.h"
-#include "NameOwners.h"
+
+#include <ApplicationServices/MacErrors.h>
 
 #include <utility>
 

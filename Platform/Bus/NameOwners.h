@@ -11,8 +11,9 @@
 // arrives.
 #pragma once
 
-#include <ApplicationServices/MacTypes.h>
 #include "BusHandles.h"
+
+#include <ApplicationServices/MacTypes.h>
 
 #include <cstdint>
 #include <expected>

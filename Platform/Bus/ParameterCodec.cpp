@@ -1,4 +1,5 @@
 #include "ParameterCodec.h"
+
 #include <Platform/SealedMemoryFile.h>
 
 #include <cerrno>

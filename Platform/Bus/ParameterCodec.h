@@ -8,8 +8,9 @@
 // second wall is not sent.
 #pragma once
 
-#include <Platform/AppleEventMessage.h>
 #include "BusHandles.h"
+
+#include <Platform/AppleEventMessage.h>
 
 #include <cstddef>
 #include <cstdint>

@@ -1,5 +1,6 @@
-#include <Platform/AutoreleasePool.h>
 #include "RunLoop.h"
+
+#include <Platform/AutoreleasePool.h>
 
 #import <Foundation/Foundation.h>
 

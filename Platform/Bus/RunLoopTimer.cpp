@@ -1,4 +1,5 @@
 #include "RunLoopTimer.h"
+
 #include <sys/timerfd.h>
 #include <unistd.h>
 

@@ -1,8 +1,9 @@
+#include "EventHandlers.h"
+
 #include <Platform/EventDispatch.h>
 #include <Platform/FourCharacters.h>
 #include <Platform/GuardedCall.h>
 #include <Platform/Log.h>
-#include "EventHandlers.h"
 
 #include <map>
 #include <utility>

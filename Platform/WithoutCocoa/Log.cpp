@@ -1,5 +1,6 @@
-#include <errno.h>
 #include <Platform/Log.h>
+
+#include <errno.h>
 
 #include <iostream>
 #include <string>

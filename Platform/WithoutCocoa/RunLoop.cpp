@@ -1,5 +1,7 @@
-#include <Platform/Bus/RunLoop.h>
 #include "RunLoopTurn.h"
+
+#include <Platform/Bus/RunLoop.h>
+
 #include <poll.h>
 
 #include <algorithm>

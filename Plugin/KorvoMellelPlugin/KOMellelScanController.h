@@ -5,8 +5,9 @@
 // closes the window; the controller only ends the modal session.
 #pragma once
 
-#import <Cocoa/Cocoa.h>
 #import <HostContract/HostContract.h>
+
+#import <Cocoa/Cocoa.h>
 
 #ifdef __cplusplus
 extern "C" {

@@ -24,8 +24,7 @@ NSString *const KOMellelScanLastStylePrefKey = @"Last Style Used For Mellel Scan
 
 + (KOMellelScanController *)openMellelScanControllerWithAdapter:
     (id<KorvoWordProcessorIntegrationAdapter>)hostAdapter {
-  KOMellelScanController *controller =
-      [[[self alloc] initWithAdapter:hostAdapter] autorelease];
+  KOMellelScanController *controller = [[[self alloc] initWithAdapter:hostAdapter] autorelease];
   [NSBundle loadNibNamed:@"MellelScanDialog" owner:controller];
   return controller;
 }
@@ -51,7 +50,7 @@ NSString *const KOMellelScanLastStylePrefKey = @"Last Style Used For Mellel Scan
   [self populateFormatList];
 }
 
-- (IBAction)formatSelectionChanged:(id)__attribute__((unused))sender {
+- (IBAction)formatSelectionChanged:(id)__attribute__((unused)) sender {
   NSString *title = [self selectedTitle];
   if (title == nil) {
     return;
@@ -88,7 +87,7 @@ NSString *const KOMellelScanLastStylePrefKey = @"Last Style Used For Mellel Scan
 }
 
 // The caller closes the window, once it has read the outcome.
-- (BOOL)windowShouldClose:(id)__attribute__((unused))sender {
+- (BOOL)windowShouldClose:(id)__attribute__((unused)) sender {
   chosenAction = KOMellelScanNoAction;
   [NSApp stopModalWithCode:KOMellelScanNoAction];
   return NO;

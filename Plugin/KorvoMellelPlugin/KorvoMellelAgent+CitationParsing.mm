@@ -1,9 +1,8 @@
 // Citation texts to host citations. Formats knows the syntax; what is here asks the host for
 // each piece and keeps account of what did not match.
 
-#import "KorvoMellelAgent+Private.h"
-
 #import "HostArray.h"
+#import "KorvoMellelAgent+Private.h"
 #import "LoopPool.h"
 #import "ProgrammingError.h"
 #import "TextBridge.h"
@@ -117,7 +116,7 @@ void append(NSMutableAttributedString *summary, NSString *text, NSDictionary *at
 - (void)appendDuplicateNoticeToSummary:(NSMutableAttributedString *)summary
                                atIndex:(int32_t)number
                                 forTag:(NSString *)tag
-                         referenceUsed:(id<KorvoReference>)__attribute__((unused))referenceUsed
+                         referenceUsed:(id<KorvoReference>)__attribute__((unused)) referenceUsed
                        referencesFound:(NSSet *)referencesFound {
   id<KorvoWordProcessorIntegrationAdapter> adapter = [KorvoMellelAgent adapter];
   NSString *line =

@@ -1,10 +1,9 @@
 // What an author does with single citations: inserting one, opening the reference behind one. And
 // the requests that older versions served.
 
-#import "KorvoMellelAgent+Private.h"
-
 #import "AtEndOfScope.h"
 #import "HostArray.h"
+#import "KorvoMellelAgent+Private.h"
 #import "OutgoingBuffer.h"
 #import "ProgrammingError.h"
 #import "TextBridge.h"
@@ -27,8 +26,8 @@ constexpr NSUInteger expectedTextLength = 100;
 
 @implementation KorvoMellelAgent (Insertion)
 
-- (void)handleFindStringEvent:(NSAppleEventDescriptor *)__attribute__((unused))event
-               withReplyEvent:(NSAppleEventDescriptor *)__attribute__((unused))reply {
+- (void)handleFindStringEvent:(NSAppleEventDescriptor *)__attribute__((unused)) event
+               withReplyEvent:(NSAppleEventDescriptor *)__attribute__((unused)) reply {
   // Also where there is nothing to insert, or the host failed: it is all that Mellel then hears.
   const AtEndOfScope activation([self] { [self activateMellel]; });
   NSString *text = [self assembleSelectedCitations];
@@ -103,15 +102,14 @@ constexpr NSUInteger expectedTextLength = 100;
 }
 
 - (void)handleFindCitationEvent:(NSAppleEventDescriptor *)event
-                 withReplyEvent:(NSAppleEventDescriptor *)__attribute__((unused))reply {
+                 withReplyEvent:(NSAppleEventDescriptor *)__attribute__((unused)) reply {
   NSData *data = [[event paramDescriptorForKeyword:keyDirectObject] data];
   if (data == nil) {
     return;
   }
   formats::PayloadReader reader(bytesOf(data));
   NSString *text = stringWithUTF8(reader.readString());
-  NSArray *groups =
-      [self citationGroupsWithCitationStringArray:[NSArray arrayWithObject:text]];
+  NSArray *groups = [self citationGroupsWithCitationStringArray:[NSArray arrayWithObject:text]];
   if ([groups count] != 1) {
     return;
   }
@@ -127,12 +125,12 @@ constexpr NSUInteger expectedTextLength = 100;
   [self activateMellel];
 }
 
-- (void)handleImportCitationsEvent:(NSAppleEventDescriptor *)__attribute__((unused))event
-                    withReplyEvent:(NSAppleEventDescriptor *)__attribute__((unused))reply {
+- (void)handleImportCitationsEvent:(NSAppleEventDescriptor *)__attribute__((unused)) event
+                    withReplyEvent:(NSAppleEventDescriptor *)__attribute__((unused)) reply {
 }
 
-- (void)handleScanCitationsEvent:(NSAppleEventDescriptor *)__attribute__((unused))event
-                  withReplyEvent:(NSAppleEventDescriptor *)__attribute__((unused))reply {
+- (void)handleScanCitationsEvent:(NSAppleEventDescriptor *)__attribute__((unused)) event
+                  withReplyEvent:(NSAppleEventDescriptor *)__attribute__((unused)) reply {
   NSLog(@"KorvoMellelAgent.handleScanCitation:  Got a Rmci event - this is obsolete and no longer "
         @"supported.");
 }

@@ -3,9 +3,9 @@
 
 #import "KorvoMellelAgent.h"
 
-#import <ApplicationServices/ApplicationServices.h>
-
 #include <Formats/PayloadWriter.h>
+
+#import <ApplicationServices/ApplicationServices.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -61,8 +61,7 @@ extern const OSType mellelSignature;
 - (void)appendNotesToSummary:(NSMutableAttributedString *)summary;
 - (NSString *)scrubVerified:(NSString *)groupString;
 // The formatted text of each group, an array of NSAttributedString.
-- (NSArray *)citationGroupStringsWithGroupArray:(NSArray *)groups
-                                       andStyle:(id<KorvoBibStyle>)style;
+- (NSArray *)citationGroupStringsWithGroupArray:(NSArray *)groups andStyle:(id<KorvoBibStyle>)style;
 @end
 
 @interface KorvoMellelAgent (Scan)

@@ -4,10 +4,9 @@
 // sent. Texts that a host makes anew for each question are asked for twice: once to measure and
 // once to copy; where the two differ, that is a programming error of the host's.
 
-#import "KorvoMellelAgent+Private.h"
-
 #import "AtEndOfScope.h"
 #import "KOMellelScanController.h"
+#import "KorvoMellelAgent+Private.h"
 #import "LoopPool.h"
 #import "OutgoingBuffer.h"
 #import "PayloadStrings.h"
@@ -66,7 +65,7 @@ class CancelUnlessAnswered {
 @implementation KorvoMellelAgent (Scan)
 
 - (void)handlePreliminaryScanEvent:(NSAppleEventDescriptor *)event
-                    withReplyEvent:(NSAppleEventDescriptor *)__attribute__((unused))reply {
+                    withReplyEvent:(NSAppleEventDescriptor *)__attribute__((unused)) reply {
   CancelUnlessAnswered cancel(self);
   NSData *data = [[event paramDescriptorForKeyword:keyDirectObject] data];
   if (data == nil && [data length] >= 10) {
@@ -152,7 +151,7 @@ class CancelUnlessAnswered {
 }
 
 - (void)handleFinalScanEvent:(NSAppleEventDescriptor *)event
-              withReplyEvent:(NSAppleEventDescriptor *)__attribute__((unused))reply {
+              withReplyEvent:(NSAppleEventDescriptor *)__attribute__((unused)) reply {
   CancelUnlessAnswered cancel(self);
   NSData *data = [[event paramDescriptorForKeyword:keyDirectObject] data];
   if (data == nil && [data length] >= 14) {
@@ -222,8 +221,7 @@ class CancelUnlessAnswered {
     return;
   }
   documentID = 0;
-  formats::LiveBibliographyRequest request =
-      formats::decodeLiveBibliographyRequest(bytesOf(data));
+  formats::LiveBibliographyRequest request = formats::decodeLiveBibliographyRequest(bytesOf(data));
   if (request.wantsBibliography) {
     generateBibliography = YES;
   }
@@ -349,8 +347,8 @@ class CancelUnlessAnswered {
 }
 
 - (NSData *)bibliographyForCitations:(NSArray *)citations inStyle:(id<KorvoBibStyle>)style {
-  NSMutableDictionary *attributes =
-      [NSMutableDictionary dictionaryWithObject:NSRTFTextDocumentType forKey:@"DocumentType"];
+  NSMutableDictionary *attributes = [NSMutableDictionary dictionaryWithObject:NSRTFTextDocumentType
+                                                                       forKey:@"DocumentType"];
   NSAttributedString *bibliography =
       [style attributedBibliographyStringForCitationArray:citations attributes:attributes];
   return [bibliography RTFFromRange:NSMakeRange(0, [bibliography length])

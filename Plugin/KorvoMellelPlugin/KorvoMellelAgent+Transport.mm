@@ -1,5 +1,4 @@
 #import "KorvoMellelAgent+Private.h"
-
 #import "TextBridge.h"
 
 #include <Formats/EventTable.h>
@@ -45,8 +44,8 @@ constexpr NSInteger normalWindowLevel = 0;
   OwnedDescriptor target;
   OwnedDescriptor event;
   OwnedDescriptor reply;
-  OSStatus status = AECreateDesc(typeApplSignature, &mellelSignature, sizeof mellelSignature,
-                                 &target.descriptor);
+  OSStatus status =
+      AECreateDesc(typeApplSignature, &mellelSignature, sizeof mellelSignature, &target.descriptor);
   if (status == noErr) {
     status = AECreateAppleEvent(eventClass, eventID, &target.descriptor, kAutoGenerateReturnID,
                                 kAnyTransactionID, &event.descriptor);
@@ -137,7 +136,7 @@ constexpr NSInteger normalWindowLevel = 0;
 // preferences. They go out for an empty or absent payload too: a Mellel that says nothing of itself
 // is no reason to keep it waiting.
 - (void)handleHandshakeEvent:(NSAppleEventDescriptor *)event
-              withReplyEvent:(NSAppleEventDescriptor *)__attribute__((unused))reply {
+              withReplyEvent:(NSAppleEventDescriptor *)__attribute__((unused)) reply {
   NSData *data = [[event paramDescriptorForKeyword:keyDirectObject] data];
   if (data == nil && [data length] / 2 >= 2) {
     NSLog(@"KorvoMellelAgent: handshake event - illegal payload");

@@ -12,8 +12,9 @@
 //   KorvoMellelAgent+Insertion.mm        insertion, lookup, retired requests
 #pragma once
 
-#import <Cocoa/Cocoa.h>
 #import <HostContract/HostContract.h>
+
+#import <Cocoa/Cocoa.h>
 
 @interface KorvoMellelAgent : NSObject <KorvoWordProcessorIntegrationPlugin, KorvoPlugin> {
   // The Mellel document that the current conversation is about; echoed in answers.

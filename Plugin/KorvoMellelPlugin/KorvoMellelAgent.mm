@@ -23,8 +23,8 @@ static id<KorvoWordProcessorIntegrationAdapter> adapter = nil;
       {formats::request::insertCitation, @selector(handleFindStringEvent:withReplyEvent:)},
       {formats::request::findCitation, @selector(handleFindCitationEvent:withReplyEvent:)},
       {formats::request::handshake, @selector(handleHandshakeEvent:withReplyEvent:)},
-      {formats::request::liveBibliography,
-       @selector(handleCreateBibliographyEvent:withReplyEvent:)},
+      {formats::request::liveBibliography, @selector(handleCreateBibliographyEvent:
+                                                                    withReplyEvent:)},
       {formats::request::preliminaryScan, @selector(handlePreliminaryScanEvent:withReplyEvent:)},
       {formats::request::scanCitations, @selector(handleScanCitationsEvent:withReplyEvent:)},
       {formats::request::finalScan, @selector(handleFinalScanEvent:withReplyEvent:)},
@@ -97,17 +97,17 @@ static id<KorvoWordProcessorIntegrationAdapter> adapter = nil;
 - (void)start {
 }
 
-- (id)citationStringForIDList:(id)__attribute__((unused))identifiers
-                    withStyle:(id)__attribute__((unused))style
-                   atPosition:(int32_t)__attribute__((unused))position {
+- (id)citationStringForIDList:(id)__attribute__((unused)) identifiers
+                    withStyle:(id)__attribute__((unused)) style
+                   atPosition:(int32_t)__attribute__((unused)) position {
   NSLog(@"KorvoMellelAgent.citationStringForIDList: currently unsupported.");
   return @"";
 }
 
-- (id)bibliographyElementsForIDList:(id)__attribute__((unused))identifiers
-                          withStyle:(id)__attribute__((unused))style
-                 returningCitations:(BOOL)__attribute__((unused))citationsWanted
-              returningBibliography:(BOOL)__attribute__((unused))bibliographyWanted {
+- (id)bibliographyElementsForIDList:(id)__attribute__((unused)) identifiers
+                          withStyle:(id)__attribute__((unused)) style
+                 returningCitations:(BOOL)__attribute__((unused)) citationsWanted
+              returningBibliography:(BOOL)__attribute__((unused)) bibliographyWanted {
   NSLog(@"KorvoMellelAgent.bibliographyElementsForIDList: currently unsupported.");
   return @"";
 }
@@ -120,9 +120,8 @@ static id<KorvoWordProcessorIntegrationAdapter> adapter = nil;
   const AEEventID eventIDs[] = {formats::request::scanCitations, formats::request::insertCitation,
                                 formats::request::findCitation, formats::request::handshake};
   for (const AEEventID eventID : eventIDs) {
-    [[NSAppleEventManager sharedAppleEventManager]
-        removeEventHandlerForEventClass:mellelSignature
-                             andEventID:eventID];
+    [[NSAppleEventManager sharedAppleEventManager] removeEventHandlerForEventClass:mellelSignature
+                                                                        andEventID:eventID];
   }
 }
 

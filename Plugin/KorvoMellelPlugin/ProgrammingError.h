@@ -7,8 +7,8 @@
 
 // Reports the error as one of KorvoMellelAgent's source at a fixed line, by which it is known in
 // logs whatever the source looks like today. The description is handed on as the format, so that a
-// handler sees it whether it formats or not: no percent sign may stand in it. Returns if the handler
-// does.
+// handler sees it whether it formats or not: no percent sign may stand in it. Returns if the
+// handler does.
 void reportProgrammingError(SEL method, id object, NSInteger lineNumber, NSString *description);
 
 // The object, unless it is nil: then an exception (NSInternalInconsistencyException) that says what

@@ -6,10 +6,9 @@
 
 #import "TextBridge.h"
 
-#import <HostContract/HostContract.h>
-
 #include <Formats/PidginRTFReader.h>
 #include <Formats/PidginRTFWriter.h>
+#import <HostContract/HostContract.h>
 
 #include <bit>
 

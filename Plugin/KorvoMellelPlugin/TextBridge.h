@@ -20,8 +20,8 @@ class CodeUnitReader {
   std::u16string units_;
 };
 
-// An autoreleased string of these code units; never nil. GNUstep refuses lone surrogates: where it does,
-// they become U+FFFD.
+// An autoreleased string of these code units; never nil. GNUstep refuses lone surrogates: where it
+// does, they become U+FFFD.
 NSString *stringWithCodeUnits(std::u16string_view text);
 
 // The same with lone surrogates kept. Such a string has no UTF-8: it is for texts that go back

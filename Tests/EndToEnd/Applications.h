@@ -1,12 +1,12 @@
 // The two programs under test, started the way a user starts them, and what the tests ask of them.
 #pragma once
 
+#include "ChildProcess.h"
+
 #include <filesystem>
 #include <map>
 #include <string>
 #include <vector>
-
-#include "ChildProcess.h"
 
 namespace endtoend {
 

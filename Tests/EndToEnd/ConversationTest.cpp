@@ -1,10 +1,10 @@
 // The other things that the two programs say to each other, and what the host shows its user.
+#include "Applications.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
-
-#include "Applications.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
 // The private desktop itself: what it gives a command, and that nothing of it is left.
+#include "ChildProcess.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <filesystem>
 #include <thread>
-
-#include "ChildProcess.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // The dialog that asks for a style, driven by real clicks and keys.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "Applications.h"
 #include "Window.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,13 +1,13 @@
 // A scan changes what it was asked to change, and nothing else.
+#include "Applications.h"
+#include "Documents.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <algorithm>
 #include <utility>
-
-#include "Applications.h"
-#include "Documents.h"
 
 namespace {
 

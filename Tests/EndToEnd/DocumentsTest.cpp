@@ -1,8 +1,8 @@
 // The checks are only as good as what they are made with.
+#include "Documents.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include "Documents.h"
 
 namespace {
 

@@ -1,5 +1,8 @@
 // The bus, the host or the word processor goes away, at any moment of a scan: the draft stays as it
 // is, a copy is whole or not there, and whoever is left serves on.
+#include "../Platform/PrivateBus.h"
+#include "Applications.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -9,9 +12,6 @@
 #include <memory>
 #include <string>
 #include <thread>
-
-#include "../Platform/PrivateBus.h"
-#include "Applications.h"
 
 namespace {
 

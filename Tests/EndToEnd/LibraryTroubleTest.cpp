@@ -1,5 +1,7 @@
 // A library that cannot be written, or not to the end, or read: one line that names it, the status
 // 1, and the library that was there is there as it was.
+#include "Applications.h"
+
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,8 +10,6 @@
 #include <chrono>
 #include <csignal>
 #include <thread>
-
-#include "Applications.h"
 
 namespace {
 

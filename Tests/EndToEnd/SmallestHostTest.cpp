@@ -1,10 +1,10 @@
 // The example for host authors is a host: the plug-in works in it, and a document is scanned by it.
+#include "Applications.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <csignal>
-
-#include "Applications.h"
 
 namespace {
 
@@ -14,8 +14,9 @@ using testing::Not;
 
 TEST(SmallestHost, ScansADocumentWithItsOneReference) {
   const TemporaryDirectory directory;
-  writeFile(directory.path() / "draft.rtf",
-            "{\\rtf1\\ansi Species change \\{Darwin 1859\\}, says no other \\{Nobody 1900\\}.\\par}");
+  writeFile(
+      directory.path() / "draft.rtf",
+      "{\\rtf1\\ansi Species change \\{Darwin 1859\\}, says no other \\{Nobody 1900\\}.\\par}");
   ChildProcess host({program("smallest-host"), PLUGIN_BUNDLE});
   ASSERT_TRUE(host.waitForLine("ready")) << host.standardError();
   EXPECT_THAT(host.standardOutput(), HasSubstr("Mellel, version 2, Word processor"));

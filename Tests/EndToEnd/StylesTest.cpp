@@ -1,9 +1,9 @@
 // What a reader of the formatted copy sees, in styles of each kind. The strings were compared with
 // those of another CSL processor (pandoc's) for the same library, styles and order of citations.
+#include "Applications.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include "Applications.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
 // What can go wrong for a user: one clear line, the status that says which kind of trouble it is,
 // no half-written copy.
+#include "Applications.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <sstream>
-
-#include "Applications.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 #include "Window.h"
 
+#include "ChildProcess.h"
+
 #include <chrono>
 #include <sstream>
 #include <thread>
-
-#include "ChildProcess.h"
 
 namespace endtoend {
 

@@ -1,5 +1,8 @@
 // What an author does while writing: inserting what is selected, correcting a reference, keeping a
 // formatted copy beside the draft.
+#include "Applications.h"
+#include "Window.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -7,9 +10,6 @@
 #include <csignal>
 #include <string>
 #include <thread>
-
-#include "Applications.h"
-#include "Window.h"
 
 namespace {
 
@@ -55,8 +55,8 @@ TEST(Writing, ACopyFollowsEverySaveOfTheDraft) {
   writeFile(file, draft);
   Host host;
   ASSERT_TRUE(host.isReady());
-  ChildProcess mellel({program("mellel"), "live", "--watch", file.string(), "--style", "apa", "-o",
-                       copy.string()});
+  ChildProcess mellel(
+      {program("mellel"), "live", "--watch", file.string(), "--style", "apa", "-o", copy.string()});
   ASSERT_TRUE(comesToHold(copy, "(Alder, 2002)")) << mellel.standardError();
   EXPECT_THAT(readFile(copy), Not(HasSubstr("(Turing, 1950)")));
   writeFile(file, draft.substr(0, draft.size() - 1) + " Machines \\{Turing 1950\\}.\\par}");
@@ -84,8 +84,8 @@ TEST(Writing, AReferenceCorrectedInItsEditorIsCitedAsCorrected) {
   editor.press("x");
   editor.click(-63, -36);
   const auto corrected = [&] {
-    return scanFile(directory.path() / "draft.rtf", {"--style", "apa"})
-               .copy.find("Old Titlex") != std::string::npos;
+    return scanFile(directory.path() / "draft.rtf", {"--style", "apa"}).copy.find("Old Titlex") !=
+           std::string::npos;
   };
   // The click is on its way when the first scan asks.
   bool isCorrected = corrected();

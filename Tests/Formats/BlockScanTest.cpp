@@ -1,13 +1,14 @@
 // The scans against a loop over single units: every place of what is wanted, every length around
 // the block's, and every start, in memory that ends where the text does.
+#include "GuardedBytes.h"
+
 #include <Formats/BlockScan.h>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <string>
 #include <vector>
-
-#include "GuardedBytes.h"
 
 namespace {
 

@@ -1,13 +1,14 @@
+#include "Payloads.h"
+
 #include <Formats/CitationResolution.h>
 #include <Formats/RecordMarkup.h>
 #include <Formats/Unicode.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
-
-#include "Payloads.h"
 
 namespace {
 

@@ -1,11 +1,12 @@
+#include "AllStrings.h"
+#include "ReferenceCitationText.h"
+
 #include <Formats/CitationText.h>
+
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
-
-#include "AllStrings.h"
-#include "ReferenceCitationText.h"
 
 namespace {
 

@@ -1,4 +1,5 @@
 #include <Formats/EventTable.h>
+
 #include <gtest/gtest.h>
 
 namespace {

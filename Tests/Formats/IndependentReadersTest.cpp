@@ -4,8 +4,9 @@
 // One thing these programs read by RTF's rules: the blank behind a hexadecimal escape is text. In
 // two things they differ, which a Reader names.
 
-#include <expat.h>
 #include <Formats/PidginRTFWriter.h>
+
+#include <expat.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
 

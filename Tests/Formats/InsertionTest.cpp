@@ -1,12 +1,13 @@
+#include "Payloads.h"
+
 #include <Formats/Insertion.h>
 #include <Formats/RecordMarkup.h>
 #include <Formats/Unicode.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
-
-#include "Payloads.h"
 
 namespace {
 

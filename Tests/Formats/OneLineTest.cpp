@@ -1,5 +1,6 @@
 #include <Formats/OneLine.h>
 #include <Formats/Unicode.h>
+
 #include <gtest/gtest.h>
 
 using formats::inOneLine;

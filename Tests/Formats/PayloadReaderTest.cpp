@@ -1,13 +1,14 @@
+#include "AllStrings.h"
+#include "Payloads.h"
+
 #include <Formats/PayloadReader.h>
+
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <limits>
 #include <string>
 #include <vector>
-
-#include "AllStrings.h"
-#include "Payloads.h"
 
 namespace {
 

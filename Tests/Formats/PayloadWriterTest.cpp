@@ -1,11 +1,12 @@
+#include "AllStrings.h"
+#include "Payloads.h"
+
 #include <Formats/PayloadWriter.h>
 #include <Formats/Unicode.h>
+
 #include <gtest/gtest.h>
 
 #include <string>
-
-#include "AllStrings.h"
-#include "Payloads.h"
 
 namespace {
 

@@ -2,13 +2,13 @@
 // a payload that are tried on all of them.
 #pragma once
 
+#include "GuardedBytes.h"
+
 #include <gmock/gmock.h>
 
 #include <cstddef>
 #include <string>
 #include <string_view>
-
-#include "GuardedBytes.h"
 
 using namespace std::string_literals;
 using namespace std::string_view_literals;

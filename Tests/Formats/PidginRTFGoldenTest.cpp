@@ -4,6 +4,7 @@
 #include <Formats/PidginRTFReader.h>
 #include <Formats/PidginRTFWriter.h>
 #include <Formats/Unicode.h>
+
 #include <gtest/gtest.h>
 
 #include <fstream>

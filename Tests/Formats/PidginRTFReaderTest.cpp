@@ -1,11 +1,12 @@
-#include <Formats/PidginRTFReader.h>
-#include <gtest/gtest.h>
-
-#include <string>
-
 #include "AllStrings.h"
 #include "Payloads.h"
 #include "ReferencePidginRTF.h"
+
+#include <Formats/PidginRTFReader.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
 
 namespace {
 

@@ -1,13 +1,14 @@
+#include "AllStrings.h"
+#include "Payloads.h"
+#include "ReferencePidginRTF.h"
+
 #include <Formats/PidginRTFWriter.h>
+
 #include <gtest/gtest.h>
 
 #include <array>
 #include <string>
 #include <vector>
-
-#include "AllStrings.h"
-#include "Payloads.h"
-#include "ReferencePidginRTF.h"
 
 namespace {
 

@@ -1,12 +1,13 @@
+#include "AllStrings.h"
+#include "ReferenceRecordMarkup.h"
+
 #include <Formats/RecordMarkup.h>
 #include <Formats/Unicode.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
-
-#include "AllStrings.h"
-#include "ReferenceRecordMarkup.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 // The XML texts, put together and taken apart character by character.
 #pragma once
 
+#include "ReferenceVerifiedMarker.h"
+
 #include <string>
 #include <vector>
-
-#include "ReferenceVerifiedMarker.h"
 
 namespace reference {
 

@@ -1,11 +1,11 @@
 // The scan requests read byte by byte from a payload that endless NUL bytes follow.
 #pragma once
 
+#include "ReferenceVerifiedMarker.h"
+
 #include <cstdint>
 #include <string>
 #include <vector>
-
-#include "ReferenceVerifiedMarker.h"
 
 namespace reference {
 

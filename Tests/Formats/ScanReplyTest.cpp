@@ -1,11 +1,12 @@
+#include "Payloads.h"
+
 #include <Formats/ScanReply.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
-
-#include "Payloads.h"
 
 namespace {
 

@@ -1,13 +1,14 @@
+#include "AllStrings.h"
+#include "Payloads.h"
+#include "ReferenceScanRequest.h"
+
 #include <Formats/ScanRequest.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
-
-#include "AllStrings.h"
-#include "Payloads.h"
-#include "ReferenceScanRequest.h"
 
 namespace {
 

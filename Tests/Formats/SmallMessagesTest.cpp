@@ -1,10 +1,11 @@
+#include "Payloads.h"
+
 #include <Formats/SmallMessages.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
-
-#include "Payloads.h"
 
 namespace {
 

@@ -1,12 +1,13 @@
+#include "AllStrings.h"
+#include "Payloads.h"
+#include "ReferenceUnicode.h"
+
 #include <Formats/Unicode.h>
+
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
-
-#include "AllStrings.h"
-#include "Payloads.h"
-#include "ReferenceUnicode.h"
 
 namespace {
 

@@ -1,10 +1,11 @@
+#include "AllStrings.h"
+#include "ReferenceVerifiedMarker.h"
+
 #include <Formats/VerifiedMarker.h>
+
 #include <gtest/gtest.h>
 
 #include <string>
-
-#include "AllStrings.h"
-#include "ReferenceVerifiedMarker.h"
 
 namespace {
 

@@ -1,6 +1,8 @@
 // The hex examples of Documentation/WireFormats.md, read from the page itself and compared
 // with what the encoders make: documentation that goes out of date fails here.
 
+#include "Payloads.h"
+
 #include <Formats/CitationResolution.h>
 #include <Formats/Insertion.h>
 #include <Formats/PidginRTFWriter.h>
@@ -8,6 +10,7 @@
 #include <Formats/ScanReply.h>
 #include <Formats/ScanRequest.h>
 #include <Formats/SmallMessages.h>
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -15,8 +18,6 @@
 #include <map>
 #include <string>
 #include <vector>
-
-#include "Payloads.h"
 
 namespace {
 

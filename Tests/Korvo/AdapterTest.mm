@@ -47,7 +47,8 @@ TEST_F(Adapter, NothingMatchesInNoLibrary) {
   NSSet *found = [adapter_.get() referencesMatchingTag:@"SMI2001" inLibrary:nil];
   ASSERT_NE(found, nil);
   EXPECT_EQ([found count], 0U);
-  EXPECT_EQ([[adapter_.get() referencesMatchingTag:@"SMI2001" inLibrary:(id)@"no library"] count], 0U);
+  EXPECT_EQ([[adapter_.get() referencesMatchingTag:@"SMI2001" inLibrary:(id) @"no library"] count],
+            0U);
 }
 
 TEST_F(Adapter, TwoLookUpsFindTheSameReference) {
@@ -70,7 +71,8 @@ TEST_F(Adapter, TheTagIsIdentifierOrElseFirstAuthorAndYearOrElseNothing) {
 }
 
 TEST_F(Adapter, SplitsAGroupIntoItsCitations) {
-  NSArray *strings = [adapter_.get() citationStringArrayForCitationGroupString:@" {Smith 2001#SMI2001@45; Jones 1999} "];
+  NSArray *strings = [adapter_.get()
+      citationStringArrayForCitationGroupString:@" {Smith 2001#SMI2001@45; Jones 1999} "];
   ASSERT_EQ([strings count], 2U);
   EXPECT_EQ(utf8([strings objectAtIndex:0]), "Smith 2001#SMI2001@45");
   EXPECT_EQ(utf8([strings objectAtIndex:1]), " Jones 1999");
@@ -79,7 +81,7 @@ TEST_F(Adapter, SplitsAGroupIntoItsCitations) {
 
 TEST_F(Adapter, AFreshCitationIsPlain) {
   KOCitation *made = (KOCitation *)[adapter_.get() createCitation];
-  EXPECT_EQ([made parts], korvo::adapter::CitationParts{});
+  EXPECT_EQ([made parts], korvo::adapter::CitationParts {});
   EXPECT_TRUE([made parts].includeInBody);
   EXPECT_TRUE([made parts].includeInBibliography);
   EXPECT_EQ([made reference], nil);
@@ -97,10 +99,15 @@ TEST_F(Adapter, ACitationRemembersWhatItIsTold) {
   [made setStripEnclosure:YES];
   [made setSuppressSuperscript:YES];
   [made setUseYearOnly:YES];
-  EXPECT_EQ([made parts], (korvo::adapter::CitationParts{.searchString = u"s", .pageRange = u"1", .prependString = u"p ",
-                                               .appendString = u" a", .includeInBody = false,
-                                               .includeInBibliography = false, .useYearOnly = true,
-                                               .suppressSuperscript = true, .stripEnclosure = true}));
+  EXPECT_EQ([made parts], (korvo::adapter::CitationParts{.searchString = u"s",
+                                                         .pageRange = u"1",
+                                                         .prependString = u"p ",
+                                                         .appendString = u" a",
+                                                         .includeInBody = false,
+                                                         .includeInBibliography = false,
+                                                         .useYearOnly = true,
+                                                         .suppressSuperscript = true,
+                                                         .stripEnclosure = true}));
   [made setPageRange:nil];
   EXPECT_EQ([made parts].pageRange, u"");
 }
@@ -161,7 +168,8 @@ TEST_F(Adapter, AProblemIsShownOnlyOnce) {
 TEST_F(Adapter, ASummaryDescribesTheReferenceWithItsTitle) {
   EXPECT_EQ(utf8([[adapter_.get() summaryWithTitleForReference:reference(@"SMI2001")] string]),
             "Smith, John (2001). On Heat. [SMI2001]");
-  EXPECT_EQ([[adapter_.get() summaryWithTitleForReference:[library_.get() referenceAtRow:6]] length], 0U);
+  EXPECT_EQ(
+      [[adapter_.get() summaryWithTitleForReference:[library_.get() referenceAtRow:6]] length], 0U);
   EXPECT_EQ([[adapter_.get() summaryWithTitleForReference:nil] length], 0U);
 }
 
@@ -173,7 +181,8 @@ TEST_F(Adapter, ATitleThatEndsItselfGetsNoFullStop) {
 }
 
 TEST_F(Adapter, TextAttributesHaveFonts) {
-  for (NSDictionary *attributes : {[adapter_.get() bodyTextAttributes], [adapter_.get() subtitleTextAttributes],
+  for (NSDictionary *attributes : {[adapter_.get() bodyTextAttributes],
+                                   [adapter_.get() subtitleTextAttributes],
                                    [adapter_.get() notesTextAttributes]}) {
     EXPECT_NE([attributes objectForKey:NSFontAttributeName], nil);
   }

@@ -10,11 +10,11 @@
 using korvo::engine::Bibliography;
 using korvo::engine::FormattedText;
 using Piece = korvo::engine::Run;
-using korvo::engine::VerticalPosition;
-using korvo::adapter::attributedBibliography;
-using korvo::adapter::attributedText;
 using hosttest::markup;
 using hosttest::utf8;
+using korvo::adapter::attributedBibliography;
+using korvo::adapter::attributedText;
+using korvo::engine::VerticalPosition;
 
 // A text for which a plug-in brings a conversion of its own.
 @interface ConvertibleText : NSAttributedString
@@ -48,8 +48,14 @@ class AttributedText : public hosttest::HostTest {};
 
 Bibliography twoEntries() {
   Bibliography bibliography;
-  bibliography.entries = {{.itemId = "a", .firstField = std::nullopt, .text = {{Piece{.text = u"First ", }, Piece{.text = u"title", .italic = true}}}},
-                          {.itemId = "b", .firstField = std::nullopt, .text = {{Piece{.text = u"Second"}}}}};
+  bibliography.entries = {
+      {.itemId = "a",
+       .firstField = std::nullopt,
+       .text = {{Piece{
+                     .text = u"First ",
+                 },
+                 Piece{.text = u"title", .italic = true}}}},
+      {.itemId = "b", .firstField = std::nullopt, .text = {{Piece{.text = u"Second"}}}}};
   return bibliography;
 }
 
@@ -60,8 +66,7 @@ NSParagraphStyle *paragraphAt(NSAttributedString *text, NSUInteger index) {
 }  // namespace
 
 TEST_F(AttributedText, EveryLookBecomesAnAttributeThatThePredicatesSee) {
-  const FormattedText text{{Piece{.text = u"plain "},
-                            Piece{.text = u"b", .bold = true},
+  const FormattedText text{{Piece{.text = u"plain "}, Piece{.text = u"b", .bold = true},
                             Piece{.text = u"i", .italic = true},
                             Piece{.text = u"u", .underline = true},
                             Piece{.text = u"x", .bold = true, .italic = true},
@@ -78,7 +83,12 @@ TEST_F(AttributedText, NoRunsAreAnEmptyText) {
 }
 
 TEST_F(AttributedText, PredicatesAnswerExactlyYesOrNo) {
-  NSAttributedString *text = attributedText({{Piece{.text = u"x", .bold = true, .italic = true, .underline = true, .verticalPosition = VerticalPosition::superscript}}});
+  NSAttributedString *text =
+      attributedText({{Piece{.text = u"x",
+                             .bold = true,
+                             .italic = true,
+                             .underline = true,
+                             .verticalPosition = VerticalPosition::superscript}}});
   EXPECT_EQ(static_cast<int>([text isBoldAtIndex:0]), 1);
   EXPECT_EQ(static_cast<int>([text isItalicizedAtIndex:0]), 1);
   EXPECT_EQ(static_cast<int>([text isUnderlinedAtIndex:0]), 1);
@@ -90,8 +100,11 @@ TEST_F(AttributedText, PredicatesSayNoToTextWithoutOrWithOddAttributes) {
   NSAttributedString *bare = [[[NSAttributedString alloc] initWithString:@"x"] autorelease];
   NSAttributedString *odd = [[[NSAttributedString alloc]
       initWithString:@"x"
-          attributes:[NSDictionary dictionaryWithObject:[NSColor redColor] forKey:NSSuperscriptAttributeName]] autorelease];
-  for (NSAttributedString *text : {bare, odd}) EXPECT_EQ(markup(text), "x");
+          attributes:[NSDictionary dictionaryWithObject:[NSColor redColor]
+                                                 forKey:NSSuperscriptAttributeName]] autorelease];
+  for (NSAttributedString *text : {bare, odd}) {
+    EXPECT_EQ(markup(text), "x");
+  }
 }
 
 TEST_F(AttributedText, AnEntryOfTheBibliographyIsAParagraph) {
@@ -138,19 +151,23 @@ TEST_F(AttributedText, TheBibliographyKeepsItsLooksInRTF) {
   bibliography.hangingIndent = true;
   bibliography.entries[1].text.runs[0].text = u"Ångström – 温度";
   NSAttributedString *text = attributedBibliography(bibliography);
-  NSDictionary *attributes = [NSDictionary dictionaryWithObject:NSRTFTextDocumentType forKey:@"DocumentType"];
+  NSDictionary *attributes = [NSDictionary dictionaryWithObject:NSRTFTextDocumentType
+                                                         forKey:@"DocumentType"];
   NSData *data = [text RTFFromRange:NSMakeRange(0, [text length]) documentAttributes:attributes];
   const std::string rtf(static_cast<const char *>([data bytes]), [data length]);
   EXPECT_EQ(rtf.compare(0, 5, "{\\rtf"), 0) << rtf;
   EXPECT_NE(rtf.find("\\i"), std::string::npos) << rtf;
   EXPECT_NE(rtf.find("\\li720"), std::string::npos) << rtf;
   EXPECT_NE(rtf.find("\\par"), std::string::npos) << rtf;
-  NSAttributedString *back = [[[NSAttributedString alloc] initWithRTF:data documentAttributes:NULL] autorelease];
+  NSAttributedString *back = [[[NSAttributedString alloc] initWithRTF:data
+                                                   documentAttributes:NULL] autorelease];
   EXPECT_EQ(markup(back), "First <i>title</i>\nÅngström – 温度");
 }
 
 TEST_F(AttributedText, PidginRTFKeepsTheFiveLooks) {
-  const FormattedText text{{Piece{.text = u"a "}, Piece{.text = u"é{", .italic = true}, Piece{.text = u"2", .verticalPosition = VerticalPosition::superscript}}};
+  const FormattedText text{
+      {Piece{.text = u"a "}, Piece{.text = u"é{", .italic = true},
+       Piece{.text = u"2", .verticalPosition = VerticalPosition::superscript}}};
   const std::string rtf = utf8(korvo::adapter::pidginRTF(attributedText(text)));
   EXPECT_NE(rtf.find("a "), std::string::npos) << rtf;
   EXPECT_NE(rtf.find("{\\i "), std::string::npos) << rtf;
@@ -172,7 +189,8 @@ TEST_F(AttributedText, PidginRTFOfNothingIsEmpty) {
 // Behind a mark that is turned round, what is well-formed could be turned into half a pair.
 TEST_F(AttributedText, AByteOrderMarkAtTheBeginningIsACharacterOfTheText) {
   for (const char16_t mark : {u'\uFEFF', u'\uFFFE'}) {
-    EXPECT_EQ(korvo::adapter::utf16(korvo::adapter::stringFromUTF16(std::u16string(1, mark))), std::u16string(1, mark));
+    EXPECT_EQ(korvo::adapter::utf16(korvo::adapter::stringFromUTF16(std::u16string(1, mark))),
+              std::u16string(1, mark));
     for (unsigned unit = 0; unit < 0x10000; ++unit) {
       if (unit < 0xD800 || unit > 0xDFFF) {
         const std::u16string text = {mark, static_cast<char16_t>(unit)};
@@ -180,15 +198,21 @@ TEST_F(AttributedText, AByteOrderMarkAtTheBeginningIsACharacterOfTheText) {
       }
     }
     const std::u16string withHalfAPair = {mark, 0xD800, u'a'};
-    EXPECT_EQ(korvo::adapter::utf16(korvo::adapter::stringFromUTF16(withHalfAPair)), (std::u16string{mark, 0xFFFD, u'a'}));
+    EXPECT_EQ(korvo::adapter::utf16(korvo::adapter::stringFromUTF16(withHalfAPair)),
+              (std::u16string{mark, 0xFFFD, u'a'}));
   }
 }
 
 TEST_F(AttributedText, TextsCrossTheBridgeUnchanged) {
-  for (const std::u16string_view text : {std::u16string_view(u""), std::u16string_view(u"a\0b", 3), std::u16string_view(u"ü𝄞")}) {
+  for (const std::u16string_view text :
+       {std::u16string_view(u""), std::u16string_view(u"a\0b", 3), std::u16string_view(u"ü𝄞")}) {
     EXPECT_EQ(korvo::adapter::utf16(korvo::adapter::stringFromUTF16(text)), text);
-    EXPECT_EQ(korvo::adapter::utf16(korvo::adapter::stringFromUTF8(korvo::adapter::utf8(korvo::adapter::stringFromUTF16(text)))), text);
+    EXPECT_EQ(korvo::adapter::utf16(korvo::adapter::stringFromUTF8(
+                  korvo::adapter::utf8(korvo::adapter::stringFromUTF16(text)))),
+              text);
   }
-  EXPECT_EQ(korvo::adapter::utf8(korvo::adapter::stringFromUTF16(std::u16string(1, static_cast<char16_t>(0xD800)))), "\uFFFD");
+  EXPECT_EQ(korvo::adapter::utf8(
+                korvo::adapter::stringFromUTF16(std::u16string(1, static_cast<char16_t>(0xD800)))),
+            "\uFFFD");
   EXPECT_EQ(korvo::adapter::utf8(nil), "");
 }

@@ -1,5 +1,6 @@
-#include <gtest/gtest.h>
 #include <StandIns/Korvo/Library/BibliographicRecord.h>
+
+#include <gtest/gtest.h>
 
 using korvo::library::authorsInOneLine;
 using korvo::library::BibliographicRecord;

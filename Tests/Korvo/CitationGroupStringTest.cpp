@@ -1,6 +1,7 @@
+#include <StandIns/Korvo/Adapter/CitationGroupString.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <StandIns/Korvo/Adapter/CitationGroupString.h>
 
 using korvo::adapter::citationStrings;
 using testing::ElementsAre;

@@ -1,6 +1,7 @@
+#include <StandIns/Korvo/Library/CitationName.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <StandIns/Korvo/Library/CitationName.h>
 
 #include <algorithm>
 

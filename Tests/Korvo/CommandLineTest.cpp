@@ -1,6 +1,7 @@
+#include <StandIns/Korvo/Application/CommandLine.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <StandIns/Korvo/Application/CommandLine.h>
 
 using korvo::application::Command;
 using korvo::application::ImportFiles;

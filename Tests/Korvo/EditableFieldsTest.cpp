@@ -1,5 +1,6 @@
-#include <gtest/gtest.h>
 #include <StandIns/Korvo/Library/EditableFields.h>
+
+#include <gtest/gtest.h>
 
 #include <algorithm>
 

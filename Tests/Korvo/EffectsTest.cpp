@@ -1,5 +1,6 @@
-#include <gtest/gtest.h>
 #include <StandIns/Korvo/Application/Effects.h>
+
+#include <gtest/gtest.h>
 
 using korvo::application::announce;
 using korvo::application::announceNotice;

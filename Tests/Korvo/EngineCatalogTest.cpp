@@ -1,10 +1,11 @@
-#include <gtest/gtest.h>
+#include "TemporaryDirectory.h"
+
 #include <StandIns/Korvo/Engine/StyleCatalog.h>
+
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <fstream>
-
-#include "TemporaryDirectory.h"
 
 namespace {
 

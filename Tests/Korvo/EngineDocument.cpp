@@ -1,6 +1,7 @@
 #include "EngineDocument.h"
 
 #include <Formats/Unicode.h>
+
 #include <gtest/gtest.h>
 
 #include <utility>
@@ -68,8 +69,8 @@ korvo::engine::CitationProcessor &processor() {
 }
 
 korvo::engine::Style style(std::string_view name) {
-  static korvo::engine::StyleCatalog catalog =
-      korvo::engine::StyleCatalog("/usr/share/citation-style-language/styles", std::filesystem::path());
+  static korvo::engine::StyleCatalog catalog = korvo::engine::StyleCatalog(
+      "/usr/share/citation-style-language/styles", std::filesystem::path());
   auto found = catalog.find(name);
   EXPECT_TRUE(found) << found.error();
   return found ? *std::move(found) : korvo::engine::Style();

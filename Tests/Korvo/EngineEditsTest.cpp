@@ -3,13 +3,13 @@
 // nothing, after every step.
 //
 // KORVO_EDITS=2000 build/bin/EngineTest --gtest_filter='*EngineEdits*' takes many more steps.
+#include "EngineRandomDocuments.h"
+#include "TemporaryDirectory.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdlib>
-
-#include "EngineRandomDocuments.h"
-#include "TemporaryDirectory.h"
 
 using namespace enginetest;
 
@@ -93,8 +93,8 @@ std::vector<std::string> textsOf(const korvo::engine::FormattedDocument &documen
   return texts;
 }
 
-korvo::engine::FormattedDocument format(korvo::engine::CitationProcessor &processor, const korvo::engine::Style &style,
-                                 const Draft &draft) {
+korvo::engine::FormattedDocument format(korvo::engine::CitationProcessor &processor,
+                                        const korvo::engine::Style &style, const Draft &draft) {
   auto document = processor.formatDocument(style, lookUpIn(draft.items), draft.groups, true);
   EXPECT_TRUE(document) << document.error();
   return document ? *std::move(document) : korvo::engine::FormattedDocument();

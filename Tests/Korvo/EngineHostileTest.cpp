@@ -1,10 +1,10 @@
 // Data and texts as no careful author writes them.
+#include "EngineDocument.h"
+#include "TemporaryDirectory.h"
+
 #include <gtest/gtest.h>
 
 #include <fstream>
-
-#include "EngineDocument.h"
-#include "TemporaryDirectory.h"
 
 using namespace enginetest;
 

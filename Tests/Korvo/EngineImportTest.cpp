@@ -1,9 +1,10 @@
-#include <gtest/gtest.h>
+#include "TemporaryDirectory.h"
+
 #include <StandIns/Korvo/Engine/LibraryImporter.h>
 
-#include <fstream>
+#include <gtest/gtest.h>
 
-#include "TemporaryDirectory.h"
+#include <fstream>
 
 namespace {
 

@@ -1,10 +1,11 @@
-#include <gtest/gtest.h>
+#include "EngineDocument.h"
+
 #include <StandIns/Korvo/Engine/MarkedText.h>
+
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <random>
-
-#include "EngineDocument.h"
 
 namespace {
 

@@ -1,11 +1,12 @@
 // A document that was not changed is not formatted again, and one that was, is.
-#include <gtest/gtest.h>
-#include <StandIns/Korvo/Engine/RememberedDocuments.h>
-
-#include <functional>
-
 #include "EngineDocument.h"
 #include "TemporaryDirectory.h"
+
+#include <StandIns/Korvo/Engine/RememberedDocuments.h>
+
+#include <gtest/gtest.h>
+
+#include <functional>
 
 using namespace enginetest;
 using korvo::engine::RememberedDocuments;
@@ -67,9 +68,7 @@ TEST_F(EngineMemory, EverythingThatCanChangeTheAnswerIsAskedAnew) {
   EXPECT_EQ(askChanged([](Question &to) { to.items["b"] = R"({"title":"b"})"; }), "2");
   EXPECT_EQ(askChanged([](Question &to) { to.style.locale = "de-DE"; }), "3");
   EXPECT_EQ(askChanged([](Question &to) { to.wantsBibliography = false; }), "4");
-  EXPECT_EQ(askChanged([](Question &to) {
-              to.groups = {{cite("a")}, {cite("b"), cite("a")}};
-            }),
+  EXPECT_EQ(askChanged([](Question &to) { to.groups = {{cite("a")}, {cite("b"), cite("a")}}; }),
             "5");
   EXPECT_EQ(askChanged([](Question &to) { std::swap(to.groups[0], to.groups[1]); }), "6");
   const std::vector<std::function<void(Cite &)>> changes = {

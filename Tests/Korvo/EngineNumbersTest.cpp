@@ -1,12 +1,12 @@
 // Numbers of works that move: a citation inserted early gives all works after it other numbers,
 // and texts that were printed before are taken from memory with the new ones. Every answer is the
 // one of an engine that remembers nothing and of citeproc-js as its authors use it.
+#include "EngineRandomDocuments.h"
+#include "TemporaryDirectory.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
-
-#include "EngineRandomDocuments.h"
-#include "TemporaryDirectory.h"
 
 using namespace enginetest;
 

@@ -1,7 +1,7 @@
 // What an author can ask of a cite.
-#include <gtest/gtest.h>
-
 #include "EngineDocument.h"
+
+#include <gtest/gtest.h>
 
 using namespace enginetest;
 

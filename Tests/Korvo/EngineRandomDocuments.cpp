@@ -60,7 +60,8 @@ korvo::engine::CitationProcessor &referenceProcessor() {
     std::ifstream stream(CITATION_REFERENCE_SCRIPT, std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(stream), {});
   }();
-  static korvo::engine::CitationProcessor shared("/usr/share/citation-style-language/locales", script);
+  static korvo::engine::CitationProcessor shared("/usr/share/citation-style-language/locales",
+                                                 script);
   return shared;
 }
 

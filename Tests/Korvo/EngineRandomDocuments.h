@@ -2,9 +2,9 @@
 // formatting them that the fast one is compared with.
 #pragma once
 
-#include <random>
-
 #include "EngineDocument.h"
+
+#include <random>
 
 namespace enginetest {
 

@@ -1,15 +1,15 @@
 // The fast way through a document gives what the slow one does, which hands citeproc-js
 // one citation after the other as its authors meant it, and it takes time in proportion
 // to the citations.
+#include "EngineDocument.h"
+#include "EngineRandomDocuments.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
 #include <chrono>
 #include <random>
-
-#include "EngineDocument.h"
-#include "EngineRandomDocuments.h"
 
 using namespace enginetest;
 

@@ -1,9 +1,9 @@
 // Known citations and bibliographies, compared with what the styles' manuals prescribe.
+#include "EngineDocument.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
-
-#include "EngineDocument.h"
 
 using namespace enginetest;
 

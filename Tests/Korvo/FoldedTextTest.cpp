@@ -1,5 +1,6 @@
-#include <gtest/gtest.h>
 #include <StandIns/Korvo/Library/FoldedText.h>
+
+#include <gtest/gtest.h>
 
 using korvo::library::foldedText;
 

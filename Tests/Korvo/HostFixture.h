@@ -2,7 +2,6 @@
 // between them.
 #pragma once
 
-#import <Cocoa/Cocoa.h>
 #import <StandIns/Korvo/Adapter/KOAdapter.h>
 #import <StandIns/Korvo/Adapter/KOCitation.h>
 #import <StandIns/Korvo/Adapter/KOCitationGroup.h>
@@ -11,12 +10,13 @@
 #import <StandIns/Korvo/Adapter/Owned.h>
 #import <StandIns/Korvo/Adapter/StyleShelf.h>
 
+#import <Cocoa/Cocoa.h>
+#include <gtest/gtest.h>
+
 #include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 @interface RecordingInterface : NSObject <KOUserInterface> {
  @public

@@ -30,20 +30,24 @@ using korvo::adapter::Owned;
 Owned<KOLibrary *> smallLibrary() {
   const korvo::library::NewReference references[] = {
       {.identifier = "SMI2001",
-       .cslJson = R"({"type":"book","title":"On Heat","author":[{"family":"Smith","given":"John"}],)"
-                  R"("publisher":"Press","issued":{"date-parts":[[2001]]}})"},
+       .cslJson =
+           R"({"type":"book","title":"On Heat","author":[{"family":"Smith","given":"John"}],)"
+           R"("publisher":"Press","issued":{"date-parts":[[2001]]}})"},
       {.identifier = "JON1999",
        .cslJson =
            R"({"type":"article-journal","title":"Cold","container-title":"Annals","volume":"3","page":"1-9",)"
            R"("author":[{"family":"Jones","given":"Ann"},{"family":"Lee","given":"Bo"}],)"
            R"("issued":{"date-parts":[[1999]]}})"},
       {.identifier = "",
-       .cslJson = R"({"type":"book","title":"Letters","author":[{"family":"Gogh","given":"Vincent",)"
-                  R"("non-dropping-particle":"van"}],"issued":{"date-parts":[[1888]]}})"},
+       .cslJson =
+           R"({"type":"book","title":"Letters","author":[{"family":"Gogh","given":"Vincent",)"
+           R"("non-dropping-particle":"van"}],"issued":{"date-parts":[[1888]]}})"},
       {.identifier = "",
-       .cslJson = R"({"type":"book","title":"One","author":[{"family":"Doe"}],"issued":{"date-parts":[[2005]]}})"},
+       .cslJson =
+           R"({"type":"book","title":"One","author":[{"family":"Doe"}],"issued":{"date-parts":[[2005]]}})"},
       {.identifier = "",
-       .cslJson = R"({"type":"book","title":"Two","author":[{"family":"Doe"}],"issued":{"date-parts":[[2005]]}})"},
+       .cslJson =
+           R"({"type":"book","title":"Two","author":[{"family":"Doe"}],"issued":{"date-parts":[[2005]]}})"},
       {.identifier = "", .cslJson = "{}"},
   };
   auto made = korvo::library::Library::temporary("small.bib");
@@ -75,19 +79,25 @@ KOCitation *HostTest::citation(NSString *tag, NSString *searchString) {
   KOCitation *made = (KOCitation *)[adapter_.get() createCitation];
   [made setSearchString:searchString != nil ? searchString : tag];
   NSSet *found = [adapter_.get() referencesMatchingTag:tag inLibrary:library_.get()];
-  if ([found count] == 1) [made setReference:[found anyObject]];
+  if ([found count] == 1) {
+    [made setReference:[found anyObject]];
+  }
   return made;
 }
 
 KOCitationGroup *HostTest::group(std::initializer_list<KOCitation *> citations) {
   KOCitationGroup *made = (KOCitationGroup *)[adapter_.get() createCitationGroup];
-  for (KOCitation *member : citations) [made addCitation:member];
+  for (KOCitation *member : citations) {
+    [made addCitation:member];
+  }
   return made;
 }
 
 NSArray *HostTest::citationsOf(std::initializer_list<KOCitationGroup *> groups) {
   NSMutableArray *array = [NSMutableArray array];
-  for (KOCitationGroup *member : groups) [array addObject:member];
+  for (KOCitationGroup *member : groups) {
+    [array addObject:member];
+  }
   return [adapter_.get() citationArrayForCitationGroupArray:array];
 }
 
@@ -99,9 +109,12 @@ std::string markup(NSAttributedString *text) {
   while (NSMaxRange(run) < [text length]) {
     const NSUInteger start = NSMaxRange(run);
     (void)[text attributesAtIndex:start effectiveRange:&run];
-    std::string piece = utf8([[text string] substringWithRange:NSMakeRange(start, NSMaxRange(run) - start)]);
+    std::string piece =
+        utf8([[text string] substringWithRange:NSMakeRange(start, NSMaxRange(run) - start)]);
     const auto enclose = [&](BOOL carries, const std::string &name) {
-      if (carries) piece = "<" + name + ">" + piece + "</" + name + ">";
+      if (carries) {
+        piece = "<" + name + ">" + piece + "</" + name + ">";
+      }
     };
     enclose([text isSubscriptAtIndex:start], "sub");
     enclose([text isSuperscriptAtIndex:start], "sup");

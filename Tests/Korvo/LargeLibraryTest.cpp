@@ -1,12 +1,13 @@
 // How a library of 100,000 references behaves. The bounds are loose, many times what is
 // measured on an idle machine: they tell an index from a search through everything.
-#include <gtest/gtest.h>
+#include "TemporaryDirectory.h"
+
 #include <StandIns/Korvo/Library/Library.h>
+
+#include <gtest/gtest.h>
 
 #include <chrono>
 #include <iostream>
-
-#include "TemporaryDirectory.h"
 
 using korvo::library::Library;
 using korvo::library::NewReference;
@@ -46,7 +47,9 @@ TEST(LargeLibrary, OpensAtOnceAndAnswersFromItsIndexes) {
   const auto file = directory / "large.korvolib";
   {
     std::vector<NewReference> references;
-    for (int number = 0; number < referenceCount; ++number) references.push_back(numbered(number));
+    for (int number = 0; number < referenceCount; ++number) {
+      references.push_back(numbered(number));
+    }
     auto made = Library::openOrCreate(file);
     ASSERT_TRUE(made) << made.error();
     const Stopwatch filling;

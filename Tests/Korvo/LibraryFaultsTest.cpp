@@ -2,10 +2,14 @@
 // not be written to, another program in between, the end of the process at any moment, a damaged
 // file. The library then holds all of a change or nothing of it, a change that was not made is told
 // in one line that names the file, and nothing is left beside the file.
+#include "FailingDatabaseCalls.h"
+#include "TemporaryDirectory.h"
+
+#include <StandIns/Korvo/Library/LibraryFile.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
-#include <StandIns/Korvo/Library/LibraryFile.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -15,9 +19,6 @@
 #include <functional>
 #include <iostream>
 #include <set>
-
-#include "FailingDatabaseCalls.h"
-#include "TemporaryDirectory.h"
 
 namespace {
 
@@ -52,7 +53,9 @@ std::optional<std::string> textOf(sqlite3 *connection, const char *query) {
       *text += reinterpret_cast<const char *>(sqlite3_column_text(statement, 0));
       *text += '\n';
     }
-    if (status != SQLITE_DONE) text.reset();
+    if (status != SQLITE_DONE) {
+      text.reset();
+    }
   }
   sqlite3_finalize(statement);
   return text;
@@ -60,7 +63,9 @@ std::optional<std::string> textOf(sqlite3 *connection, const char *query) {
 
 // Read without the code under test.
 std::optional<Contents> contentsOf(const std::filesystem::path &file) {
-  if (!std::filesystem::exists(file)) return std::nullopt;
+  if (!std::filesystem::exists(file)) {
+    return std::nullopt;
+  }
   sqlite3 *connection = nullptr;
   std::optional<Contents> contents;
   if (sqlite3_open_v2(file.c_str(), &connection, SQLITE_OPEN_READWRITE, nullptr) == SQLITE_OK &&
@@ -70,7 +75,9 @@ std::optional<Contents> contentsOf(const std::filesystem::path &file) {
     if (rows) {
       contents.emplace();
       std::istringstream lines(*rows);
-      for (std::string line; std::getline(lines, line);) contents->insert(line);
+      for (std::string line; std::getline(lines, line);) {
+        contents->insert(line);
+      }
     }
   }
   sqlite3_close(connection);
@@ -82,19 +89,29 @@ using Change = std::function<std::expected<void, std::string>(const std::filesys
 
 std::expected<void, std::string> add(const std::filesystem::path &file) {
   auto opened = Library::openOrCreate(file);
-  if (!opened) return std::unexpected(opened.error());
+  if (!opened) {
+    return std::unexpected(opened.error());
+  }
   const auto added = opened->add(references("New", 40));
-  if (!added) return std::unexpected(added.error());
+  if (!added) {
+    return std::unexpected(added.error());
+  }
   return {};
 }
 
 // As the editor saves a reference.
 std::expected<void, std::string> replaceOne(const std::filesystem::path &file) {
   auto opened = Library::open(file);
-  if (!opened) return std::unexpected(opened.error());
+  if (!opened) {
+    return std::unexpected(opened.error());
+  }
   const auto rows = opened->matching("Old7");
-  if (!rows) return std::unexpected(rows.error());
-  if (rows->empty()) return std::unexpected(file.string() + ": it is not there any more");
+  if (!rows) {
+    return std::unexpected(rows.error());
+  }
+  if (rows->empty()) {
+    return std::unexpected(file.string() + ": it is not there any more");
+  }
   return opened->replace(rows->front(), references("Edited", 1)[0]);
 }
 
@@ -112,7 +129,9 @@ class LibraryFaults : public testing::Test {
   void putFile(bool exists) {
     std::filesystem::remove(file());
     std::filesystem::remove(file().string() + "-journal");
-    if (exists) std::filesystem::copy_file(pristine(), file());
+    if (exists) {
+      std::filesystem::copy_file(pristine(), file());
+    }
   }
 
   static void expectOneLine(const std::string &error, const std::filesystem::path &file) {
@@ -156,7 +175,9 @@ class LibraryFaults : public testing::Test {
     ++cases_;
     (void)Library::open(file());
     auto found = contentsOf(file());
-    if (!whole.before && found && found->empty()) found.reset();
+    if (!whole.before && found && found->empty()) {
+      found.reset();
+    }
     EXPECT_TRUE(found == whole.before || found == whole.after) << what;
     return found == whole.after;
   }
@@ -183,7 +204,9 @@ class LibraryFaults : public testing::Test {
     const std::string what = std::string(std::strerror(plan.error)) + " at call " +
                              std::to_string(plan.firstFailure) + ", " + struck;
     const bool made = isMade(whole, what);
-    if (!done) expectOneLine(done.error(), file());
+    if (!done) {
+      expectOneLine(done.error(), file());
+    }
     // Where all is made but the lock cannot be given back, an error is told.
     EXPECT_TRUE(made == done.has_value() || (made && struck == "fcntl")) << what;
     if (plan.failures == 1) {
@@ -317,7 +340,9 @@ class LibraryImportFaults : public LibraryFaults {
     static korvo::engine::LibraryImporter importer;
     const std::filesystem::path files[] = {bibliography_};
     const auto report = korvo::library::importIntoLibraryFile(files, file(), importer);
-    if (!report) return std::unexpected(report.error());
+    if (!report) {
+      return std::unexpected(report.error());
+    }
     return {};
   }
 
@@ -331,7 +356,9 @@ TEST_F(LibraryImportFaults, ALibraryThatWasMadeInVainGoesAway) {
     putFile(false);
     const DatabaseFault fault({.firstFailure = call, .error = ENOSPC});
     const auto done = import();
-    if (!done) expectOneLine(done.error(), file());
+    if (!done) {
+      expectOneLine(done.error(), file());
+    }
     if (contentsOf(file()) == whole.after) {
       EXPECT_TRUE(done || fault.struckCall() == "fcntl") << call << ' ' << fault.struckCall();
     } else {
@@ -371,7 +398,9 @@ TEST_F(LibraryImportFaults, ALibraryCutShortAnywhereIsLeftAsItIs) {
   const std::string sound = bytesOf(file());
   for (std::size_t page = 4096; page <= sound.size(); page += 4096) {
     for (const std::size_t size : {page - 4095, page - 1, page}) {
-      if (size == sound.size()) continue;
+      if (size == sound.size()) {
+        continue;
+      }
       ++cases_;
       folder_.write("my.korvolib", sound.substr(0, size));
       const auto done = import();

@@ -1,8 +1,9 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "TemporaryDirectory.h"
+
 #include <StandIns/Korvo/Library/LibraryFile.h>
 
-#include "TemporaryDirectory.h"
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 using korvo::library::importIntoLibraryFile;
 using korvo::library::openLibraryFile;

@@ -1,14 +1,15 @@
+#include "TemporaryDirectory.h"
+
+#include <StandIns/Korvo/Library/Database.h>
+#include <StandIns/Korvo/Library/Library.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
-#include <StandIns/Korvo/Library/Database.h>
-#include <StandIns/Korvo/Library/Library.h>
 
 #include <fstream>
 #include <random>
 #include <set>
-
-#include "TemporaryDirectory.h"
 
 using korvo::library::Library;
 using korvo::library::ListOrder;
@@ -58,7 +59,9 @@ std::vector<std::string> identifiers(Library &listed, ListOrder order,
   std::vector<std::string> result;
   const auto rows = listed.list(order, search);
   EXPECT_TRUE(rows);
-  for (const ReferenceRow row : *rows) result.push_back((*listed.summary(row))->identifier);
+  for (const ReferenceRow row : *rows) {
+    result.push_back((*listed.summary(row))->identifier);
+  }
   return result;
 }
 
@@ -389,8 +392,9 @@ TEST(LibraryOnDisk, AFileCutShortIsRefusedAndLeftAsItIs) {
     auto made = Library::openOrCreate(file);
     ASSERT_TRUE(made);
     std::vector<NewReference> many;
-    for (int number = 0; number < 500; ++number)
+    for (int number = 0; number < 500; ++number) {
       many.push_back(smith("S" + std::to_string(number)));
+    }
     ASSERT_TRUE(made->add(many));
   }
   const auto whole = std::filesystem::file_size(file);
@@ -421,16 +425,18 @@ TEST(LibraryOnDisk, RandomDamageIsSurvived) {
     auto made = Library::openOrCreate(sound);
     ASSERT_TRUE(made);
     std::vector<NewReference> many;
-    for (int number = 0; number < 200; ++number)
+    for (int number = 0; number < 200; ++number) {
       many.push_back(smith("S" + std::to_string(number)));
+    }
     ASSERT_TRUE(made->add(many));
   }
   const std::string bytes = bytesOf(sound);
   std::mt19937 random(20260101);
   for (int round = 0; round < 100; ++round) {
     std::string damaged = bytes;
-    for (int hits = 0; hits < 20; ++hits)
+    for (int hits = 0; hits < 20; ++hits) {
       damaged[random() % damaged.size()] = static_cast<char>(random());
+    }
     const auto file = directory.write("damaged.korvolib", damaged);
     auto opened = Library::open(file);
     if (!opened) {

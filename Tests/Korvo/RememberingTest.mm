@@ -1,5 +1,6 @@
 // What the host remembers of a document is what a host that remembers nothing would answer.
 #import "HostFixture.h"
+#include "TemporaryDirectory.h"
 
 #import <HostContract/HostContract.h>
 #import <StandIns/Korvo/Adapter/AttributedCitations.h>
@@ -18,11 +19,9 @@
 #include <random>
 #include <set>
 
-#include "TemporaryDirectory.h"
-
-using korvo::adapter::Owned;
 using hosttest::markup;
 using hosttest::utf8;
+using korvo::adapter::Owned;
 using korvo::library::Library;
 using korvo::library::NewReference;
 using testing::ElementsAre;
@@ -57,7 +56,9 @@ class Remembering : public hosttest::HostTest {
     KOCitation *made = (KOCitation *)[adapter_.get() createCitation];
     [made setSearchString:tag];
     NSSet *found = matches(tag);
-    if ([found count] == 1) [made setReference:[found anyObject]];
+    if ([found count] == 1) {
+      [made setReference:[found anyObject]];
+    }
     return made;
   }
 
@@ -176,7 +177,9 @@ class RememberedDocument : public Remembering {
     NSMutableArray *groups = [NSMutableArray array];
     for (const auto &group : tags) {
       KOCitationGroup *made = (KOCitationGroup *)[adapter_.get() createCitationGroup];
-      for (const std::string &tag : group) [made addCitation:cited(korvo::adapter::stringFromUTF8(tag))];
+      for (const std::string &tag : group) {
+        [made addCitation:cited(korvo::adapter::stringFromUTF8(tag))];
+      }
       [groups addObject:made];
     }
     groups_ = groups;
@@ -317,7 +320,9 @@ class RandomEdits : public RememberedDocument {
         tags_.insert(tags_.begin() + static_cast<std::ptrdiff_t>(group), {anyTag()});
         break;
       case 3:
-        if (tags_.size() > 2) tags_.erase(tags_.begin() + static_cast<std::ptrdiff_t>(group));
+        if (tags_.size() > 2) {
+          tags_.erase(tags_.begin() + static_cast<std::ptrdiff_t>(group));
+        }
         break;
       case 4:
         EXPECT_TRUE([kept_.get() library].replace(1 + upTo(4), reference()));
@@ -346,9 +351,9 @@ class RandomEdits : public RememberedDocument {
     ASSERT_EQ(texts.size(), groups.size() + 1);
     for (std::size_t index = 0; index < groups.size(); ++index) {
       const auto &group = document.groups[index];
-      NSAttributedString *expected = group.written.get() != nil
-                                         ? group.written.get()
-                                         : korvo::adapter::attributedText(answer->groups[group.asked]);
+      NSAttributedString *expected =
+          group.written.get() != nil ? group.written.get()
+                                     : korvo::adapter::attributedText(answer->groups[group.asked]);
       EXPECT_EQ(markup(texts[index]), markup(expected));
       EXPECT_EQ(utf8([adapter_.get() pidginRTFForAttributedString:texts[index]]),
                 utf8(korvo::adapter::pidginRTF(expected)));
@@ -378,11 +383,14 @@ TEST_F(RandomEdits, AreAnsweredAsByAHostThatRemembersNothing) {
       const auto &tag = [(KOCitation *)[citations objectAtIndex:index] parts].searchString;
       const auto rows = [kept_.get() library].matching(utf8(korvo::adapter::stringFromUTF16(tag)));
       ASSERT_TRUE(rows);
-      EXPECT_EQ(rowsOf(matches(korvo::adapter::stringFromUTF16(tag))), std::set(rows->begin(), rows->end()));
+      EXPECT_EQ(rowsOf(matches(korvo::adapter::stringFromUTF16(tag))),
+                std::set(rows->begin(), rows->end()));
     }
     expectFreshAnswer(scanned(style_, citations), citations);
     [turn release];
-    if (HasFailure()) break;
+    if (HasFailure()) {
+      break;
+    }
   }
 }
 

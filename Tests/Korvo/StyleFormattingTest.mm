@@ -2,8 +2,8 @@
 #import "HostFixture.h"
 
 #import <HostContract/HostContract.h>
-#import <StandIns/Korvo/Application/KORehearsal.h>
 #import <StandIns/Korvo/Adapter/KOFormattedGroup.h>
+#import <StandIns/Korvo/Application/KORehearsal.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -18,7 +18,8 @@ namespace {
 class StyleFormatting : public hosttest::HostTest {
  protected:
   // The groups' texts, after the style has seen the whole document.
-  std::vector<std::string> formatted(NSString *style, std::initializer_list<KOCitationGroup *> groups) {
+  std::vector<std::string> formatted(NSString *style,
+                                     std::initializer_list<KOCitationGroup *> groups) {
     style_ = [adapter_.get() bibStyleNamed:style];
     EXPECT_NE(style_, nil);
     citations_ = citationsOf(groups);
@@ -31,9 +32,10 @@ class StyleFormatting : public hosttest::HostTest {
   }
 
   std::string bibliography() {
-    NSMutableDictionary *attributes = [NSMutableDictionary dictionaryWithObject:NSRTFTextDocumentType
-                                                                         forKey:@"DocumentType"];
-    return markup([style_ attributedBibliographyStringForCitationArray:citations_ attributes:attributes]);
+    NSMutableDictionary *attributes =
+        [NSMutableDictionary dictionaryWithObject:NSRTFTextDocumentType forKey:@"DocumentType"];
+    return markup([style_ attributedBibliographyStringForCitationArray:citations_
+                                                            attributes:attributes]);
   }
 
   id<KorvoBibStyle> style_ = nil;
@@ -47,7 +49,9 @@ void runLoopFor(NSTimeInterval time) {
 
 bool ends(KORehearsal *rehearsal) {
   NSDate *limit = [NSDate dateWithTimeIntervalSinceNow:60];
-  while (![rehearsal isOver] && [limit timeIntervalSinceNow] > 0) runLoopFor(0.1);
+  while (![rehearsal isOver] && [limit timeIntervalSinceNow] > 0) {
+    runLoopFor(0.1);
+  }
   return [rehearsal isOver];
 }
 
@@ -78,13 +82,15 @@ TEST_F(StyleFormatting, ARehearsalTellsNothingAndChangesNoAnswer) {
 TEST_F(StyleFormatting, AuthorAndYear) {
   KOCitation *withPage = citation(@"SMI2001");
   [withPage setPageRange:@"45"];
-  EXPECT_THAT(formatted(@"apa", {group({withPage}), group({citation(@"SMI2001"), citation(@"JON1999")})}),
-              ElementsAre("(Smith, 2001, p. 45)", "(Jones & Lee, 1999; Smith, 2001)"));
+  EXPECT_THAT(
+      formatted(@"apa", {group({withPage}), group({citation(@"SMI2001"), citation(@"JON1999")})}),
+      ElementsAre("(Smith, 2001, p. 45)", "(Jones & Lee, 1999; Smith, 2001)"));
   EXPECT_THAT(bibliography(), HasSubstr("Smith, J. (2001). <i>On Heat</i>. Press."));
 }
 
 TEST_F(StyleFormatting, NumbersCountThroughTheWholeDocument) {
-  EXPECT_THAT(formatted(@"ieee", {group({citation(@"JON1999")}), group({citation(@"SMI2001")}), group({citation(@"JON1999")})}),
+  EXPECT_THAT(formatted(@"ieee", {group({citation(@"JON1999")}), group({citation(@"SMI2001")}),
+                                  group({citation(@"JON1999")})}),
               ElementsAre("[1]", "[2]", "[1]"));
   EXPECT_THAT(bibliography(), testing::StartsWith("[1]\tA. Jones"));
 }
@@ -110,15 +116,18 @@ TEST_F(StyleFormatting, AnUnresolvedGroupIsShownAsItsAuthorWroteIt) {
   KOCitation *nobody = citation(@"Nobody 1900");
   [nobody setPageRange:@"3"];
   [nobody setUseYearOnly:YES];
-  EXPECT_THAT(formatted(@"ieee", {group({nobody}), group({citation(@"SMI2001", @"Smith 2001"), citation(@"Doe 2005")}),
-                                  group({citation(@"JON1999")})}),
-              ElementsAre("{%Nobody 1900@3}", "{Smith 2001#SMI2001; Doe 2005}", "[1]"));
+  EXPECT_THAT(
+      formatted(@"ieee", {group({nobody}),
+                          group({citation(@"SMI2001", @"Smith 2001"), citation(@"Doe 2005")}),
+                          group({citation(@"JON1999")})}),
+      ElementsAre("{%Nobody 1900@3}", "{Smith 2001#SMI2001; Doe 2005}", "[1]"));
   EXPECT_THAT(bibliography(), testing::Not(HasSubstr("Nobody")));
 }
 
 TEST_F(StyleFormatting, AnEmptyGroupIsAnEmptyText) {
-  EXPECT_THAT(formatted(@"apa", {group({citation(@"SMI2001")}), group({}), group({citation(@"JON1999")})}),
-              ElementsAre("(Smith, 2001)", "", "(Jones & Lee, 1999)"));
+  EXPECT_THAT(
+      formatted(@"apa", {group({citation(@"SMI2001")}), group({}), group({citation(@"JON1999")})}),
+      ElementsAre("(Smith, 2001)", "", "(Jones & Lee, 1999)"));
   ASSERT_NE([style_ attributedGroupStringForCitationArray:[NSArray array]], nil);
 }
 
@@ -129,9 +138,12 @@ TEST_F(StyleFormatting, NeighbouringGroupsOfOneCitationStayApart) {
 
 TEST_F(StyleFormatting, AGroupAskedForAloneIsFormattedAlone) {
   id<KorvoBibStyle> apa = [adapter_.get() bibStyleNamed:@"apa"];
-  EXPECT_EQ(markup([apa attributedGroupStringForCitationArray:[group({citation(@"SMI2001")}) citations]]), "(Smith, 2001)");
+  EXPECT_EQ(
+      markup([apa attributedGroupStringForCitationArray:[group({citation(@"SMI2001")}) citations]]),
+      "(Smith, 2001)");
   NSArray *loose = [NSArray arrayWithObjects:citation(@"SMI2001"), citation(@"JON1999"), nil];
-  EXPECT_EQ(markup([apa attributedGroupStringForCitationArray:loose]), "(Jones & Lee, 1999; Smith, 2001)");
+  EXPECT_EQ(markup([apa attributedGroupStringForCitationArray:loose]),
+            "(Jones & Lee, 1999; Smith, 2001)");
 }
 
 TEST_F(StyleFormatting, AskingForOneGroupAloneLeavesTheDocumentAsItWas) {
@@ -139,8 +151,10 @@ TEST_F(StyleFormatting, AskingForOneGroupAloneLeavesTheDocumentAsItWas) {
   KOCitation *smith = citation(@"SMI2001");
   EXPECT_THAT(formatted(@"ieee", {group({jones}), group({smith})}), ElementsAre("[1]", "[2]"));
   id<KorvoBibStyle> apa = [adapter_.get() bibStyleNamed:@"apa"];
-  EXPECT_EQ(markup([apa attributedGroupStringForCitationArray:[NSArray arrayWithObject:smith]]), "(Smith, 2001)");
-  EXPECT_EQ(markup([style_ attributedGroupStringForCitationArray:[NSArray arrayWithObject:smith]]), "[2]");
+  EXPECT_EQ(markup([apa attributedGroupStringForCitationArray:[NSArray arrayWithObject:smith]]),
+            "(Smith, 2001)");
+  EXPECT_EQ(markup([style_ attributedGroupStringForCitationArray:[NSArray arrayWithObject:smith]]),
+            "[2]");
   EXPECT_THAT(bibliography(), HasSubstr("[2]\tJ. Smith"));
 }
 
@@ -149,7 +163,8 @@ TEST_F(StyleFormatting, AChangedCitationIsFormattedAgain) {
   KOCitationGroup *its = group({changed});
   EXPECT_THAT(formatted(@"apa", {its}), ElementsAre("(Smith, 2001)"));
   [changed setPageRange:@"7"];
-  EXPECT_EQ(markup([style_ attributedGroupStringForCitationArray:[its citations]]), "(Smith, 2001, p. 7)");
+  EXPECT_EQ(markup([style_ attributedGroupStringForCitationArray:[its citations]]),
+            "(Smith, 2001, p. 7)");
 }
 
 TEST_F(StyleFormatting, ABibliographyAskedForAloneListsWhatIsCited) {
@@ -163,9 +178,11 @@ TEST_F(StyleFormatting, ABibliographyAskedForAloneListsWhatIsCited) {
 TEST_F(StyleFormatting, AnEditIsSeenByTheNextDocument) {
   EXPECT_THAT(formatted(@"apa", {group({citation(@"SMI2001")})}), ElementsAre("(Smith, 2001)"));
   KOReference *edited = reference(@"SMI2001");
-  ASSERT_TRUE([library_.get() library].replace(
-      [edited row], {.identifier = "SMI2001",
-                     .cslJson = R"({"type":"book","title":"T","author":[{"family":"Smyth"}],"issued":{"date-parts":[[2002]]}})"}));
+  ASSERT_TRUE([library_.get() library].replace([edited row], {
+    .identifier = "SMI2001",
+    .cslJson =
+        R"({"type":"book","title":"T","author":[{"family":"Smyth"}],"issued":{"date-parts":[[2002]]}})"
+  }));
   EXPECT_THAT(formatted(@"apa", {group({citation(@"SMI2001")})}), ElementsAre("(Smyth, 2002)"));
 }
 
@@ -177,12 +194,16 @@ TEST_F(StyleFormatting, ForeignObjectsAmongTheCitationsAreSkipped) {
 }
 
 TEST_F(StyleFormatting, AStyleThatCannotBeCarriedOutIsReportedAndLosesNothing) {
-  korvo::engine::Style broken{.name = {.baseName = "broken", .title = "Broken"}, .file = "/no/such/style.csl", .locale = ""};
-  KOBibStyle *style = [[[KOBibStyle alloc] initWithStyle:broken
-                                               formatter:std::make_shared<korvo::adapter::DocumentFormatter>()
-                                                reporter:adapter_.get()] autorelease];
+  korvo::engine::Style broken{.name = {.baseName = "broken", .title = "Broken"},
+                              .file = "/no/such/style.csl",
+                              .locale = ""};
+  KOBibStyle *style =
+      [[[KOBibStyle alloc] initWithStyle:broken
+                               formatter:std::make_shared<korvo::adapter::DocumentFormatter>()
+                                reporter:adapter_.get()] autorelease];
   KOCitationGroup *its = group({citation(@"SMI2001", @"Smith 2001")});
   [style setPropertiesInCitationArray:[its citations]];
-  EXPECT_EQ(markup([style attributedGroupStringForCitationArray:[its citations]]), "{Smith 2001#SMI2001}");
+  EXPECT_EQ(markup([style attributedGroupStringForCitationArray:[its citations]]),
+            "{Smith 2001#SMI2001}");
   EXPECT_THAT(interface_.get()->notices_, ElementsAre(HasSubstr("/no/such/style.csl")));
 }

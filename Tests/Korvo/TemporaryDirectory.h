@@ -12,7 +12,9 @@ class TemporaryDirectory {
  public:
   TemporaryDirectory() {
     std::string pattern = (std::filesystem::temp_directory_path() / "korvo-test-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary directory");
+    if (mkdtemp(pattern.data()) == nullptr) {
+      throw std::runtime_error("no temporary directory");
+    }
     path_ = pattern;
   }
   ~TemporaryDirectory() {

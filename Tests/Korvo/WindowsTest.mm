@@ -1,14 +1,13 @@
 #import "HostFixture.h"
+#include "TemporaryDirectory.h"
 
+#import <StandIns/Korvo/Adapter/TextBridge.h>
 #import <StandIns/Korvo/Application/KOApplication.h>
 #import <StandIns/Korvo/Application/KOApplicationController.h>
-#import <StandIns/Korvo/Adapter/TextBridge.h>
 #import <StandIns/Korvo/Windows/Controls.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include "TemporaryDirectory.h"
 
 using hosttest::utf8;
 using korvo::library::ListOrder;
@@ -22,9 +21,11 @@ class Windows : public hosttest::HostTest {
  protected:
   Windows()
       : otherLibrary_(hosttest::smallLibrary()),
-        controller_(korvo::adapter::Owned<KOApplicationController *>::taking([[KOApplicationController alloc]
-            initWithLibraries:[NSArray arrayWithObjects:library_.get(), otherLibrary_.get(), nil]
-                       styles:shelf_])) {}
+        controller_(korvo::adapter::Owned<KOApplicationController *>::taking(
+            [[KOApplicationController alloc]
+                initWithLibraries:[NSArray
+                                      arrayWithObjects:library_.get(), otherLibrary_.get(), nil]
+                           styles:shelf_])) {}
 
   KOMainWindowController *mainWindow() { return [controller_.get() mainWindow]; }
 
@@ -41,7 +42,8 @@ class Windows : public hosttest::HostTest {
 
   void click(NSString *identifier) {
     NSTableView *table = [mainWindow() table];
-    [(id)mainWindow() tableView:table didClickTableColumn:[table tableColumnWithIdentifier:identifier]];
+    [(id)mainWindow() tableView:table
+            didClickTableColumn:[table tableColumnWithIdentifier:identifier]];
   }
 
   KOReferenceEditorWindowController *editorOf(NSString *tag) {
@@ -56,7 +58,8 @@ class Windows : public hosttest::HostTest {
 }  // namespace
 
 TEST_F(Windows, TheLibraryIsListedByAuthors) {
-  EXPECT_THAT(column(@"authors"), ElementsAre("", "Doe", "Doe", "Jones, Ann; Lee, Bo", "Smith, John", "van Gogh, Vincent"));
+  EXPECT_THAT(column(@"authors"), ElementsAre("", "Doe", "Doe", "Jones, Ann; Lee, Bo",
+                                              "Smith, John", "van Gogh, Vincent"));
   EXPECT_THAT(column(@"year"), ElementsAre("", "2005", "2005", "1999", "2001", "1888"));
   EXPECT_EQ(utf8([mainWindow() statusText]), "6 references");
   EXPECT_EQ(utf8([[mainWindow() window] title]), "Korvo – small.bib");
@@ -72,7 +75,8 @@ TEST_F(Windows, AClickOnAColumnSortsASecondOneTurnsTheOrder) {
 }
 
 TEST_F(Windows, TheSelectionIsInTheOrderShownAndSurvivesSorting) {
-  [mainWindow() selectReferences:[NSArray arrayWithObjects:reference(@"SMI2001"), reference(@"JON1999"), nil]];
+  [mainWindow() selectReferences:[NSArray arrayWithObjects:reference(@"SMI2001"),
+                                                           reference(@"JON1999"), nil]];
   const auto selected = [&] {
     std::vector<std::string> tags;
     NSArray *references = [controller_.get() selectedReferences];
@@ -88,7 +92,8 @@ TEST_F(Windows, TheSelectionIsInTheOrderShownAndSurvivesSorting) {
 }
 
 TEST_F(Windows, ASearchNarrowsTheListAndDeselectsWhatItHides) {
-  [mainWindow() selectReferences:[NSArray arrayWithObjects:reference(@"SMI2001"), reference(@"JON1999"), nil]];
+  [mainWindow() selectReferences:[NSArray arrayWithObjects:reference(@"SMI2001"),
+                                                           reference(@"JON1999"), nil]];
   [mainWindow() searchFor:@"smith heat"];
   EXPECT_THAT(column(@"identifier"), ElementsAre("SMI2001"));
   EXPECT_EQ([[mainWindow() selectedReferences] count], 1U);
@@ -108,16 +113,19 @@ TEST_F(Windows, TheOtherLibraryBecomesTheCurrentOne) {
 }
 
 TEST_F(Windows, WithoutALibraryTheWindowIsEmpty) {
-  KOMainWindowController *empty = [[[KOMainWindowController alloc] initWithLibraries:[NSArray array]
-                                                                            delegate:controller_.get()] autorelease];
+  KOMainWindowController *empty =
+      [[[KOMainWindowController alloc] initWithLibraries:[NSArray array]
+                                                delegate:controller_.get()] autorelease];
   EXPECT_EQ([empty currentLibrary], nil);
   EXPECT_EQ([[empty table] numberOfRows], 0);
   EXPECT_EQ([[empty selectedReferences] count], 0U);
 }
 
 TEST_F(Windows, TheirControllersBearTheNamesThatPlugInsKnow) {
-  EXPECT_EQ(utf8(NSStringFromClass([[[mainWindow() window] delegate] class])), "KOMainWindowController");
-  EXPECT_EQ(utf8(NSStringFromClass([[[editorOf(@"SMI2001") window] delegate] class])), "KOReferenceEditorWindowController");
+  EXPECT_EQ(utf8(NSStringFromClass([[[mainWindow() window] delegate] class])),
+            "KOMainWindowController");
+  EXPECT_EQ(utf8(NSStringFromClass([[[editorOf(@"SMI2001") window] delegate] class])),
+            "KOReferenceEditorWindowController");
 }
 
 TEST_F(Windows, TheEditorShowsTheFields) {
@@ -168,7 +176,8 @@ TEST_F(Windows, WhatCannotBeSavedStaysInTheEditorWithTheReason) {
   auto made = korvo::library::Library::openOrCreate(file);
   auto other = korvo::library::Library::open(file);
   ASSERT_TRUE(made && other);
-  const korvo::library::NewReference one = {.identifier = "ONE", .cslJson = R"({"title":"Before"})"};
+  const korvo::library::NewReference one = {.identifier = "ONE",
+                                            .cslJson = R"({"title":"Before"})"};
   ASSERT_TRUE(made->add({&one, 1}));
   const auto onDisk = korvo::adapter::Owned<KOLibrary *>::taking(
       [[KOLibrary alloc] initWithLibrary:*std::move(made)]);
@@ -193,7 +202,9 @@ TEST_F(Windows, SavingKeepsWhatOthersChangedMeanwhile) {
   [editor setText:@"2010" ofField:@"issued"];
   ASSERT_TRUE([library_.get() library].replace(
       [[editor reference] row],
-      {.identifier = "SMI2001", .cslJson = R"({"type":"book","title":"Renamed","author":[{"family":"Smith"}],"issued":{"date-parts":[[2001]]}})"}));
+      {.identifier = "SMI2001",
+       .cslJson =
+           R"({"type":"book","title":"Renamed","author":[{"family":"Smith"}],"issued":{"date-parts":[[2001]]}})"}));
   ASSERT_TRUE([editor save]);
   EXPECT_EQ(utf8([editor textOfField:@"title"]), "Renamed");
   EXPECT_EQ(utf8([editor textOfField:@"issued"]), "2010");
@@ -213,11 +224,14 @@ TEST_F(Windows, NoticesAreKeptAnnouncedAndCanBeCopied) {
     NSAttributedString *summary = [[[NSAttributedString alloc] initWithString:text] autorelease];
     [controller_.get() showNoticeWithHeader:@"Header" summary:summary];
   }
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "notice: Header\n first\n line\nnotice: Header\n second\n");
-  EXPECT_THAT(utf8([notices shownText]), testing::AllOf(HasSubstr("first\nline"), HasSubstr("second")));
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "notice: Header\n first\n line\nnotice: Header\n second\n");
+  EXPECT_THAT(utf8([notices shownText]),
+              testing::AllOf(HasSubstr("first\nline"), HasSubstr("second")));
   EXPECT_TRUE([[notices window] isVisible]);
   [notices copyAll:nil];
-  EXPECT_EQ(utf8([[NSPasteboard generalPasteboard] stringForType:NSStringPboardType]), utf8([notices shownText]));
+  EXPECT_EQ(utf8([[NSPasteboard generalPasteboard] stringForType:NSStringPboardType]),
+            utf8([notices shownText]));
   [notices clear:nil];
   EXPECT_EQ(utf8([notices shownText]), "");
 }
@@ -230,22 +244,26 @@ TEST_F(Windows, OnlyTheLastNoticesAreKept) {
     [notices showNoticeWithHeader:@"H" summary:summary];
   }
   EXPECT_THAT(utf8([notices shownText]), testing::Not(HasSubstr("number 10.")));
-  EXPECT_THAT(utf8([notices shownText]), testing::AllOf(HasSubstr("number 11."), HasSubstr("number 60.")));
+  EXPECT_THAT(utf8([notices shownText]),
+              testing::AllOf(HasSubstr("number 11."), HasSubstr("number 60.")));
   [notices close];
 }
 
 TEST_F(Windows, FavoritesArePickedSortedAndRemembered) {
   shelf_.rememberFavorites({});
-  KOStylePickerWindowController *picker = [[[KOStylePickerWindowController alloc] initWithStyles:shelf_] autorelease];
+  KOStylePickerWindowController *picker =
+      [[[KOStylePickerWindowController alloc] initWithStyles:shelf_] autorelease];
   EXPECT_GT([[picker allTable] numberOfRows], 1000);
   [picker searchFor:@"ieee"];
   ASSERT_GT([[picker allTable] numberOfRows], 1);
-  [[picker allTable] selectRowIndexes:[NSIndexSet indexSetWithIndexesInRange:NSMakeRange(0, 2)] byExtendingSelection:NO];
+  [[picker allTable] selectRowIndexes:[NSIndexSet indexSetWithIndexesInRange:NSMakeRange(0, 2)]
+                 byExtendingSelection:NO];
   [picker addFavorites:nil];
   [picker addFavorites:nil];
   const std::vector<std::string> added = shelf_.favorites();
   ASSERT_EQ(added.size(), 2U);
-  [[picker favoritesTable] selectRowIndexes:[NSIndexSet indexSetWithIndex:1] byExtendingSelection:NO];
+  [[picker favoritesTable] selectRowIndexes:[NSIndexSet indexSetWithIndex:1]
+                       byExtendingSelection:NO];
   [picker moveFavoriteUp:nil];
   EXPECT_THAT(shelf_.favorites(), ElementsAre(added[1], added[0]));
   [picker moveFavoriteUp:nil];
@@ -256,7 +274,8 @@ TEST_F(Windows, FavoritesArePickedSortedAndRemembered) {
   [picker makeDefault:nil];
   EXPECT_EQ(shelf_.defaultStyle(), added[1]);
   EXPECT_THAT(utf8([picker defaultText]), HasSubstr(added[1]));
-  [[picker favoritesTable] selectRowIndexes:[NSIndexSet indexSetWithIndex:0] byExtendingSelection:NO];
+  [[picker favoritesTable] selectRowIndexes:[NSIndexSet indexSetWithIndex:0]
+                       byExtendingSelection:NO];
   [picker removeFavorites:nil];
   EXPECT_THAT(shelf_.favorites(), ElementsAre(added[1]));
   [[NSUserDefaults standardUserDefaults] removeObjectForKey:@"FavoriteStyles"];
@@ -264,9 +283,12 @@ TEST_F(Windows, FavoritesArePickedSortedAndRemembered) {
 }
 
 TEST_F(Windows, AModalDialogIsAnnouncedWithTheCodeThatEndedIt) {
-  NSWindow *dialog = korvo::windows::makeWindow(@"Dialog", NSMakeSize(200, 100), NSMakeSize(100, 50));
+  NSWindow *dialog =
+      korvo::windows::makeWindow(@"Dialog", NSMakeSize(200, 100), NSMakeSize(100, 50));
   testing::internal::CaptureStdout();
-  [NSApp performSelector:@selector(endRun) withObject:nil afterDelay:0.05
+  [NSApp performSelector:@selector(endRun)
+              withObject:nil
+              afterDelay:0.05
                  inModes:[NSArray arrayWithObject:NSModalPanelRunLoopMode]];
   const NSInteger code = [NSApp runModalForWindow:dialog];
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "dialog: open\ndialog: closed 0\n");
@@ -277,7 +299,8 @@ TEST_F(Windows, AModalDialogIsAnnouncedWithTheCodeThatEndedIt) {
 }
 
 TEST_F(Windows, ADialogThatIsOnlyJustOpeningIsEndedToo) {
-  NSWindow *dialog = korvo::windows::makeWindow(@"Dialog", NSMakeSize(200, 100), NSMakeSize(100, 50));
+  NSWindow *dialog =
+      korvo::windows::makeWindow(@"Dialog", NSMakeSize(200, 100), NSMakeSize(100, 50));
   // Asked for in whatever mode the run loop is in first.
   [NSApp performSelector:@selector(endRun)
               withObject:nil

@@ -1,9 +1,10 @@
+#include "../Formats/AllStrings.h"
+
 #include <Formats/CitationText.h>
 #include <Formats/Unicode.h>
-#include <gtest/gtest.h>
 #include <StandIns/Korvo/Adapter/WrittenCitation.h>
 
-#include "../Formats/AllStrings.h"
+#include <gtest/gtest.h>
 
 using korvo::adapter::CitationParts;
 using korvo::adapter::writtenCitation;
@@ -48,7 +49,9 @@ TEST(WrittenCitation, ReadsAsTheSamePartsAgain) {
   std::size_t checked = 0;
   forEachString(letters, 6, [&](const std::u16string &text) {
     const formats::CitationText parsed = formats::parseCitationText(text);
-    if (parsed.searchText.empty()) return;  // no citation at all
+    if (parsed.searchText.empty()) {
+      return;  // no citation at all
+    }
     const CitationParts parts = partsOf(parsed);
     const std::u16string tag(parsed.tag.value_or(u""));
     const std::u16string written = writtenCitation(parts, tag);

@@ -1,13 +1,13 @@
 #include "AnswerEnd.h"
 
+#include "LoadEvents.h"
+
 #include <Platform/AppleEventsProcess.h>
 
 #import <ApplicationServices/ApplicationServices.h>
 
 #include <cstdio>
 #include <cstdlib>
-
-#include "LoadEvents.h"
 
 @interface AnswerHandler : NSObject {
  @public
@@ -17,7 +17,7 @@
 
 @implementation AnswerHandler
 - (void)answer:(NSAppleEventDescriptor *)event
-         reply:(NSAppleEventDescriptor *)__attribute__((unused))reply {
+         reply:(NSAppleEventDescriptor *)__attribute__((unused)) reply {
   NSData *data = [[event paramDescriptorForKeyword:keyDirectObject] data];
   (*function)([event eventClass], [event eventID],
               { static_cast<const char *>([data bytes]), [data length] });

@@ -2,14 +2,14 @@
 // chance from a seed, with the answers that are due to them.
 #pragma once
 
+#include "LoadEvents.h"
+
 #include <cstdint>
 #include <optional>
 #include <random>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "LoadEvents.h"
 
 namespace load_test {
 

@@ -38,7 +38,7 @@
 - (BOOL)useSuperscriptInInTextCitations {
   return NO;
 }
-- (void)setPropertiesInCitationArray:(NSArray *)__attribute__((unused))citations {
+- (void)setPropertiesInCitationArray:(NSArray *)__attribute__((unused)) citations {
 }
 - (NSAttributedString *)attributedBibliographyStringForCitationArray:(NSArray *)citations
                                                           attributes:(NSMutableDictionary *)
@@ -81,7 +81,7 @@
 - (NSArray *)selectedReferences {
   return [NSArray arrayWithObject:reference];
 }
-- (NSString *)inTextCitationTagForReference:(id<KorvoReference>)__attribute__((unused))one {
+- (NSString *)inTextCitationTagForReference:(id<KorvoReference>)__attribute__((unused)) one {
   return @"Selected 1999";
 }
 - (id<KorvoLibrary>)currentLibrary {
@@ -89,13 +89,13 @@
 }
 // What begins with a question mark is not in the library.
 - (NSSet *)referencesMatchingTag:(NSString *)tag
-                       inLibrary:(id<KorvoLibrary>)__attribute__((unused))wanted {
+                       inLibrary:(id<KorvoLibrary>)__attribute__((unused)) wanted {
   return [tag hasPrefix:@"?"] ? [NSSet set] : found;
 }
 - (id<KorvoCitation>)createCitation {
   return [[[EchoingCitation alloc] init] autorelease];
 }
-- (id<KorvoBibStyle>)bibStyleNamed:(NSString *)__attribute__((unused))name {
+- (id<KorvoBibStyle>)bibStyleNamed:(NSString *)__attribute__((unused)) name {
   return style;
 }
 - (id<KorvoBibStyle>)defaultStyle {

@@ -1,6 +1,10 @@
 // A sender that does not wait: LoadFlood SENDER COUNT BYTES sends COUNT live bibliography requests
 // of exactly BYTES bytes at once, over the bare bus. It tells the word processor when all of them
 // have reached the host, and again when each is answered: with its own answer, or with a status.
+#include "../Platform/EventSending.h"
+#include "LoadEvents.h"
+#include "LoadNumbers.h"
+
 #include <Formats/ScanReply.h>
 #include <Formats/ScanRequest.h>
 #include <Platform/Bus/BusHandles.h>
@@ -8,10 +12,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <vector>
-
-#include "../Platform/EventSending.h"
-#include "LoadEvents.h"
-#include "LoadNumbers.h"
 
 using namespace load_test;
 using platform::adoptMessage;

@@ -1,18 +1,18 @@
 // The host process of the load tests: the real plug-in, loaded as a host loads it, with an echoing
 // host around it. It prints a line once it receives, and runs until its parent ends it.
-#import <Foundation/Foundation.h>
+#import "EchoingHost.h"
+#include "LiveBytes.h"
+#include "LoadEvents.h"
+
 #include <Platform/AppleEventsProcess.h>
 #include <Platform/AutoreleasePool.h>
 
 #import <ApplicationServices/ApplicationServices.h>
+#import <Foundation/Foundation.h>
 
 #include <cstdio>
 #include <cstdlib>
 #include <string>
-
-#import "EchoingHost.h"
-#include "LiveBytes.h"
-#include "LoadEvents.h"
 
 namespace {
 
@@ -37,7 +37,7 @@ std::string payloadOf(NSAppleEventDescriptor *event) {
                                                       andEventID:eventID];
 }
 
-- (void)liveBytes:(NSAppleEventDescriptor *)__attribute__((unused))event
+- (void)liveBytes:(NSAppleEventDescriptor *)__attribute__((unused)) event
             reply:(NSAppleEventDescriptor *)reply {
   const std::string digits = std::to_string(load_test::liveBytes());
   [reply setDescriptor:[NSAppleEventDescriptor descriptorWithDescriptorType:typeChar
@@ -47,7 +47,7 @@ std::string payloadOf(NSAppleEventDescriptor *event) {
 }
 
 - (void)hold:(NSAppleEventDescriptor *)event
-       reply:(NSAppleEventDescriptor *)__attribute__((unused))reply {
+       reply:(NSAppleEventDescriptor *)__attribute__((unused)) reply {
   const double seconds = std::strtod(payloadOf(event).c_str(), nullptr);
   NSDate *end = [NSDate dateWithTimeIntervalSinceNow:seconds];
   isHeld = true;
@@ -58,7 +58,7 @@ std::string payloadOf(NSAppleEventDescriptor *event) {
 }
 
 - (void)leak:(NSAppleEventDescriptor *)event
-       reply:(NSAppleEventDescriptor *)__attribute__((unused))reply {
+       reply:(NSAppleEventDescriptor *)__attribute__((unused)) reply {
   [[maybe_unused]] static void *volatile lost = nullptr;
   lost = std::malloc(std::strtoul(payloadOf(event).c_str(), nullptr, 10));
   lost = nullptr;

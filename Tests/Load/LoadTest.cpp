@@ -10,6 +10,16 @@
 // 0 when nothing was lost, everybody got the answers to what they had sent, memory after the last
 // event was what it was after the first thousand, and what did not fit into the queue was refused,
 // and nothing else.
+#include "../Platform/ChildProcess.h"
+#include "../Platform/EventSending.h"
+#include "../Platform/PrivateBus.h"
+#include "../Platform/RunLoopWait.h"
+#include "AnswerEnd.h"
+#include "LiveBytes.h"
+#include "LoadEvents.h"
+#include "LoadNumbers.h"
+#include "MemoryFigures.h"
+
 #include <Formats/CitationResolution.h>
 #include <Formats/ScanReply.h>
 #include <Formats/ScanRequest.h>
@@ -22,16 +32,6 @@
 #include <memory>
 #include <sstream>
 #include <vector>
-
-#include "../Platform/ChildProcess.h"
-#include "../Platform/EventSending.h"
-#include "../Platform/PrivateBus.h"
-#include "../Platform/RunLoopWait.h"
-#include "AnswerEnd.h"
-#include "LiveBytes.h"
-#include "LoadEvents.h"
-#include "LoadNumbers.h"
-#include "MemoryFigures.h"
 
 using namespace load_test;
 using platform_test::ChildProcess;

@@ -8,11 +8,6 @@
 // Memory counts from the second quarter on: by then caches are filled. It may grow by as much as
 // the figures waver, and by a byte for every sixteen requests: the smallest object that is lost
 // with one request in 250 is noticed, provided that there are enough requests.
-#include <chrono>
-#include <cstdio>
-#include <cstdlib>
-#include <map>
-
 #include "../Platform/ChildProcess.h"
 #include "../Platform/EventSending.h"
 #include "../Platform/PrivateBus.h"
@@ -20,6 +15,11 @@
 #include "AnswerEnd.h"
 #include "Conversation.h"
 #include "LiveBytes.h"
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <map>
 
 using namespace load_test;
 using platform_test::ChildProcess;

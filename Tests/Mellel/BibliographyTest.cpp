@@ -1,5 +1,6 @@
-#include <gtest/gtest.h>
 #include <StandIns/Mellel/RTF/Bibliography.h>
+
+#include <gtest/gtest.h>
 
 #include <string>
 

@@ -1,10 +1,11 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "ReadDocument.h"
+
 #include <StandIns/Mellel/RTF/CitationFinder.h>
 
-#include <string>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
-#include "ReadDocument.h"
+#include <string>
 
 namespace mellel {
 namespace {

@@ -1,5 +1,6 @@
-#include <gtest/gtest.h>
 #include <StandIns/Mellel/RTF/CodePage.h>
+
+#include <gtest/gtest.h>
 
 namespace mellel {
 namespace {

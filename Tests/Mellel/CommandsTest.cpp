@@ -1,5 +1,9 @@
 // The commands as a user runs them: the real process, a host that plays a scenario, a message bus
 // of the test's own.
+#include "../Platform/ChildProcess.h"
+#include "../Platform/PrivateBus.h"
+#include "RunProgram.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -11,10 +15,6 @@
 #include <iterator>
 #include <memory>
 #include <thread>
-
-#include "../Platform/ChildProcess.h"
-#include "../Platform/PrivateBus.h"
-#include "RunProgram.h"
 
 namespace mellel {
 namespace {

@@ -1,7 +1,8 @@
 #include <Formats/ScanReply.h>
-#include <gtest/gtest.h>
-#include <StandIns/Mellel/Conversation/Conversation.h>
 #include <StandIns/Mellel/Commands/Report.h>
+#include <StandIns/Mellel/Conversation/Conversation.h>
+
+#include <gtest/gtest.h>
 
 #include <string>
 

@@ -1,18 +1,19 @@
 // Every system call behind a document fails in turn: a full disk, a disk that breaks, a folder that
 // may not be written. The old copy stays whole, the new one is whole or not there, and nothing else
 // is left in the folder.
+#include "FailingSystemCalls.h"
+
+#include <StandIns/Mellel/Documents/Files.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
-#include <StandIns/Mellel/Documents/Files.h>
 
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-
-#include "FailingSystemCalls.h"
 
 namespace mellel {
 namespace {

@@ -1,8 +1,9 @@
+#include <StandIns/Mellel/Documents/Files.h>
+#include <StandIns/Mellel/Documents/FileWatch.h>
+
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <StandIns/Mellel/Documents/Files.h>
-#include <StandIns/Mellel/Documents/FileWatch.h>
 
 #include <filesystem>
 #include <fstream>

@@ -1,9 +1,10 @@
-#include <gtest/gtest.h>
+#include "ReadDocument.h"
+
 #include <StandIns/Mellel/RTF/FormattedDocument.h>
 
-#include <string>
+#include <gtest/gtest.h>
 
-#include "ReadDocument.h"
+#include <string>
 
 namespace mellel {
 namespace {

@@ -1,6 +1,7 @@
-#include <gtest/gtest.h>
 #include <StandIns/Mellel/RTF/Escape.h>
 #include <StandIns/Mellel/RTF/FormattedText.h>
+
+#include <gtest/gtest.h>
 
 namespace mellel {
 namespace {

@@ -56,12 +56,9 @@ TEST_F(HostileReply, EveryFlippedBitIsRefusedOrTakenForWhatItSays) {
 
 TEST_F(HostileReply, EmptyDataAndBytesInExcessAreRefused) {
   for (const Attacked &target : attacked()) {
-    expectRight(
-        target, [](Answer &sent) { sent.payload = ""; }, "empty");
-    expectRight(
-        target, [](Answer &sent) { *sent.payload += '\0'; }, "with a NUL more");
-    expectRight(
-        target, [](Answer &sent) { *sent.payload += *sent.payload; }, "twice in one");
+    expectRight(target, [](Answer &sent) { sent.payload = ""; }, "empty");
+    expectRight(target, [](Answer &sent) { *sent.payload += '\0'; }, "with a NUL more");
+    expectRight(target, [](Answer &sent) { *sent.payload += *sent.payload; }, "twice in one");
     expectGoodRun(target);
   }
 }
@@ -91,8 +88,7 @@ TEST_F(HostileReply, TheDescriptorTypeMakesNoDifference) {
           fourCharacterCode("null"), fourCharacterCode("reco"), fourCharacterCode("list"),
           fourCharacterCode("obj "), fourCharacterCode("****"), DescType{0},
           DescType{0xFFFFFFFF}}) {
-      expectRight(
-          target, [type](Answer &sent) { sent.type = type; }, std::to_string(type));
+      expectRight(target, [type](Answer &sent) { sent.type = type; }, std::to_string(type));
     }
     expectGoodRun(target);
   }

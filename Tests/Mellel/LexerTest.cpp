@@ -1,5 +1,6 @@
-#include <gtest/gtest.h>
 #include <StandIns/Mellel/RTF/Lexer.h>
+
+#include <gtest/gtest.h>
 
 #include <random>
 #include <string>

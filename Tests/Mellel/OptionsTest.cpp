@@ -1,5 +1,6 @@
-#include <gtest/gtest.h>
 #include <StandIns/Mellel/Commands/Options.h>
+
+#include <gtest/gtest.h>
 
 #include <vector>
 

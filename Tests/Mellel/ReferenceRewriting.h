@@ -1,13 +1,13 @@
 // What finding and replacing citations comes to, told by the characters that a document shows.
 #pragma once
 
+#include "ReadDocument.h"
+
 #include <map>
 #include <set>
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "ReadDocument.h"
 
 namespace mellel::testing {
 

@@ -1,14 +1,15 @@
 // Every document made of a few tokens, and many random ones: a citation is replaced, nothing
 // else that a reader sees changes, formatting included.
-#include <gtest/gtest.h>
+#include "ReadDocument.h"
+#include "ReferenceRewriting.h"
+
 #include <StandIns/Mellel/RTF/FormattedDocument.h>
+
+#include <gtest/gtest.h>
 
 #include <random>
 #include <string>
 #include <vector>
-
-#include "ReadDocument.h"
-#include "ReferenceRewriting.h"
 
 namespace mellel {
 namespace {

@@ -1,9 +1,6 @@
 // A host for the tests of the commands: it formats {X} as (X) and lists every citation in the
 // bibliography, unless a scenario, its only argument, tells it to misbehave. Each request is one
 // line on standard output. It ends with its parent, or after two minutes.
-#import <Foundation/Foundation.h>
-
-#import <ApplicationServices/ApplicationServices.h>
 #include <Formats/CitationResolution.h>
 #include <Formats/EventTable.h>
 #include <Formats/Insertion.h>
@@ -15,6 +12,9 @@
 #include <Formats/Unicode.h>
 #include <Platform/AppleEventsProcess.h>
 #include <Platform/AutoreleasePool.h>
+
+#import <ApplicationServices/ApplicationServices.h>
+#import <Foundation/Foundation.h>
 #include <unistd.h>
 
 #include <cstdio>

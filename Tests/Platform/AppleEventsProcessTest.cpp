@@ -1,7 +1,7 @@
+#include "BusFixture.h"
+
 #include <cstdlib>
 #include <vector>
-
-#include "BusFixture.h"
 
 using namespace platform_test;
 

@@ -1,8 +1,9 @@
 #include "BusFixture.h"
 
+#include <Platform/AutoreleasePool.h>
+
 #import <ApplicationServices/ApplicationServices.h>
 #import <Foundation/Foundation.h>
-#include <Platform/AutoreleasePool.h>
 
 #include <algorithm>
 #include <chrono>

@@ -1,7 +1,7 @@
+#include "RawSender.h"
+
 #include <string>
 #include <thread>
-
-#include "RawSender.h"
 
 using namespace platform_test;
 

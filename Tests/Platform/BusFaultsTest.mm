@@ -2,10 +2,12 @@
 // others and comes and goes. Each failure ends in a status and in bounded time, nobody is left
 // waiting, and the next event goes through.
 #include "BusFixture.h"
+#include "FailingBusCalls.h"
+
+#include <Platform/AutoreleasePool.h>
 
 #import <ApplicationServices/ApplicationServices.h>
 #import <Foundation/Foundation.h>
-#include <Platform/AutoreleasePool.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -14,8 +16,6 @@
 #include <filesystem>
 #include <map>
 #include <string>
-
-#include "FailingBusCalls.h"
 
 using namespace platform_test;
 

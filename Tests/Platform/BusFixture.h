@@ -1,17 +1,18 @@
 // A private bus with the test peer on it.
 #pragma once
 
-#include <gtest/gtest.h>
-#include <Platform/AppleEventsProcess.h>
-
-#include <chrono>
-#include <memory>
-#include <thread>
-
 #include "ChildProcess.h"
 #include "PrivateBus.h"
 #include "RunLoopWait.h"
 #include "TestEvents.h"
+
+#include <Platform/AppleEventsProcess.h>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <memory>
+#include <thread>
 
 namespace platform_test {
 

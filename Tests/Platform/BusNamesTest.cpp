@@ -1,8 +1,9 @@
-#include <ApplicationServices/MacErrors.h>
-#include <gtest/gtest.h>
+#include "FourCharacterCodes.h"
+
 #include <Platform/Bus/BusNames.h>
 
-#include "FourCharacterCodes.h"
+#include <ApplicationServices/MacErrors.h>
+#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,9 +1,9 @@
 #include "FourCharacterCodes.h"
 
-#import <ApplicationServices/ApplicationServices.h>
-#import <Foundation/Foundation.h>
 #include <Platform/AutoreleasePool.h>
 
+#import <ApplicationServices/ApplicationServices.h>
+#import <Foundation/Foundation.h>
 #include <gtest/gtest.h>
 
 namespace {

@@ -1,10 +1,10 @@
 #include "FourCharacterCodes.h"
 
-#import <ApplicationServices/ApplicationServices.h>
-#import <Foundation/Foundation.h>
 #include <Platform/AutoreleasePool.h>
 #include <Platform/Testing/RecordingCarrier.h>
 
+#import <ApplicationServices/ApplicationServices.h>
+#import <Foundation/Foundation.h>
 #include <gtest/gtest.h>
 
 #include <functional>

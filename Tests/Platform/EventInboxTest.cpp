@@ -1,5 +1,6 @@
-#include <gtest/gtest.h>
 #include <Platform/Bus/EventInbox.h>
+
+#include <gtest/gtest.h>
 
 #include <string>
 

@@ -1,4 +1,6 @@
 // Programs of the same user that mean harm, or are broken, and programs of other users.
+#include "RawSender.h"
+
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -9,8 +11,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-
-#include "RawSender.h"
 
 using namespace platform_test;
 

@@ -1,8 +1,9 @@
+#include <Platform/SealedMemoryFile.h>
+#include <Platform/SharedBytes.h>
+
 #include <ApplicationServices/MacErrors.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <Platform/SealedMemoryFile.h>
-#include <Platform/SharedBytes.h>
 #include <sys/mman.h>
 #include <unistd.h>
 

@@ -1,3 +1,5 @@
+#include "BusFixture.h"
+
 #include <Platform/Bus/BusConnection.h>
 #include <Platform/Bus/BusNames.h>
 #include <Platform/Bus/NameOwners.h>
@@ -5,8 +7,6 @@
 #include <cstdint>
 #include <functional>
 #include <set>
-
-#include "BusFixture.h"
 
 using namespace platform_test;
 using platform::busName;

@@ -1,10 +1,10 @@
 // A message bus of the test's own.
 #pragma once
 
+#include "ChildProcess.h"
+
 #include <memory>
 #include <string>
-
-#include "ChildProcess.h"
 
 namespace platform_test {
 

@@ -1,11 +1,12 @@
+#include "FourCharacterCodes.h"
+
+#include <Platform/Testing/RecordingCarrier.h>
+
 #include <ApplicationServices/ApplicationServices.h>
 #include <gtest/gtest.h>
-#include <Platform/Testing/RecordingCarrier.h>
 
 #include <string>
 #include <vector>
-
-#include "FourCharacterCodes.h"
 
 namespace {
 

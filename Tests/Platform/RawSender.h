@@ -2,14 +2,15 @@
 // of the user's can.
 #pragma once
 
-#include <fcntl.h>
+#include "BusFixture.h"
+
 #include <Platform/Bus/BusHandles.h>
+
+#include <fcntl.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
 #include <string>
-
-#include "BusFixture.h"
 
 namespace platform_test {
 

@@ -1,7 +1,8 @@
 #include "RunLoopWait.h"
 
-#import <Foundation/Foundation.h>
 #include <Platform/AutoreleasePool.h>
+
+#import <Foundation/Foundation.h>
 
 namespace platform_test {
 

@@ -1,10 +1,10 @@
 // The events that the test peer serves, and sending them.
 #pragma once
 
-#include <string_view>
-
 #include "EventSending.h"
 #include "FourCharacterCodes.h"
+
+#include <string_view>
 
 namespace platform_test {
 

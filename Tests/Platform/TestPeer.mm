@@ -2,13 +2,13 @@
 // for two minutes.
 #include "TestEvents.h"
 
-#import <Foundation/Foundation.h>
 #include <Platform/AppleEventsProcess.h>
 #include <Platform/AutoreleasePool.h>
 
 #import <ApplicationServices/ApplicationServices.h>
-
+#import <Foundation/Foundation.h>
 #include <unistd.h>
+
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>

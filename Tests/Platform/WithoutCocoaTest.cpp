@@ -1,13 +1,14 @@
 // The run loop and the handlers of processes without Cocoa. That whole processes talk to each other
 // over them is shown by the tests of the word processor.
-#include <ApplicationServices/ApplicationServices.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <Platform/Bus/RunLoop.h>
 #include <Platform/Bus/RunLoopTimer.h>
 #include <Platform/EventDispatch.h>
 #include <Platform/WithoutCocoa/EventHandlers.h>
 #include <Platform/WithoutCocoa/RunLoopTurn.h>
+
+#include <ApplicationServices/ApplicationServices.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <array>
@@ -149,7 +150,9 @@ TEST(RunLoopWithoutCocoa, AWatchThatACallMakesIsServedByTheNextTurn) {
   int calls = 0;
   std::unique_ptr<RunLoopDescriptor> made;
   const RunLoopDescriptor watch(pipe.readingEnd(), [&] {
-    if (!made) made = std::make_unique<RunLoopDescriptor>(pipe.readingEnd(), [&] { ++calls; });
+    if (!made) {
+      made = std::make_unique<RunLoopDescriptor>(pipe.readingEnd(), [&] { ++calls; });
+    }
   });
   pipe.fill();
   turn();

@@ -2,10 +2,10 @@
 // in one of its documented ways, everything that it had is given back, and the next is served as
 // ever.
 
-#include <iostream>
-
 #include "Support/FailingAllocator.h"
 #import "Support/Requests.h"
+
+#include <iostream>
 
 namespace plugin_test {
 namespace {

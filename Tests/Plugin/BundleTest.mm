@@ -2,9 +2,9 @@
 // other tests compile the plug-in's sources in, which gives them its private methods; this one
 // shows that what is shipped loads and brings its resources along.
 
-#import <Cocoa/Cocoa.h>
 #import <HostContract/HostContract.h>
 
+#import <Cocoa/Cocoa.h>
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
 // The final scan: from Mellel's request to its answer, by name of a style or by the dialog.
 
+#import "Support/AgentTest.h"
+
 #include <Formats/ScanReply.h>
 #include <Formats/ScanRequest.h>
-
-#import "Support/AgentTest.h"
 
 namespace plugin_test {
 namespace {

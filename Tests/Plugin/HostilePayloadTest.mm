@@ -2,10 +2,10 @@
 // payloads of other kinds. Whatever arrives, the agent does exactly what those bytes ask for, and
 // answers the next request as if nothing had been.
 
+#import "Support/Requests.h"
+
 #include <iostream>
 #include <map>
-
-#import "Support/Requests.h"
 
 namespace plugin_test {
 namespace {

@@ -1,9 +1,9 @@
 // The live bibliography, which is answered in the request's own reply.
 
+#import "Support/AgentTest.h"
+
 #include <Formats/ScanReply.h>
 #include <Formats/ScanRequest.h>
-
-#import "Support/AgentTest.h"
 
 namespace plugin_test {
 namespace {

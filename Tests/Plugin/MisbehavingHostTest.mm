@@ -2,10 +2,10 @@
 // during each request goes wrong in each way. The request then ends in one of its documented ways,
 // with nothing left behind, and the next one is served as ever.
 
-#include <iostream>
-
 #import "Support/HostileHost.h"
 #import "Support/Requests.h"
+
+#include <iostream>
 
 namespace plugin_test {
 namespace {

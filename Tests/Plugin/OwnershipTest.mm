@@ -1,11 +1,11 @@
 // Who keeps what, and for how long: nothing of the host's is kept once the plug-in is done with it,
 // and nothing goes while it is still needed.
 
-#include <Formats/ScanRequest.h>
-#include <Platform/CatchObjectiveCException.h>
-
 #include "../Load/LiveBytes.h"
 #import "Support/AgentTest.h"
+
+#include <Formats/ScanRequest.h>
+#include <Platform/CatchObjectiveCException.h>
 
 @interface KOMellelScanController : NSWindowController
 - (id)initWithAdapter:(id)adapter;

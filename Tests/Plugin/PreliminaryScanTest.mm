@@ -1,9 +1,9 @@
 // The preliminary scan and the resolution report that answers it.
 
+#import "Support/AgentTest.h"
+
 #include <Formats/CitationResolution.h>
 #include <Formats/ScanRequest.h>
-
-#import "Support/AgentTest.h"
 
 namespace plugin_test {
 namespace {

@@ -3,10 +3,10 @@
 
 #import "Support/AgentTest.h"
 
-#import <RTFTranslation.h>
-
 #include <Formats/PidginRTFReader.h>
 #include <Formats/PidginRTFWriter.h>
+
+#import <RTFTranslation.h>
 
 #include <vector>
 

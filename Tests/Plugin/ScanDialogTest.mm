@@ -3,21 +3,20 @@
 // The program runs on a desktop of its own (see its main function), where no window manager draws
 // title bars: GNUstep draws them itself.
 
-#import <KOMellelScanController.h>
-#import <KorvoMellelAgent+Private.h>
-
-#include <Formats/ScanReply.h>
-#include <Formats/ScanRequest.h>
-#include <Platform/Testing/RecordingCarrier.h>
-
 #include "Support/CallLog.h"
 #include "Support/LogCapture.h"
 #import "Support/RecordingHost.h"
 #import "Support/ScriptedUser.h"
 #include "Support/Text.h"
 
+#include <Formats/ScanReply.h>
+#include <Formats/ScanRequest.h>
+#include <Platform/Testing/RecordingCarrier.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#import <KOMellelScanController.h>
+#import <KorvoMellelAgent+Private.h>
 
 #include <optional>
 

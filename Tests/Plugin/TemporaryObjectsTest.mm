@@ -1,9 +1,9 @@
 // A scan of a long document does not pile up what the host makes for each citation: every loop over
 // the citations lets go of temporary objects while it runs.
 
-#include <Formats/ScanRequest.h>
-
 #import "Support/AgentTest.h"
+
+#include <Formats/ScanRequest.h>
 
 namespace {
 int livingObjects = 0;
@@ -37,7 +37,7 @@ int mostLivingObjects = 0;
 - (NSUInteger)count {
   return 500;
 }
-- (id)objectAtIndex:(NSUInteger)__attribute__((unused))index {
+- (id)objectAtIndex:(NSUInteger)__attribute__((unused)) index {
   [[[CountedObject alloc] init] autorelease];
   return @"x";
 }

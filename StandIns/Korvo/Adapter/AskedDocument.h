@@ -5,9 +5,10 @@
 // written to their libraries: that is what makes the comparison cheap.
 #pragma once
 
-#include <StandIns/Korvo/Engine/StyleCatalog.h>
 #import "CitedDocument.h"
 #import "Owned.h"
+
+#include <StandIns/Korvo/Engine/StyleCatalog.h>
 
 #include <filesystem>
 #include <map>

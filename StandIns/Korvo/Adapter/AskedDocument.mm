@@ -8,7 +8,9 @@ std::optional<AskedDocument> AskedDocument::of(const DocumentRequest &request,
                                                const CitedDocument::Versions &versions) {
   AskedDocument asked;
   for (const auto &[library, version] : versions) {
-    if (!version) return std::nullopt;
+    if (!version) {
+      return std::nullopt;
+    }
     asked.sources_.push_back({Owned<KOLibrary *>::retaining(library), *version});
   }
   asked.styleFile_ = request.style.file;

@@ -1,6 +1,7 @@
 // What a character of an attributed string looks like, read off its attributes.
-#import <Cocoa/Cocoa.h>
 #import <HostContract/KorvoAttributePredicates.h>
+
+#import <Cocoa/Cocoa.h>
 
 namespace {
 

@@ -5,9 +5,9 @@
 // the text system has no attribute for them.
 #pragma once
 
-#import <Cocoa/Cocoa.h>
-
 #include <StandIns/Korvo/Engine/FormattedText.h>
+
+#import <Cocoa/Cocoa.h>
 
 namespace korvo::adapter {
 

@@ -1,10 +1,10 @@
 #import "AttributedCitations.h"
 
-#include <algorithm>
-
 #import "BodyFonts.h"
 #import "Owned.h"
 #import "TextBridge.h"
+
+#include <algorithm>
 
 namespace korvo::adapter {
 namespace {
@@ -28,13 +28,16 @@ NSDictionary *attributesOfRun(const engine::Run &run, NSParagraphStyle *paragrap
     [attributes setObject:[NSNumber numberWithInt:raised ? 1 : -1]
                    forKey:NSSuperscriptAttributeName];
   }
-  if (paragraph != nil) [attributes setObject:paragraph forKey:NSParagraphStyleAttributeName];
+  if (paragraph != nil) {
+    [attributes setObject:paragraph forKey:NSParagraphStyleAttributeName];
+  }
   return attributes;
 }
 
 void append(NSMutableAttributedString *text, NSString *string, NSDictionary *attributes) {
-  const Owned<NSAttributedString *> piece = Owned<NSAttributedString *>::taking(
-      [[NSAttributedString alloc] initWithString:string attributes:attributes]);
+  const Owned<NSAttributedString *> piece =
+      Owned<NSAttributedString *>::taking([[NSAttributedString alloc] initWithString:string
+                                                                          attributes:attributes]);
   [text appendAttributedString:piece.get()];
 }
 
@@ -53,12 +56,12 @@ NSParagraphStyle *paragraphStyle(const engine::Bibliography &bibliography) {
       [[[NSParagraphStyle defaultParagraphStyle] mutableCopy] autorelease];
   if (bibliography.secondFieldAlign != engine::SecondFieldAlign::none) {
     // A first field cannot hang out into the margin here; it stands at the margin instead.
-    const CGFloat column =
-        std::max(leastColumn, static_cast<CGFloat>(bibliography.firstFieldCharacters) *
-                                      widthOfCharacter +
-                                  gapAfterFirstField);
-    const Owned<NSTextTab *> tab = Owned<NSTextTab *>::taking(
-        [[NSTextTab alloc] initWithType:NSLeftTabStopType location:column]);
+    const CGFloat column = std::max(
+        leastColumn, static_cast<CGFloat>(bibliography.firstFieldCharacters) * widthOfCharacter +
+                         gapAfterFirstField);
+    const Owned<NSTextTab *> tab =
+        Owned<NSTextTab *>::taking([[NSTextTab alloc] initWithType:NSLeftTabStopType
+                                                          location:column]);
     [style setHeadIndent:column];
     [style setTabStops:[NSArray arrayWithObject:tab.get()]];
   } else if (bibliography.hangingIndent) {
@@ -84,7 +87,9 @@ NSAttributedString *attributedBibliography(const engine::Bibliography &bibliogra
   NSParagraphStyle *paragraph = paragraphStyle(bibliography);
   NSDictionary *plain = attributesOfRun(engine::Run{}, paragraph);
   for (const engine::BibliographyEntry &entry : bibliography.entries) {
-    if ([result length] > 0) append(result, @"\n", plain);
+    if ([result length] > 0) {
+      append(result, @"\n", plain);
+    }
     if (entry.firstField) {
       append(result, *entry.firstField, paragraph);
       append(result, @"\t", plain);
@@ -95,9 +100,9 @@ NSAttributedString *attributedBibliography(const engine::Bibliography &bibliogra
 }
 
 NSAttributedString *plainAttributedText(NSString *text) {
-  return [[[NSAttributedString alloc] initWithString:text
-                                          attributes:attributesOfRun(engine::Run{}, nil)]
-      autorelease];
+  return
+      [[[NSAttributedString alloc] initWithString:text
+                                       attributes:attributesOfRun(engine::Run{}, nil)] autorelease];
 }
 
 }  // namespace korvo::adapter

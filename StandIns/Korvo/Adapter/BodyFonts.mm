@@ -1,8 +1,8 @@
 #import "BodyFonts.h"
 
-#include <array>
-
 #import "Owned.h"
+
+#include <array>
 
 namespace korvo::adapter {
 namespace {

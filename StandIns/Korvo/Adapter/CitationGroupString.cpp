@@ -1,5 +1,6 @@
-#include <Formats/CitationText.h>
 #include "CitationGroupString.h"
+
+#include <Formats/CitationText.h>
 
 #include <algorithm>
 
@@ -14,7 +15,9 @@ bool isBlank(char16_t unit) {
 std::u16string_view withoutBlanksAround(std::u16string_view text) {
   const auto begin = std::ranges::find_if_not(text, isBlank);
   auto end = text.end();
-  while (end != begin && isBlank(*(end - 1))) --end;
+  while (end != begin && isBlank(*(end - 1))) {
+    --end;
+  }
   return {begin, end};
 }
 
@@ -29,7 +32,9 @@ std::vector<std::u16string_view> citationStrings(std::u16string_view groupString
   for (;;) {
     const std::size_t separator = text.find(u';');
     pieces.push_back(text.substr(0, separator));
-    if (separator == std::u16string_view::npos) return pieces;
+    if (separator == std::u16string_view::npos) {
+      return pieces;
+    }
     text.remove_prefix(separator + 1);
   }
 }

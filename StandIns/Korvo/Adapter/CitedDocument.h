@@ -1,12 +1,14 @@
 // The citations of a document as a style is shown them, and what the engine is asked for them.
 #pragma once
 
-#import <Foundation/Foundation.h>
-#include <StandIns/Korvo/Engine/CitationProcessor.h>
 #import "KOCitation.h"
 #import "KOLibrary.h"
 #import "KOReference.h"
 #import "Owned.h"
+
+#include <StandIns/Korvo/Engine/CitationProcessor.h>
+
+#import <Foundation/Foundation.h>
 
 #include <cstddef>
 #include <map>

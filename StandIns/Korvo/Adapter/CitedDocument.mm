@@ -30,15 +30,21 @@ class Reader {
   const std::string &itemOf(KOCitation *citation) {
     static const std::string nothing;
     KOReference *reference = ownReferenceOf(citation);
-    if (reference == nil) return nothing;
+    if (reference == nil) {
+      return nothing;
+    }
     const auto [place, isNew] = uuids_.try_emplace(std::pair([reference library], [reference row]));
-    if (isNew) place->second = addItem(reference);
+    if (isNew) {
+      place->second = addItem(reference);
+    }
     return place->second;
   }
 
   void finish() {
     for (auto &[library, version] : document_.versions) {
-      if ([library libraryOfThisTurn].version() != version) version.reset();
+      if ([library libraryOfThisTurn].version() != version) {
+        version.reset();
+      }
       [library endTurn];
     }
   }
@@ -48,9 +54,13 @@ class Reader {
     KOLibrary *library = [reference library];
     document_.versions.try_emplace(library, [library libraryOfThisTurn].version());
     std::string uuid = utf8([reference UUID]);
-    if (uuid.empty() || document_.items.contains(uuid)) return uuid;
+    if (uuid.empty() || document_.items.contains(uuid)) {
+      return uuid;
+    }
     const auto json = [reference cslJson];
-    if (!json || !*json) return {};
+    if (!json || !*json) {
+      return {};
+    }
     document_.items.emplace(uuid, **json);
     return uuid;
   }
@@ -69,7 +79,9 @@ Citations citationsIn(NSArray *array) {
   Citations citations;
   citations.reserve(objects.size());
   for (const id object : objects) {
-    if ([object isKindOfClass:citationClass]) citations.push_back(object);
+    if ([object isKindOfClass:citationClass]) {
+      citations.push_back(object);
+    }
   }
   return citations;
 }
@@ -102,9 +114,13 @@ NSAttributedString *writtenGroup(std::span<KOCitation *const> citations) {
     std::u16string tag;
     if (KOReference *reference = ownReferenceOf(citation)) {
       const auto summary = [reference summary];
-      if (summary && *summary) tag = utf16(stringFromUTF8((*summary)->identifier));
+      if (summary && *summary) {
+        tag = utf16(stringFromUTF8((*summary)->identifier));
+      }
     }
-    if (tag == [citation parts].searchString) tag.clear();
+    if (tag == [citation parts].searchString) {
+      tag.clear();
+    }
     text += writtenCitation([citation parts], tag);
   }
   return plainAttributedText(stringFromUTF16(text + u"}"));

@@ -6,10 +6,11 @@
 // compared with what was asked last, before anything is read or made.
 #pragma once
 
-#include <StandIns/Korvo/Engine/CitationProcessor.h>
 #import "AskedDocument.h"
 #import "CitedDocument.h"
 #import "FormattedTexts.h"
+
+#include <StandIns/Korvo/Engine/CitationProcessor.h>
 
 #include <expected>
 #include <optional>

@@ -2,9 +2,10 @@
 // the same text gives the same object, with all that it was converted to.
 #pragma once
 
-#include <StandIns/Korvo/Engine/FormattedText.h>
 #import "KOFormattedText.h"
 #import "Owned.h"
+
+#include <StandIns/Korvo/Engine/FormattedText.h>
 
 #include <cstddef>
 #include <memory>

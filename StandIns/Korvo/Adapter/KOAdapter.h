@@ -1,10 +1,10 @@
 // The service object that the host hands to its word-processor plug-ins.
 #pragma once
 
-#import <HostContract/HostContract.h>
-
 #import "KOProblemReporter.h"
 #include "RememberedMatches.h"
+
+#import <HostContract/HostContract.h>
 
 @class KOLibrary;
 @class KOReference;
@@ -24,8 +24,8 @@ class StyleShelf;
 @end
 
 @interface KOAdapter : NSObject <KorvoWordProcessorIntegrationAdapter, KOProblemReporter> {
-  id<KOUserInterface> interface_;  // not retained: it owns the adapter
-  korvo::adapter::StyleShelf *shelf_;        // likewise
+  id<KOUserInterface> interface_;      // not retained: it owns the adapter
+  korvo::adapter::StyleShelf *shelf_;  // likewise
   NSMutableSet *reportedProblems_;
   korvo::adapter::RememberedMatches matches_;
 }

@@ -38,11 +38,13 @@ KOReference *ownReference(id reference) {
 
 - (void)reportProblem:(NSString *)problem {
   NSLog(@"%@", problem);
-  if ([reportedProblems_ containsObject:problem]) return;
+  if ([reportedProblems_ containsObject:problem]) {
+    return;
+  }
   [reportedProblems_ addObject:problem];
-  NSAttributedString *summary =
-      [[[NSAttributedString alloc] initWithString:problem
-                                       attributes:korvo::adapter::bodyTextAttributes()] autorelease];
+  NSAttributedString *summary = [[[NSAttributedString alloc]
+      initWithString:problem
+          attributes:korvo::adapter::bodyTextAttributes()] autorelease];
   [interface_ showNoticeWithHeader:@"Something went wrong" summary:summary];
 }
 
@@ -52,14 +54,20 @@ KOReference *ownReference(id reference) {
 
 - (NSString *)inTextCitationTagForReference:(id<KorvoReference>)reference {
   KOReference *own = ownReference(reference);
-  if (own == nil) return nil;
+  if (own == nil) {
+    return nil;
+  }
   const auto tag = [own citationTag];
-  if (!tag) [self reportProblem:korvo::adapter::stringFromUTF8(tag.error())];
+  if (!tag) {
+    [self reportProblem:korvo::adapter::stringFromUTF8(tag.error())];
+  }
   return tag && *tag ? korvo::adapter::stringFromUTF8(**tag) : nil;
 }
 
 - (void)displayEditorForReference:(id<KorvoReference>)reference {
-  if (KOReference *own = ownReference(reference)) [interface_ displayEditorForReference:own];
+  if (KOReference *own = ownReference(reference)) {
+    [interface_ displayEditorForReference:own];
+  }
 }
 
 - (NSAttributedString *)summaryWithTitleForReference:(id<KorvoReference>)reference {
@@ -72,7 +80,9 @@ KOReference *ownReference(id reference) {
 
 - (NSSet *)referencesMatchingTag:(NSString *)tag inLibrary:(id<KorvoLibrary>)library {
   static const Class libraryClass = [KOLibrary class];
-  if (![(id)library isKindOfClass:libraryClass]) return [NSSet set];
+  if (![(id)library isKindOfClass:libraryClass]) {
+    return [NSSet set];
+  }
   const auto found = matches_.matching(tag, (KOLibrary *)library);
   if (!found) {
     [self reportProblem:korvo::adapter::stringFromUTF8(found.error())];
@@ -96,7 +106,9 @@ KOReference *ownReference(id reference) {
   const std::vector<std::u16string_view> pieces = korvo::adapter::citationStrings(text);
   static const Class arrayClass = [NSMutableArray class];
   NSMutableArray *strings = [arrayClass arrayWithCapacity:pieces.size()];
-  for (const std::u16string_view piece : pieces) [strings addObject:korvo::adapter::stringFromUTF16(piece)];
+  for (const std::u16string_view piece : pieces) {
+    [strings addObject:korvo::adapter::stringFromUTF16(piece)];
+  }
   return strings;
 }
 

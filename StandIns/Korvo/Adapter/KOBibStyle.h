@@ -6,12 +6,12 @@
 // for by itself.
 #pragma once
 
+#import "DocumentFormatter.h"
+#import "KOProblemReporter.h"
+
 #import <HostContract/HostContract.h>
 
 #include <memory>
-
-#import "DocumentFormatter.h"
-#import "KOProblemReporter.h"
 
 @class KOFormattedDocument;
 

@@ -1,10 +1,5 @@
 #import "KOBibStyle.h"
 
-#include <algorithm>
-#include <span>
-#include <utility>
-#include <vector>
-
 #import "AttributedCitations.h"
 #import "CitedDocument.h"
 #import "KOCitation.h"
@@ -12,6 +7,11 @@
 #import "KOFormattedGroup.h"
 #import "Owned.h"
 #import "TextBridge.h"
+
+#include <algorithm>
+#include <span>
+#include <utility>
+#include <vector>
 
 using korvo::adapter::Owned;
 
@@ -57,23 +57,31 @@ using korvo::adapter::Owned;
   (void)documentAttributes;  // the document's margins stay the word processor's affair
   const korvo::adapter::Citations own = korvo::adapter::citationsIn(citations);
   KOFormattedDocument *document = [self documentOfCitations:own];
-  if (document == nil) document = [self formatDocument:own];
+  if (document == nil) {
+    document = [self formatDocument:own];
+  }
   return [document bibliography];
 }
 
 - (NSAttributedString *)attributedGroupStringForCitationArray:(NSArray *)citations {
   const korvo::adapter::Citations own = korvo::adapter::citationsIn(citations);
-  if (own.empty()) return korvo::adapter::plainAttributedText(@"");
+  if (own.empty()) {
+    return korvo::adapter::plainAttributedText(@"");
+  }
   KOFormattedGroup *group = [own.front() formattedGroup];
   const bool isFormatted =
       group != nil && [[group document] style] == self && [group citationCount] == own.size() &&
       std::ranges::all_of(
           own, [group](KOCitation *citation) { return [citation formattedGroup] == group; });
-  if (isFormatted) return [group text];
+  if (isFormatted) {
+    return [group text];
+  }
 
   // Asked for by itself, the array is one group, whatever its citations belong to.
   KOCitationGroup *alone = [[[KOCitationGroup alloc] init] autorelease];
-  for (KOCitation *original : own) [alone addCitation:[original unformattedCopy]];
+  for (KOCitation *original : own) {
+    [alone addCitation:[original unformattedCopy]];
+  }
   const korvo::adapter::Citations copies = korvo::adapter::citationsIn([alone citations]);
   (void)[self formatDocument:copies];
   return [[copies.front() formattedGroup] text];
@@ -82,11 +90,17 @@ using korvo::adapter::Owned;
 // What all of the citations, and no others, were last formatted as in this style; nil when
 // there is no such document.
 - (KOFormattedDocument *)documentOfCitations:(const korvo::adapter::Citations &)citations {
-  if (citations.empty()) return nil;
+  if (citations.empty()) {
+    return nil;
+  }
   KOFormattedDocument *document = [[citations.front() formattedGroup] document];
-  if ([document style] != self || [document citationCount] != citations.size()) return nil;
+  if ([document style] != self || [document citationCount] != citations.size()) {
+    return nil;
+  }
   for (KOCitation *citation : citations) {
-    if ([[citation formattedGroup] document] != document) return nil;
+    if ([[citation formattedGroup] document] != document) {
+      return nil;
+    }
   }
   return document;
 }
@@ -94,7 +108,9 @@ using korvo::adapter::Owned;
 - (KOFormattedDocument *)formatDocument:(const korvo::adapter::Citations &)citations {
   const std::vector<korvo::adapter::CitedGroup> groups = korvo::adapter::groupsOf(citations);
   const auto texts = formatter_->format(style_, citations, groups);
-  if (!texts) [reporter_ reportProblem:korvo::adapter::stringFromUTF8(texts.error())];
+  if (!texts) {
+    [reporter_ reportProblem:korvo::adapter::stringFromUTF8(texts.error())];
+  }
 
   KOFormattedDocument *document = [[[KOFormattedDocument alloc]
       initWithStyle:self
@@ -107,7 +123,9 @@ using korvo::adapter::Owned;
         initWithDocument:document
                     text:texts ? (*texts)->groups[index].get() : korvo::adapter::writtenGroup(cited)
            citationCount:cited.size()]);
-    for (KOCitation *citation : cited) [citation setFormattedGroup:group.get()];
+    for (KOCitation *citation : cited) {
+      [citation setFormattedGroup:group.get()];
+    }
   }
   return document;
 }

@@ -1,9 +1,9 @@
 // One cited reference with what its citation in the text asks for.
 #pragma once
 
-#import <HostContract/HostContract.h>
-
 #include "WrittenCitation.h"
+
+#import <HostContract/HostContract.h>
 
 @class KOCitationGroup;
 @class KOFormattedGroup;

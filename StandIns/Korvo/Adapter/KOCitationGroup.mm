@@ -6,14 +6,18 @@
 
 - (id)init {
   self = [super init];
-  if (self != nil) citations_ = [[NSMutableArray alloc] init];
+  if (self != nil) {
+    citations_ = [[NSMutableArray alloc] init];
+  }
   return self;
 }
 
 - (void)dealloc {
   for (NSUInteger index = 0; index < [citations_ count]; ++index) {
     KOCitation *citation = [citations_ objectAtIndex:index];
-    if ([citation group] == self) [citation setGroup:nil];
+    if ([citation group] == self) {
+      [citation setGroup:nil];
+    }
   }
   [citations_ release];
   [copy_ release];
@@ -22,7 +26,9 @@
 
 - (void)addCitation:(id<KorvoCitation>)citation {
   static const Class citationClass = [KOCitation class];
-  if (![(id)citation isKindOfClass:citationClass]) return;
+  if (![(id)citation isKindOfClass:citationClass]) {
+    return;
+  }
   [citations_ addObject:citation];
   [copy_ release];
   copy_ = nil;
@@ -30,7 +36,9 @@
 }
 
 - (NSArray *)citations {
-  if (copy_ == nil) copy_ = [citations_ copy];
+  if (copy_ == nil) {
+    copy_ = [citations_ copy];
+  }
   return [[copy_ retain] autorelease];
 }
 

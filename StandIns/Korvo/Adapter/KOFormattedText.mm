@@ -36,7 +36,9 @@
 }
 
 - (NSString *)pidginRTF {
-  if (pidginRTF_ == nil) pidginRTF_ = [korvo::adapter::pidginRTF(text_) copy];
+  if (pidginRTF_ == nil) {
+    pidginRTF_ = [korvo::adapter::pidginRTF(text_) copy];
+  }
   return pidginRTF_;
 }
 

@@ -2,11 +2,10 @@
 #pragma once
 
 #import <HostContract/HostContract.h>
+#include <StandIns/Korvo/Library/Library.h>
 
 #include <chrono>
 #include <optional>
-
-#include <StandIns/Korvo/Library/Library.h>
 
 @class KOReference;
 

@@ -1,8 +1,9 @@
 #import "KOLibrary.h"
 
-#import <AppKit/AppKit.h>
 #import "KOReference.h"
 #import "TextBridge.h"
+
+#import <AppKit/AppKit.h>
 
 #include <utility>
 
@@ -10,7 +11,9 @@
 
 - (id)initWithLibrary:(korvo::library::Library)opened {
   self = [super init];
-  if (self != nil) library_ = std::move(opened);
+  if (self != nil) {
+    library_ = std::move(opened);
+  }
   return self;
 }
 
@@ -40,7 +43,9 @@
 }
 
 - (NSTimeInterval)timeSinceLastTurn {
-  if (endsTurn_) return 0;
+  if (endsTurn_) {
+    return 0;
+  }
   return std::chrono::duration<NSTimeInterval>(std::chrono::steady_clock::now() - lastTurn_)
       .count();
 }

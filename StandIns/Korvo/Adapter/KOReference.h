@@ -2,8 +2,9 @@
 // the library at that moment, so that an edit is seen by the next to ask.
 #pragma once
 
-#import <HostContract/HostContract.h>
 #import "KOLibrary.h"
+
+#import <HostContract/HostContract.h>
 
 #include <expected>
 #include <optional>
@@ -19,7 +20,8 @@
 - (korvo::library::ReferenceRow)row;
 
 // Nothing when the reference is gone; an error when the library cannot be read.
-- (std::expected<std::optional<korvo::library::ReferenceSummary>, korvo::library::LibraryError>)summary;
+- (std::expected<std::optional<korvo::library::ReferenceSummary>, korvo::library::LibraryError>)
+    summary;
 - (std::expected<std::optional<std::string>, korvo::library::LibraryError>)cslJson;
 - (std::expected<std::optional<std::string>, korvo::library::LibraryError>)citationTag;
 @end

@@ -26,7 +26,8 @@
   return row_;
 }
 
-- (std::expected<std::optional<korvo::library::ReferenceSummary>, korvo::library::LibraryError>)summary {
+- (std::expected<std::optional<korvo::library::ReferenceSummary>, korvo::library::LibraryError>)
+    summary {
   return [library_ libraryOfThisTurn].summary(row_);
 }
 
@@ -45,7 +46,9 @@
 
 // Every look-up makes its own object: what they name makes them equal.
 - (BOOL)isEqual:(id)other {
-  if (![other isKindOfClass:[KOReference class]]) return NO;
+  if (![other isKindOfClass:[KOReference class]]) {
+    return NO;
+  }
   return library_ == [(KOReference *)other library] && row_ == [(KOReference *)other row];
 }
 

@@ -1,9 +1,9 @@
 #import "PidginRTFText.h"
 
-#import <HostContract/KorvoAttributePredicates.h>
 #import "TextBridge.h"
 
 #include <Formats/PidginRTFWriter.h>
+#import <HostContract/KorvoAttributePredicates.h>
 
 // Declared, not implemented: a plug-in may bring it.
 @interface NSAttributedString (OfferedByPlugIns)
@@ -38,7 +38,9 @@ NSString *convertedHere(NSAttributedString *text) {
 }  // namespace
 
 NSString *pidginRTF(NSAttributedString *text) {
-  if (text == nil) return @"";
+  if (text == nil) {
+    return @"";
+  }
   return [text respondsToSelector:@selector(asPidginRTF)] ? [text asPidginRTF]
                                                           : convertedHere(text);
 }

@@ -3,9 +3,10 @@
 // A document asks for each of its citations twice a scan, and the author scans it again and again.
 #pragma once
 
-#import <Foundation/Foundation.h>
 #import "KOLibrary.h"
 #import "Owned.h"
+
+#import <Foundation/Foundation.h>
 
 #include <expected>
 #include <optional>

@@ -1,9 +1,9 @@
 #import "RememberedMatches.h"
 
-#include <utility>
-
 #import "KOReference.h"
 #import "TextBridge.h"
+
+#include <utility>
 
 namespace korvo::adapter {
 
@@ -19,10 +19,14 @@ std::expected<NSSet *, library::LibraryError> RememberedMatches::matching(NSStri
     return [[known->second.get() retain] autorelease];
   }
   const auto rows = searched.matching(utf8(tag));
-  if (!rows) return std::unexpected(rows.error());
+  if (!rows) {
+    return std::unexpected(rows.error());
+  }
   NSSet *found = referencesAt(*rows);
   if (version_) {
-    if (sets_.size() >= capacity_) forget();
+    if (sets_.size() >= capacity_) {
+      forget();
+    }
     sets_.emplace(text, Owned<NSSet *>::retaining(found));
   }
   return [[found retain] autorelease];
@@ -31,7 +35,9 @@ std::expected<NSSet *, library::LibraryError> RememberedMatches::matching(NSStri
 // Where the version is not known, nothing is known to be still true.
 void RememberedMatches::forgetUnless(KOLibrary *library,
                                      std::optional<library::Library::Version> version) {
-  if (version && version == version_ && library == library_.get()) return;
+  if (version && version == version_ && library == library_.get()) {
+    return;
+  }
   forget();
   library_ = Owned<KOLibrary *>::retaining(library);
   version_ = version;
@@ -43,7 +49,9 @@ void RememberedMatches::forget() {
 }
 
 NSSet *RememberedMatches::referencesAt(std::span<const library::ReferenceRow> rows) {
-  if (rows.empty()) return none_.get();
+  if (rows.empty()) {
+    return none_.get();
+  }
   if (rows.size() == 1) {
     const auto [single, isNew] = singles_.try_emplace(rows.front());
     if (isNew) {

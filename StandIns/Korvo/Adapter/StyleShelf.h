@@ -5,12 +5,14 @@
 // titles of styles); picks made for one run only, on the command line, are not.
 #pragma once
 
-#import <Foundation/Foundation.h>
+#import "KOBibStyle.h"
+#import "Owned.h"
+
 #include <StandIns/Korvo/Engine/CitationProcessor.h>
 #include <StandIns/Korvo/Engine/StyleCatalog.h>
 #include <StandIns/Korvo/Library/Library.h>
-#import "KOBibStyle.h"
-#import "Owned.h"
+
+#import <Foundation/Foundation.h>
 
 #include <map>
 #include <memory>

@@ -1,8 +1,8 @@
 #import "StyleShelf.h"
 
-#include <utility>
-
 #import "TextBridge.h"
+
+#include <utility>
 
 namespace korvo::adapter {
 namespace {
@@ -24,10 +24,16 @@ void StyleShelf::setReporter(id<KOProblemReporter> reporter) {
 }
 
 KOBibStyle *StyleShelf::style(std::string_view name) {
-  if (name.empty()) return nil;
-  if (const auto known = styles_.find(name); known != styles_.end()) return known->second.get();
+  if (name.empty()) {
+    return nil;
+  }
+  if (const auto known = styles_.find(name); known != styles_.end()) {
+    return known->second.get();
+  }
   auto found = catalog_.find(name);
-  if (!found) return nil;
+  if (!found) {
+    return nil;
+  }
   auto style = Owned<KOBibStyle *>::taking([[KOBibStyle alloc] initWithStyle:*std::move(found)
                                                                    formatter:formatter_
                                                                     reporter:reporter_.get()]);
@@ -35,24 +41,32 @@ KOBibStyle *StyleShelf::style(std::string_view name) {
 }
 
 const std::vector<std::string> &StyleShelf::favorites() {
-  if (favorites_) return *favorites_;
+  if (favorites_) {
+    return *favorites_;
+  }
   favorites_.emplace();
   NSArray *remembered = [[NSUserDefaults standardUserDefaults] arrayForKey:favoritesKey];
   if (remembered == nil) {
     for (const char *name : wellKnownStyles) {
-      if (KOBibStyle *known = style(name)) favorites_->push_back(utf8([known name]));
+      if (KOBibStyle *known = style(name)) {
+        favorites_->push_back(utf8([known name]));
+      }
     }
     return *favorites_;
   }
   for (NSUInteger index = 0; index < [remembered count]; ++index) {
     id title = [remembered objectAtIndex:index];
-    if ([title isKindOfClass:[NSString class]]) favorites_->push_back(utf8(title));
+    if ([title isKindOfClass:[NSString class]]) {
+      favorites_->push_back(utf8(title));
+    }
   }
   return *favorites_;
 }
 
 const std::string &StyleShelf::defaultStyle() {
-  if (defaultStyle_) return *defaultStyle_;
+  if (defaultStyle_) {
+    return *defaultStyle_;
+  }
   NSString *remembered = [[NSUserDefaults standardUserDefaults] stringForKey:defaultStyleKey];
   if (remembered != nil) {
     defaultStyle_ = utf8(remembered);
@@ -65,12 +79,16 @@ const std::string &StyleShelf::defaultStyle() {
 
 void StyleShelf::rehearse(library::Library &library, std::span<const library::ReferenceRow> rows) {
   const auto style = catalog_.find(defaultStyle());
-  if (!style) return;
+  if (!style) {
+    return;
+  }
   std::map<std::string, std::string, std::less<>> items;
   std::vector<engine::CiteGroup> groups;
   for (const library::ReferenceRow row : rows) {
     auto json = library.cslJson(row);
-    if (!json || !*json) continue;
+    if (!json || !*json) {
+      continue;
+    }
     const auto [item, isNew] = items.emplace(std::to_string(row), **std::move(json));
     groups.emplace_back(1).front().itemId = item->first;
   }
@@ -86,7 +104,9 @@ void StyleShelf::useDefaultStyle(std::string title) { defaultStyle_ = std::move(
 
 void StyleShelf::rememberFavorites(std::vector<std::string> titles) {
   NSMutableArray *strings = [NSMutableArray arrayWithCapacity:titles.size()];
-  for (const std::string &title : titles) [strings addObject:stringFromUTF8(title)];
+  for (const std::string &title : titles) {
+    [strings addObject:stringFromUTF8(title)];
+  }
   [[NSUserDefaults standardUserDefaults] setObject:strings forKey:favoritesKey];
   [[NSUserDefaults standardUserDefaults] synchronize];
   useFavorites(std::move(titles));

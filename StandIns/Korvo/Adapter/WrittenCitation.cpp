@@ -3,8 +3,9 @@
 // left out, and must be where a marker would follow it), with or without a blank that keeps
 // the first letter from being taken for a flag. The ways are tried in the order of their
 // beauty; the first that reads back is taken.
-#include <Formats/CitationText.h>
 #include "WrittenCitation.h"
+
+#include <Formats/CitationText.h>
 
 namespace korvo::adapter {
 namespace {
@@ -16,20 +17,40 @@ struct Way {
 
 std::u16string writtenIn(Way way, const CitationParts &parts, std::u16string_view tag) {
   std::u16string text;
-  if (!parts.includeInBody) text += u'!';
-  if (!parts.includeInBibliography) text += u'^';
-  if (parts.useYearOnly) text += u'%';
-  if (parts.suppressSuperscript) text += u'_';
-  if (parts.stripEnclosure) text += u'*';
-  if (!parts.prependString.empty()) text += u'\\' + parts.prependString + u'\\';
-  if (way.startsWithBlank) text += u' ';
+  if (!parts.includeInBody) {
+    text += u'!';
+  }
+  if (!parts.includeInBibliography) {
+    text += u'^';
+  }
+  if (parts.useYearOnly) {
+    text += u'%';
+  }
+  if (parts.suppressSuperscript) {
+    text += u'_';
+  }
+  if (parts.stripEnclosure) {
+    text += u'*';
+  }
+  if (!parts.prependString.empty()) {
+    text += u'\\' + parts.prependString + u'\\';
+  }
+  if (way.startsWithBlank) {
+    text += u' ';
+  }
   text += parts.searchString;
   if (!parts.appendString.empty()) {
     text += u'\\' + parts.appendString;
-    if (way.closesAppendString) text += u'\\';
+    if (way.closesAppendString) {
+      text += u'\\';
+    }
   }
-  if (!tag.empty()) text.append(u"#").append(tag);
-  if (!parts.pageRange.empty()) text += u'@' + parts.pageRange;
+  if (!tag.empty()) {
+    text.append(u"#").append(tag);
+  }
+  if (!parts.pageRange.empty()) {
+    text += u'@' + parts.pageRange;
+  }
   return text;
 }
 
@@ -51,7 +72,9 @@ std::u16string writtenCitation(const CitationParts &parts, std::u16string_view t
   constexpr Way ways[] = {{true, false}, {false, false}, {true, true}, {false, true}};
   for (const Way way : ways) {
     std::u16string text = writtenIn(way, parts, tag);
-    if (readsAs(text, parts)) return text;
+    if (readsAs(text, parts)) {
+      return text;
+    }
   }
   return writtenIn(ways[0], parts, tag);
 }

@@ -31,7 +31,9 @@ class Arguments {
       value_ = rest_.front();
       rest_ = rest_.subspan(1);
     }
-    if (value_ && value_->empty()) value_.reset();
+    if (value_ && value_->empty()) {
+      value_.reset();
+    }
     return std::exchange(value_, std::nullopt);
   }
 
@@ -51,7 +53,9 @@ std::unexpected<std::string> unknown(std::string_view argument) {
 void appendTags(std::vector<std::string> &tags, std::string_view list) {
   while (!list.empty()) {
     const std::size_t comma = list.find(',');
-    if (comma != 0) tags.emplace_back(list.substr(0, comma));
+    if (comma != 0) {
+      tags.emplace_back(list.substr(0, comma));
+    }
     list = comma == std::string_view::npos ? std::string_view() : list.substr(comma + 1);
   }
 }
@@ -62,7 +66,9 @@ std::expected<Command, std::string> parseImport(Arguments arguments) {
     const std::string_view argument = arguments.next();
     if (argument == "--into") {
       const auto value = arguments.value();
-      if (!value) return missingValue(argument);
+      if (!value) {
+        return missingValue(argument);
+      }
       import.database = *value;
     } else if (argument == "--help") {
       return ShowHelp{};
@@ -72,7 +78,9 @@ std::expected<Command, std::string> parseImport(Arguments arguments) {
       import.files.emplace_back(argument);
     }
   }
-  if (import.files.empty()) return std::unexpected("import needs a file to import (see --help)");
+  if (import.files.empty()) {
+    return std::unexpected("import needs a file to import (see --help)");
+  }
   if (import.database.empty()) {
     return std::unexpected("import needs --into LIBRARY (see --help)");
   }
@@ -105,18 +113,28 @@ bool isKnown(std::string_view option) {
 }  // namespace
 
 std::expected<Command, std::string> parseCommandLine(std::span<const std::string_view> words) {
-  if (!words.empty() && words.front() == "import") return parseImport(Arguments(words.subspan(1)));
+  if (!words.empty() && words.front() == "import") {
+    return parseImport(Arguments(words.subspan(1)));
+  }
   RunHost run;
   Arguments arguments(words);
   while (!arguments.isAtEnd()) {
     const std::string_view argument = arguments.next();
-    if (argument == "--help" || argument == "-h") return ShowHelp{};
-    if (!isKnown(argument)) return unknown(argument);
+    if (argument == "--help" || argument == "-h") {
+      return ShowHelp{};
+    }
+    if (!isKnown(argument)) {
+      return unknown(argument);
+    }
     const auto value = arguments.value();
-    if (!value) return missingValue(argument);
+    if (!value) {
+      return missingValue(argument);
+    }
     takeOption(run, argument, *value);
   }
-  if (run.libraries.empty()) return std::unexpected("--library FILE is missing (see --help)");
+  if (run.libraries.empty()) {
+    return std::unexpected("--library FILE is missing (see --help)");
+  }
   return run;
 }
 

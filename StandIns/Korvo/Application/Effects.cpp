@@ -1,5 +1,6 @@
-#include <Formats/OneLine.h>
 #include "Effects.h"
+
+#include <Formats/OneLine.h>
 
 #include <cstdio>
 #include <string>
@@ -12,7 +13,9 @@ namespace {
 
 std::string_view withoutLineBreaksAround(std::string_view text) {
   const std::size_t begin = text.find_first_not_of("\r\n");
-  if (begin == std::string_view::npos) return {};
+  if (begin == std::string_view::npos) {
+    return {};
+  }
   return text.substr(begin, text.find_last_not_of("\r\n") - begin + 1);
 }
 

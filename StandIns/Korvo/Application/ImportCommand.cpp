@@ -1,5 +1,7 @@
-#include "Effects.h"
 #include "ImportCommand.h"
+
+#include "Effects.h"
+
 #include <StandIns/Korvo/Library/LibraryFile.h>
 
 #include <cstdlib>

@@ -1,8 +1,8 @@
 #import "KOApplication.h"
 
-#include <string>
-
 #include "Effects.h"
+
+#include <string>
 
 namespace {
 
@@ -24,8 +24,12 @@ void wakeRunLoop() {
 
 // "stopped" and "aborted" are the two codes that AppKit itself ends a dialog with.
 std::string codeInWords(NSInteger code) {
-  if (code == NSRunStoppedResponse) return "stopped";
-  if (code == NSRunAbortedResponse) return "aborted";
+  if (code == NSRunStoppedResponse) {
+    return "stopped";
+  }
+  if (code == NSRunAbortedResponse) {
+    return "aborted";
+  }
   return std::to_string(code);
 }
 

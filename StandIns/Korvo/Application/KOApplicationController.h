@@ -2,13 +2,14 @@
 // user's name, asks for something.
 #pragma once
 
-#import <Cocoa/Cocoa.h>
 #import <StandIns/Korvo/Adapter/KOAdapter.h>
 #import <StandIns/Korvo/Adapter/StyleShelf.h>
 #import <StandIns/Korvo/Windows/KOMainWindowController.h>
 #import <StandIns/Korvo/Windows/KONoticeWindowController.h>
 #import <StandIns/Korvo/Windows/KOReferenceEditorWindowController.h>
 #import <StandIns/Korvo/Windows/KOStylePickerWindowController.h>
+
+#import <Cocoa/Cocoa.h>
 
 @interface KOApplicationController
     : NSObject <KOUserInterface, KOMainWindowDelegate, KOReferenceEditorDelegate> {

@@ -1,10 +1,11 @@
 #import "KOApplicationController.h"
 
-#include <string>
-
 #include "Effects.h"
+
 #import <StandIns/Korvo/Adapter/TextBridge.h>
 #import <StandIns/Korvo/Windows/Controls.h>
+
+#include <string>
 
 namespace {
 
@@ -20,7 +21,9 @@ void placeBelow(NSWindow *lower, NSWindow *upper) {
   const NSRect screen = [[NSScreen mainScreen] visibleFrame];
   NSPoint corner = NSMakePoint(NSMinX(frame), NSMinY(frame) - korvo::windows::gap);
   const CGFloat lowest = NSMinY(screen) + NSHeight([lower frame]);
-  if (corner.y < lowest) corner.y = lowest;
+  if (corner.y < lowest) {
+    corner.y = lowest;
+  }
   [lower setFrameTopLeftPoint:corner];
 }
 
@@ -113,7 +116,8 @@ void placeBelow(NSWindow *lower, NSWindow *upper) {
 }
 
 - (void)showNoticeWithHeader:(NSString *)header summary:(NSAttributedString *)summary {
-  korvo::application::announceNotice(korvo::adapter::utf8(header), korvo::adapter::utf8([summary string]));
+  korvo::application::announceNotice(korvo::adapter::utf8(header),
+                                     korvo::adapter::utf8([summary string]));
   if (![[noticeWindow_ window] isVisible]) {
     placeBelow([noticeWindow_ window], [mainWindow_ window]);
   }

@@ -7,9 +7,10 @@
 // meanwhile hardly waits, and after a few hundred references it is over.
 #pragma once
 
-#import <Foundation/Foundation.h>
 #import <StandIns/Korvo/Adapter/KOLibrary.h>
 #import <StandIns/Korvo/Adapter/StyleShelf.h>
+
+#import <Foundation/Foundation.h>
 
 #include <vector>
 

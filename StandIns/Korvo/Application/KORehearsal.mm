@@ -54,13 +54,17 @@ constexpr NSTimeInterval timeBetween = 0.05;
     return;
   }
   if (next_ == 0) {
-    if (auto listed = [library_ library].list({}, {})) rows_ = std::move(*listed);
+    if (auto listed = [library_ library].list({}, {})) {
+      rows_ = std::move(*listed);
+    }
     rows_.resize(std::min(rows_.size(), rehearsedReferences));
   }
   const std::span<const korvo::library::ReferenceRow> turn =
       std::span(rows_).subspan(next_, std::min(referencesOfATurn, rows_.size() - next_));
   isOver_ = turn.empty();
-  if (isOver_) return;
+  if (isOver_) {
+    return;
+  }
   shelf_->rehearse([library_ library], turn);
   next_ += turn.size();
   [self performSelector:@selector(takeTurn) withObject:nil afterDelay:timeBetween];

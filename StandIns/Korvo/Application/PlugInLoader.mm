@@ -16,19 +16,28 @@ std::expected<void, std::string> startPlugIn(const std::filesystem::path &path,
   };
   std::error_code error;
   const std::filesystem::path absolute = std::filesystem::absolute(path, error);
-  NSBundle *bundle = error ? nil : [NSBundle bundleWithPath:adapter::stringFromUTF8(absolute.string())];
-  if (bundle == nil) return failure("there is no such bundle");
-  if (![bundle load]) return failure("it cannot be loaded");
+  NSBundle *bundle =
+      error ? nil : [NSBundle bundleWithPath:adapter::stringFromUTF8(absolute.string())];
+  if (bundle == nil) {
+    return failure("there is no such bundle");
+  }
+  if (![bundle load]) {
+    return failure("it cannot be loaded");
+  }
   // The plug-in claims its events with the first message to its class.
   Class plugIn = [bundle principalClass];
-  if (plugIn == Nil) return failure("it has no principal class");
+  if (plugIn == Nil) {
+    return failure("it has no principal class");
+  }
   if (![plugIn conformsToProtocol:@protocol(KorvoWordProcessorIntegrationPlugin)]) {
     return failure("its principal class is no word-processor plug-in");
   }
   NSLog(@"plug-in %@ (%@), version %lld%@", [plugIn registrationName], [plugIn protocolType],
         static_cast<long long>([plugIn version]),
         [plugIn isEnabledByDefault] ? @"" : @", started although it is not enabled by default");
-  if (![plugIn isAvailable]) return failure("it is not available on this machine");
+  if (![plugIn isAvailable]) {
+    return failure("it is not available on this machine");
+  }
   [plugIn setAdapter:adapter];
   id instance = [plugIn respondsToSelector:@selector(defaultInstance)]
                     ? [plugIn defaultInstance]

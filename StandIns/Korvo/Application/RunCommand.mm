@@ -3,22 +3,23 @@
 // gets its adapter before the run loop can dispatch an event to it.
 #import "RunCommand.h"
 
-#import <Cocoa/Cocoa.h>
-
-#include <algorithm>
-#include <cstdlib>
-
-#include <Platform/AppleEventsProcess.h>
 #include "Effects.h"
 #import "KOApplication.h"
 #import "KOApplicationController.h"
 #import "KORehearsal.h"
 #import "PlugInLoader.h"
 #import "TerminationSignals.h"
-#include <StandIns/Korvo/Library/LibraryFile.h>
+
+#include <Platform/AppleEventsProcess.h>
 #import <StandIns/Korvo/Adapter/Owned.h>
 #import <StandIns/Korvo/Adapter/TextBridge.h>
+#include <StandIns/Korvo/Library/LibraryFile.h>
 #import <StandIns/Korvo/Windows/MainMenu.h>
+
+#import <Cocoa/Cocoa.h>
+
+#include <algorithm>
+#include <cstdlib>
 
 namespace korvo::application {
 namespace {
@@ -40,12 +41,14 @@ std::expected<NSArray *, std::string> openLibraries(
   engine::LibraryImporter importer;
   for (const std::filesystem::path &file : files) {
     auto opened = library::openLibraryFile(file, importer);
-    if (!opened) return std::unexpected(opened.error());
+    if (!opened) {
+      return std::unexpected(opened.error());
+    }
     for (const engine::ImportProblem &problem : opened->problems) {
       complain(problem.message());
     }
-    const auto library = Owned<KOLibrary *>::taking(
-        [[KOLibrary alloc] initWithLibrary:std::move(opened->library)]);
+    const auto library =
+        Owned<KOLibrary *>::taking([[KOLibrary alloc] initWithLibrary:std::move(opened->library)]);
     [libraries addObject:library.get()];
   }
   return libraries;
@@ -56,15 +59,21 @@ std::expected<void, std::string> pickStyles(const RunHost &run, adapter::StyleSh
   std::vector<std::string> favorites;
   for (const std::string &name : run.favorites) {
     const auto found = shelf.catalog().find(name);
-    if (!found) return std::unexpected(found.error());
+    if (!found) {
+      return std::unexpected(found.error());
+    }
     if (std::ranges::find(favorites, found->name.title) == favorites.end()) {
       favorites.push_back(found->name.title);
     }
   }
-  if (!favorites.empty()) shelf.useFavorites(std::move(favorites));
+  if (!favorites.empty()) {
+    shelf.useFavorites(std::move(favorites));
+  }
   if (run.defaultStyle) {
     const auto found = shelf.catalog().find(*run.defaultStyle);
-    if (!found) return std::unexpected(found.error());
+    if (!found) {
+      return std::unexpected(found.error());
+    }
     shelf.useDefaultStyle(found->name.title);
   }
   return {};
@@ -76,8 +85,12 @@ std::expected<NSArray *, std::string> findTags(const std::vector<std::string> &t
   NSMutableArray *references = [NSMutableArray array];
   for (const std::string &tag : tags) {
     const auto rows = [library library].matching(tag);
-    if (!rows) return std::unexpected(rows.error());
-    if (rows->empty()) return std::unexpected("--select: nothing in the library matches " + tag);
+    if (!rows) {
+      return std::unexpected(rows.error());
+    }
+    if (rows->empty()) {
+      return std::unexpected("--select: nothing in the library matches " + tag);
+    }
     for (const library::ReferenceRow row : *rows) {
       [references addObject:[library referenceAtRow:row]];
     }
@@ -124,14 +137,22 @@ std::filesystem::path plugInBeside(const std::filesystem::path &program) {
 int runHost(const RunHost &run, const std::filesystem::path &program) {
   [KOTerminationSignals block];
   const auto libraries = openLibraries(run.libraries);
-  if (!libraries) return fail(libraries.error(), EXIT_FAILURE);
+  if (!libraries) {
+    return fail(libraries.error(), EXIT_FAILURE);
+  }
   adapter::StyleShelf shelf(engine::StyleCatalog::installed());
-  if (auto picked = pickStyles(run, shelf); !picked) return fail(picked.error(), badArgument);
+  if (auto picked = pickStyles(run, shelf); !picked) {
+    return fail(picked.error(), badArgument);
+  }
   const auto selected = findTags(run.selectedTags, [*libraries objectAtIndex:0]);
-  if (!selected) return fail(selected.error(), badArgument);
+  if (!selected) {
+    return fail(selected.error(), badArgument);
+  }
 
   prepareDefaults();
-  if (!connectToDisplay()) return fail("there is no display to be reached (DISPLAY)", EXIT_FAILURE);
+  if (!connectToDisplay()) {
+    return fail("there is no display to be reached (DISPLAY)", EXIT_FAILURE);
+  }
   const auto signals = Owned<KOTerminationSignals *>::taking(
       [[KOTerminationSignals alloc] initWithTarget:NSApp action:@selector(endRun)]);
   const auto controller = Owned<KOApplicationController *>::taking(
@@ -141,19 +162,22 @@ int runHost(const RunHost &run, const std::filesystem::path &program) {
   [controller.get() showLibrary:nil];
 
   KOApplicationController *interface = controller.get();
-  const OSStatus claimed = platform::startReceivingAppleEvents(
-      hostSignature, [interface] { [interface comeToFront]; });
-  if (claimed != noErr) return fail(claimFailure(claimed), EXIT_FAILURE);
-  const auto started = startPlugIn(run.plugIn.value_or(plugInBeside(program)),
-                                   [controller.get() adapter]);
+  const OSStatus claimed =
+      platform::startReceivingAppleEvents(hostSignature, [interface] { [interface comeToFront]; });
+  if (claimed != noErr) {
+    return fail(claimFailure(claimed), EXIT_FAILURE);
+  }
+  const auto started =
+      startPlugIn(run.plugIn.value_or(plugInBeside(program)), [controller.get() adapter]);
   if (!started) {
     platform::stopReceivingAppleEvents();
     return fail(started.error(), EXIT_FAILURE);
   }
 
   announce("ready");
-  const auto rehearsal = Owned<KORehearsal *>::taking(
-      [[KORehearsal alloc] initWithLibrary:[*libraries objectAtIndex:0] styles:shelf]);
+  const auto rehearsal =
+      Owned<KORehearsal *>::taking([[KORehearsal alloc] initWithLibrary:[*libraries objectAtIndex:0]
+                                                                 styles:shelf]);
   [rehearsal.get() start];
   [NSApp run];
   [rehearsal.get() stop];

@@ -1,13 +1,12 @@
 #import "TerminationSignals.h"
 
 #import <Cocoa/Cocoa.h>
+#include <sys/signalfd.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <cstdint>
 #include <iterator>
-
-#include <sys/signalfd.h>
-#include <unistd.h>
 
 namespace {
 
@@ -37,7 +36,9 @@ void *asEventData(int descriptor) {
 
 - (id)initWithTarget:(id)target action:(SEL)action {
   self = [super init];
-  if (self == nil) return nil;
+  if (self == nil) {
+    return nil;
+  }
   target_ = target;
   action_ = action;
   const sigset_t signals = terminationSignals();

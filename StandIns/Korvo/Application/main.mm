@@ -1,3 +1,8 @@
+#include "CommandLine.h"
+#include "Effects.h"
+#include "ImportCommand.h"
+#include "RunCommand.h"
+
 #import <Foundation/Foundation.h>
 
 #include <csignal>
@@ -6,11 +11,6 @@
 #include <iostream>
 #include <string_view>
 #include <vector>
-
-#include "CommandLine.h"
-#include "Effects.h"
-#include "ImportCommand.h"
-#include "RunCommand.h"
 
 namespace {
 

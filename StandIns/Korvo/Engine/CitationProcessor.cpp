@@ -1,11 +1,13 @@
-#include <Formats/Unicode.h>
 #include "CitationProcessor.h"
+
 #include "CitedItems.h"
 #include "DocumentQuestion.h"
 #include "EmbeddedScripts.h"
 #include "JavaScriptMachine.h"
 #include "MarkedText.h"
 #include "TextFile.h"
+
+#include <Formats/Unicode.h>
 
 #include <algorithm>
 #include <array>

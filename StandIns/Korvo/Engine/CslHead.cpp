@@ -1,5 +1,6 @@
-#include <expat.h>
 #include "CslHead.h"
+
+#include <expat.h>
 
 #include <array>
 #include <cstdio>

@@ -1,6 +1,7 @@
+#include "JavaScriptMachine.h"
+
 #include <Formats/OneLine.h>
 #include <Formats/Unicode.h>
-#include "JavaScriptMachine.h"
 
 #include <cmath>
 #include <exception>

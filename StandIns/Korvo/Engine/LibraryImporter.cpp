@@ -1,8 +1,10 @@
-#include <Formats/Unicode.h>
+#include "LibraryImporter.h"
+
 #include "EmbeddedScripts.h"
 #include "JavaScriptMachine.h"
-#include "LibraryImporter.h"
 #include "TextFile.h"
+
+#include <Formats/Unicode.h>
 
 #include <algorithm>
 #include <array>

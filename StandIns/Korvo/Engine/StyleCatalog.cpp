@@ -1,6 +1,8 @@
-#include <glib.h>
-#include "CslHead.h"
 #include "StyleCatalog.h"
+
+#include "CslHead.h"
+
+#include <glib.h>
 #include <unistd.h>
 
 #include <algorithm>

@@ -1,5 +1,6 @@
-#include <Formats/Unicode.h>
 #include "TextFile.h"
+
+#include <Formats/Unicode.h>
 
 #include <array>
 #include <cerrno>

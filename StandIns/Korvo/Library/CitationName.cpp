@@ -1,4 +1,5 @@
 #include "CitationName.h"
+
 #include "FoldedText.h"
 
 #include <algorithm>
@@ -14,7 +15,9 @@ constexpr std::size_t longestListOfNames = 12;
 std::string allNames(std::span<const std::string> names) {
   std::string text;
   for (std::size_t index = 0; index < names.size(); ++index) {
-    if (index > 0) text += index + 1 == names.size() ? " and " : " ";
+    if (index > 0) {
+      text += index + 1 == names.size() ? " and " : " ";
+    }
     text += names[index];
   }
   return text;
@@ -27,10 +30,16 @@ void appendForms(std::vector<std::string> &forms, std::span<const std::string> n
     forms.push_back(canonicalCitationName(people + " " + year));
   };
   append(names[0]);
-  if (names.size() < 2) return;
+  if (names.size() < 2) {
+    return;
+  }
   append(names[0] + " et al");
-  if (names.size() <= longestListOfNames) append(allNames(names));
-  if (names.size() > 2) append(names[0] + " " + names[1] + " et al");
+  if (names.size() <= longestListOfNames) {
+    append(allNames(names));
+  }
+  if (names.size() > 2) {
+    append(names[0] + " " + names[1] + " et al");
+  }
 }
 
 }  // namespace
@@ -51,7 +60,9 @@ std::string canonicalCitationName(std::string_view visibleText) {
 
 std::vector<std::string> citationNames(const BibliographicRecord &record) {
   std::vector<std::string> forms;
-  if (record.authors.empty() || record.year.empty()) return forms;
+  if (record.authors.empty() || record.year.empty()) {
+    return forms;
+  }
   std::vector<std::string> names(record.authors.size());
   // With many authors not every combination is of use: the others all bear their particles
   // or none of them does.
@@ -60,7 +71,9 @@ std::vector<std::string> citationNames(const BibliographicRecord &record) {
   const bool others = std::any_of(record.authors.begin() + 1, record.authors.end(), hasParticle);
   for (const bool othersWithParticle : {true, false}) {
     for (const bool firstWithParticle : {true, false}) {
-      if ((othersWithParticle && !others) || (firstWithParticle && !first)) continue;
+      if ((othersWithParticle && !others) || (firstWithParticle && !first)) {
+        continue;
+      }
       for (std::size_t index = 0; index < names.size(); ++index) {
         const PersonName &author = record.authors[index];
         names[index] = (index == 0 ? firstWithParticle : othersWithParticle)
@@ -76,7 +89,9 @@ std::vector<std::string> citationNames(const BibliographicRecord &record) {
 }
 
 std::optional<std::string> firstAuthorAndYear(const BibliographicRecord &record) {
-  if (record.authors.empty() || record.year.empty()) return std::nullopt;
+  if (record.authors.empty() || record.year.empty()) {
+    return std::nullopt;
+  }
   return record.authors.front().familyWithParticle() + " " + record.year;
 }
 

@@ -1,6 +1,8 @@
-#include <Formats/OneLine.h>
-#include <sqlite3.h>
 #include "Database.h"
+
+#include <Formats/OneLine.h>
+
+#include <sqlite3.h>
 
 #include <cstring>
 #include <utility>
@@ -68,15 +70,21 @@ void Statement::bind(int parameter, std::int64_t number) {
 
 std::expected<bool, DatabaseError> Statement::step() {
   const int status = sqlite3_step(statement_.get());
-  if (status == SQLITE_ROW) return true;
-  if (status == SQLITE_DONE) return false;
+  if (status == SQLITE_ROW) {
+    return true;
+  }
+  if (status == SQLITE_DONE) {
+    return false;
+  }
   return lastError(sqlite3_db_handle(statement_.get()));
 }
 
 std::expected<void, DatabaseError> Statement::run() {
   const std::expected<bool, DatabaseError> outcome = step();
   reset();
-  if (!outcome) return std::unexpected(outcome.error());
+  if (!outcome) {
+    return std::unexpected(outcome.error());
+  }
   return {};
 }
 
@@ -84,7 +92,9 @@ void Statement::reset() { sqlite3_reset(statement_.get()); }
 
 std::string_view Statement::text(int column) const {
   const unsigned char *bytes = sqlite3_column_text(statement_.get(), column);
-  if (bytes == nullptr) return {};
+  if (bytes == nullptr) {
+    return {};
+  }
   return {reinterpret_cast<const char *>(bytes),
           static_cast<std::size_t>(sqlite3_column_bytes(statement_.get(), column))};
 }
@@ -140,9 +150,13 @@ std::expected<Statement, DatabaseError> Database::prepare(std::string_view state
 
 std::expected<std::int64_t, DatabaseError> Database::number(std::string_view query) {
   std::expected<Statement, DatabaseError> statement = prepare(query);
-  if (!statement) return std::unexpected(statement.error());
+  if (!statement) {
+    return std::unexpected(statement.error());
+  }
   const std::expected<bool, DatabaseError> row = statement->step();
-  if (!row) return std::unexpected(row.error());
+  if (!row) {
+    return std::unexpected(row.error());
+  }
   return *row ? statement->integer(0) : 0;
 }
 
@@ -166,12 +180,16 @@ std::expected<Transaction, DatabaseError> Transaction::begin(Database &database)
 }
 
 Transaction::~Transaction() {
-  if (database_ != nullptr) (void)database_->execute("ROLLBACK");
+  if (database_ != nullptr) {
+    (void)database_->execute("ROLLBACK");
+  }
 }
 
 std::expected<void, DatabaseError> Transaction::commit() {
   auto committed = database_->execute("COMMIT");
-  if (committed) database_ = nullptr;
+  if (committed) {
+    database_ = nullptr;
+  }
   return committed;
 }
 

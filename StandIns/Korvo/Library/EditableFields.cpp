@@ -1,5 +1,6 @@
-#include "CSLNames.h"
 #include "EditableFields.h"
+
+#include "CSLNames.h"
 
 #include <algorithm>
 #include <array>
@@ -93,14 +94,18 @@ std::vector<std::string_view> lines(std::string_view text) {
 
 std::string_view trimmed(std::string_view text) {
   const std::size_t begin = text.find_first_not_of(" \t\r\n");
-  if (begin == std::string_view::npos) return {};
+  if (begin == std::string_view::npos) {
+    return {};
+  }
   return text.substr(begin, text.find_last_not_of(" \t\r\n") - begin + 1);
 }
 
 std::string namesText(const Json &item, const char *key) {
   std::string text;
   for (const PersonName &name : personNames(item, key)) {
-    if (!text.empty()) text += '\n';
+    if (!text.empty()) {
+      text += '\n';
+    }
     text += name.invertedForm();
   }
   return text;
@@ -109,7 +114,9 @@ std::string namesText(const Json &item, const char *key) {
 // "van Gogh, Vincent" or "King, Martin Luther, Jr."
 Json nameFromLine(std::string_view line) {
   const std::size_t comma = line.find(',');
-  if (comma == std::string_view::npos) return Json{{"literal", line}};
+  if (comma == std::string_view::npos) {
+    return Json{{"literal", line}};
+  }
   std::string_view family = trimmed(line.substr(0, comma));
   std::string_view given = trimmed(line.substr(comma + 1));
   Json name = Json::object();
@@ -122,7 +129,9 @@ Json nameFromLine(std::string_view line) {
     name["suffix"] = trimmed(given.substr(second + 1));
     given = trimmed(given.substr(0, second));
   }
-  if (!given.empty()) name["given"] = given;
+  if (!given.empty()) {
+    name["given"] = given;
+  }
   return name;
 }
 
@@ -132,12 +141,16 @@ Json namesFromText(const Json &item, const std::string &key, std::string_view te
   const auto present = item.find(key);
   for (const std::string_view rawLine : lines(text)) {
     const std::string_view line = trimmed(rawLine);
-    if (line.empty()) continue;
+    if (line.empty()) {
+      continue;
+    }
     Json name = nameFromLine(line);
     if (present != item.end() && present->is_array()) {
       const auto same = std::ranges::find_if(
           *present, [&](const Json &other) { return personName(other).invertedForm() == line; });
-      if (same != present->end()) name = *same;
+      if (same != present->end()) {
+        name = *same;
+      }
     }
     names.push_back(std::move(name));
   }
@@ -150,9 +163,15 @@ std::string twoDigits(std::int64_t number) {
 
 std::string dateText(const Json &item) {
   const auto issued = item.find("issued");
-  if (issued == item.end()) return {};
-  if (issued->is_string()) return issued->get<std::string>();
-  if (!issued->is_object()) return {};
+  if (issued == item.end()) {
+    return {};
+  }
+  if (issued->is_string()) {
+    return issued->get<std::string>();
+  }
+  if (!issued->is_object()) {
+    return {};
+  }
   const auto parts = issued->find("date-parts");
   if (parts != issued->end() && parts->is_array() && parts->size() == 1 &&
       parts->front().is_array()) {
@@ -161,13 +180,17 @@ std::string dateText(const Json &item) {
       std::int64_t number = 0;
       const std::string digits = part.is_string() ? part.get<std::string>() : part.dump();
       const char *end = digits.data() + digits.size();
-      if (std::from_chars(digits.data(), end, number).ptr != end) return {};
+      if (std::from_chars(digits.data(), end, number).ptr != end) {
+        return {};
+      }
       text += text.empty() ? std::to_string(number) : "-" + twoDigits(number);
     }
     return text;
   }
   for (const char *key : {"literal", "raw"}) {
-    if (std::string text = textMember(*issued, key); !text.empty()) return text;
+    if (std::string text = textMember(*issued, key); !text.empty()) {
+      return text;
+    }
   }
   return {};
 }
@@ -178,16 +201,22 @@ std::optional<std::vector<int>> datePartsFromText(std::string_view text) {
   const char *position = text.data();
   const char *end = text.data() + text.size();
   while (position != end && parts.size() < 3) {
-    if (!parts.empty() && *position++ != '-') return std::nullopt;
+    if (!parts.empty() && *position++ != '-') {
+      return std::nullopt;
+    }
     int number = 0;
     const auto read = std::from_chars(position, end, number);
     const int largest = parts.empty() ? 9999 : parts.size() == 1 ? 12 : 31;
     const int least = parts.empty() ? -9999 : 1;
-    if (read.ec != std::errc() || number < least || number > largest) return std::nullopt;
+    if (read.ec != std::errc() || number < least || number > largest) {
+      return std::nullopt;
+    }
     parts.push_back(number);
     position = read.ptr;
   }
-  if (position != end || parts.empty()) return std::nullopt;
+  if (position != end || parts.empty()) {
+    return std::nullopt;
+  }
   return parts;
 }
 
@@ -244,7 +273,9 @@ bool isNestedTooDeeply(std::string_view json) {
     } else if (byte == '"') {
       isInString = !isInString;
     } else if (!isInString && (byte == '[' || byte == '{')) {
-      if (++depth > greatestDepth) return true;
+      if (++depth > greatestDepth) {
+        return true;
+      }
     } else if (!isInString && (byte == ']' || byte == '}')) {
       --depth;
     }
@@ -259,7 +290,9 @@ std::span<const std::string_view> referenceKinds() { return kinds; }
 std::expected<std::vector<EditableField>, std::string> editableFields(
     const NewReference &reference) {
   const Json item = Json::parse(reference.cslJson, nullptr, /*allow_exceptions=*/false);
-  if (!item.is_object()) return std::unexpected("the reference is no JSON object");
+  if (!item.is_object()) {
+    return std::unexpected("the reference is no JSON object");
+  }
   if (isNestedTooDeeply(reference.cslJson)) {
     return std::unexpected("the reference's JSON is nested too deeply");
   }
@@ -276,16 +309,22 @@ std::expected<std::vector<EditableField>, std::string> editableFields(
 std::expected<NewReference, std::string> withEditedFields(const NewReference &reference,
                                                           std::span<const EditableField> fields) {
   const auto present = editableFields(reference);
-  if (!present) return std::unexpected(present.error());
+  if (!present) {
+    return std::unexpected(present.error());
+  }
   std::vector<EditableField> changed;
   std::ranges::copy_if(fields, std::back_inserter(changed), [&](const EditableField &field) {
     return std::ranges::find(*present, field) == present->end();
   });
   // JSON can be written in many ways: without a change it stays written as it was.
-  if (changed.empty()) return reference;
+  if (changed.empty()) {
+    return reference;
+  }
   Json item = Json::parse(reference.cslJson, nullptr, /*allow_exceptions=*/false);
   NewReference edited = reference;
-  for (const EditableField &field : changed) putField(item, edited, field);
+  for (const EditableField &field : changed) {
+    putField(item, edited, field);
+  }
   edited.cslJson = item.dump(-1, ' ', false, Json::error_handler_t::replace);
   return edited;
 }

@@ -2,6 +2,7 @@
 // a transliteration of the Latin letters that have no decomposition, case folding. That
 // costs microseconds; plain ASCII, most of any library, takes a short cut past it.
 #include "FoldedText.h"
+
 #include <unicode/translit.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
@@ -23,7 +24,9 @@ std::unique_ptr<icu::Transliterator> makeTransliterator() {
   std::unique_ptr<icu::Transliterator> transliterator(icu::Transliterator::createInstance(
       "NFKD; [:Nonspacing Mark:] Remove; Latin-ASCII", UTRANS_FORWARD, status));
   // The rules are part of every build of the Unicode library.
-  if (U_FAILURE(status)) throw std::runtime_error(u_errorName(status));
+  if (U_FAILURE(status)) {
+    throw std::runtime_error(u_errorName(status));
+  }
   return transliterator;
 }
 
@@ -33,7 +36,9 @@ std::string withoutMarksAndCase(std::string_view text) {
       icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
   // Blanks first: some of them decompose into a blank with a mark, others fall away.
   for (std::int32_t index = 0; index < unicode.length(); ++index) {
-    if (u_isUWhiteSpace(unicode.charAt(index))) unicode.setCharAt(index, u' ');
+    if (u_isUWhiteSpace(unicode.charAt(index))) {
+      unicode.setCharAt(index, u' ');
+    }
   }
   transliterator->transliterate(unicode);
   unicode.foldCase();
@@ -62,7 +67,9 @@ std::string withSingleBlanks(std::string_view text) {
       result.push_back(' ');
     }
   }
-  if (!result.empty() && result.back() == ' ') result.pop_back();
+  if (!result.empty() && result.back() == ' ') {
+    result.pop_back();
+  }
   return result;
 }
 

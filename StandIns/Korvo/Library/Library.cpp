@@ -6,11 +6,12 @@
 //                  citation is found by one look-up
 // Sorting by author, the order of every first listing, has an index; the other orders are
 // sorted on demand, which takes a fraction of a second for the largest libraries.
+#include "Library.h"
+
 #include "BibliographicRecord.h"
 #include "CitationName.h"
 #include "Database.h"
 #include "FoldedText.h"
-#include "Library.h"
 #include "RandomIdentifier.h"
 
 #include <utility>
@@ -82,7 +83,9 @@ std::vector<std::string> words(std::string_view foldedSearchText) {
 // Tells contents apart well enough that few have to be compared (FNV-1a).
 std::int64_t fingerprint(std::string_view text) {
   std::uint64_t hash = 0xCBF29CE484222325;
-  for (const char byte : text) hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001B3;
+  for (const char byte : text) {
+    hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001B3;
+  }
   return static_cast<std::int64_t>(hash);
 }
 
@@ -134,46 +137,66 @@ struct Library::State {
 
 std::expected<void, DatabaseError> Library::State::createSchema() {
   auto transaction = Transaction::begin(database);
-  if (!transaction) return std::unexpected(transaction.error());
-  if (auto made = database.execute(schema); !made) return made;
+  if (!transaction) {
+    return std::unexpected(transaction.error());
+  }
+  if (auto made = database.execute(schema); !made) {
+    return made;
+  }
   return transaction->commit();
 }
 
 std::expected<bool, DatabaseError> Library::State::isEmpty() {
   const auto pages = database.number("PRAGMA page_count");
-  if (!pages) return std::unexpected(pages.error());
+  if (!pages) {
+    return std::unexpected(pages.error());
+  }
   return *pages == 0;
 }
 
 std::expected<void, DatabaseError> Library::State::checkKind() {
   const auto application = database.number("PRAGMA application_id");
-  if (!application) return std::unexpected(application.error());
+  if (!application) {
+    return std::unexpected(application.error());
+  }
   if (*application == 0) {
     const auto isEmpty = this->isEmpty();
-    if (!isEmpty) return std::unexpected(isEmpty.error());
-    if (*isEmpty) return std::unexpected("it is empty, and no library");
+    if (!isEmpty) {
+      return std::unexpected(isEmpty.error());
+    }
+    if (*isEmpty) {
+      return std::unexpected("it is empty, and no library");
+    }
   }
   if (*application != applicationIdentifier) {
     return std::unexpected("this is a database of another program");
   }
   const auto version = database.number("PRAGMA user_version");
-  if (!version) return std::unexpected(version.error());
+  if (!version) {
+    return std::unexpected(version.error());
+  }
   if (*version != schemaVersion) {
     return std::unexpected("this library was written by another version (" +
                            std::to_string(*version) + ")");
   }
   // A file cut short still has a sound beginning.
   const auto count = database.number("SELECT count(*) FROM reference");
-  if (!count) return std::unexpected(count.error());
+  if (!count) {
+    return std::unexpected(count.error());
+  }
   return isTemporary ? std::expected<void, DatabaseError>() : checkLength();
 }
 
 // SQLite reads what lacks of the last page as if NULs were there.
 std::expected<void, DatabaseError> Library::State::checkLength() {
   const auto pages = database.number("PRAGMA page_count");
-  if (!pages) return std::unexpected(pages.error());
+  if (!pages) {
+    return std::unexpected(pages.error());
+  }
   const auto pageSize = database.number("PRAGMA page_size");
-  if (!pageSize) return std::unexpected(pageSize.error());
+  if (!pageSize) {
+    return std::unexpected(pageSize.error());
+  }
   std::error_code error;
   const std::uintmax_t length = std::filesystem::file_size(name, error);
   if (!error && length < static_cast<std::uintmax_t>(*pages * *pageSize)) {
@@ -209,7 +232,9 @@ std::expected<void, DatabaseError> Library::State::prepareStatements() {
   };
   for (const auto &[statement, text] : statements) {
     auto prepared = database.prepare(text);
-    if (!prepared) return std::unexpected(prepared.error());
+    if (!prepared) {
+      return std::unexpected(prepared.error());
+    }
     *statement = std::move(*prepared);
   }
   return {};
@@ -221,16 +246,22 @@ std::optional<Library::Version> Library::State::readVersion() {
   const auto row = changesOfOthers->step();
   const std::int64_t number = row && *row ? changesOfOthers->integer(0) : 0;
   changesOfOthers->reset();
-  if (!row || !*row) return std::nullopt;
+  if (!row || !*row) {
+    return std::nullopt;
+  }
   return Version{.ofOtherPrograms = number, .ofThisOne = database.changes()};
 }
 
 std::expected<std::vector<ReferenceRow>, DatabaseError> Library::State::rows(Statement &statement) {
   std::vector<ReferenceRow> result;
   std::expected<bool, DatabaseError> row = statement.step();
-  for (; row && *row; row = statement.step()) result.push_back(statement.integer(0));
+  for (; row && *row; row = statement.step()) {
+    result.push_back(statement.integer(0));
+  }
   statement.reset();
-  if (!row) return std::unexpected(row.error());
+  if (!row) {
+    return std::unexpected(row.error());
+  }
   return result;
 }
 
@@ -241,17 +272,25 @@ std::expected<bool, DatabaseError> Library::State::isThere(const NewReference &r
   const auto row = selectSame->step();
   const bool found = row && *row && selectSame->integer(0) > 0;
   selectSame->reset();
-  if (!row) return std::unexpected(row.error());
+  if (!row) {
+    return std::unexpected(row.error());
+  }
   return found;
 }
 
 std::expected<void, LibraryError> Library::State::insert(const NewReference &reference) {
   const auto record = readBibliographicRecord(reference.cslJson);
-  if (!record) return error(reference.identifier + ": " + record.error());
+  if (!record) {
+    return error(reference.identifier + ": " + record.error());
+  }
   insertReference->bind(0, randomIdentifier());
-  if (auto inserted = insertReference->run(); !inserted) return error(inserted.error());
+  if (auto inserted = insertReference->run(); !inserted) {
+    return error(inserted.error());
+  }
   auto written = write(database.lastInsertedRow(), reference, *record);
-  if (!written) return error(written.error());
+  if (!written) {
+    return error(written.error());
+  }
   return {};
 }
 
@@ -274,19 +313,27 @@ std::expected<void, DatabaseError> Library::State::write(ReferenceRow row,
                                    record.kind + " " + reference.identifier + " " +
                                    record.containerTitle)));
   bind(row);
-  if (auto updated = updateReference->run(); !updated) return updated;
+  if (auto updated = updateReference->run(); !updated) {
+    return updated;
+  }
 
   putRecord->bind(0, row);
   putRecord->bind(1, reference.cslJson);
   putRecord->bind(2, fingerprint(reference.cslJson));
-  if (auto put = putRecord->run(); !put) return put;
+  if (auto put = putRecord->run(); !put) {
+    return put;
+  }
 
   deleteCitationNames->bind(0, row);
-  if (auto removed = deleteCitationNames->run(); !removed) return removed;
+  if (auto removed = deleteCitationNames->run(); !removed) {
+    return removed;
+  }
   for (const std::string &citationName : citationNames(record)) {
     insertCitationName->bind(0, citationName);
     insertCitationName->bind(1, row);
-    if (auto inserted = insertCitationName->run(); !inserted) return inserted;
+    if (auto inserted = insertCitationName->run(); !inserted) {
+      return inserted;
+    }
   }
   return {};
 }
@@ -297,42 +344,58 @@ Library &Library::operator=(Library &&) noexcept = default;
 Library::~Library() = default;
 
 std::expected<Library, LibraryError> Library::opened(std::unique_ptr<State> state) {
-  if (auto checked = state->checkKind(); !checked) return state->error(checked.error());
-  if (auto prepared = state->prepareStatements(); !prepared) return state->error(prepared.error());
+  if (auto checked = state->checkKind(); !checked) {
+    return state->error(checked.error());
+  }
+  if (auto prepared = state->prepareStatements(); !prepared) {
+    return state->error(prepared.error());
+  }
   return Library(std::move(state));
 }
 
 std::expected<Library, LibraryError> Library::open(const std::filesystem::path &file) {
   auto database = Database::openExisting(file);
-  if (!database) return std::unexpected(file.string() + ": " + database.error());
+  if (!database) {
+    return std::unexpected(file.string() + ": " + database.error());
+  }
   return opened(std::make_unique<State>(std::move(*database), file));
 }
 
 std::expected<Library, LibraryError> Library::openOrCreate(const std::filesystem::path &file) {
   auto database = Database::openOrCreate(file);
-  if (!database) return std::unexpected(file.string() + ": " + database.error());
+  if (!database) {
+    return std::unexpected(file.string() + ": " + database.error());
+  }
   auto state = std::make_unique<State>(std::move(*database), file);
   // Asked of the database and not of the file, which may hold the beginning of a library that
   // another process was ended in making.
   const auto isEmpty = state->isEmpty();
-  if (!isEmpty) return state->error(isEmpty.error());
+  if (!isEmpty) {
+    return state->error(isEmpty.error());
+  }
   if (*isEmpty) {
     // SQLite takes a file of a single byte for an empty one.
     std::error_code ignored;
     if (std::filesystem::file_size(file, ignored) == 1) {
       return state->error("this is no library, or it is damaged");
     }
-    if (auto made = state->createSchema(); !made) return state->error(made.error());
+    if (auto made = state->createSchema(); !made) {
+      return state->error(made.error());
+    }
   }
   return opened(std::move(state));
 }
 
 std::expected<Library, LibraryError> Library::temporary(const std::filesystem::path &name) {
   auto database = Database::temporary();
-  if (!database) return std::unexpected(name.string() + ": " + database.error());
+  if (!database) {
+    return std::unexpected(name.string() + ": " + database.error());
+  }
   auto state = std::make_unique<State>(std::move(*database), name);
   state->isTemporary = true;
-  if (auto made = state->createSchema(); !made) return state->error(made.error());
+  if (auto made = state->createSchema(); !made) {
+    return state->error(made.error());
+  }
   return opened(std::move(state));
 }
 
@@ -344,11 +407,15 @@ std::expected<Library::Addition, LibraryError> Library::add(
     std::span<const NewReference> references) {
   stopReading();
   auto transaction = Transaction::begin(state_->database);
-  if (!transaction) return state_->error(transaction.error());
+  if (!transaction) {
+    return state_->error(transaction.error());
+  }
   Addition addition;
   for (const NewReference &reference : references) {
     const auto isThere = state_->isThere(reference);
-    if (!isThere) return state_->error(isThere.error());
+    if (!isThere) {
+      return state_->error(isThere.error());
+    }
     if (*isThere) {
       ++addition.alreadyThere;
       continue;
@@ -358,34 +425,48 @@ std::expected<Library::Addition, LibraryError> Library::add(
     }
     ++addition.added;
   }
-  if (auto committed = transaction->commit(); !committed) return state_->error(committed.error());
+  if (auto committed = transaction->commit(); !committed) {
+    return state_->error(committed.error());
+  }
   return addition;
 }
 
 std::expected<std::vector<ReferenceRow>, LibraryError> Library::matching(std::string_view tag) {
-  if (tag.empty()) return std::vector<ReferenceRow>();
+  if (tag.empty()) {
+    return std::vector<ReferenceRow>();
+  }
   state_->byIdentifier->bind(0, tag);
   auto found = state_->rows(*state_->byIdentifier);
   if (found && found->empty()) {
     state_->byCitationName->bind(0, canonicalCitationName(tag));
     found = state_->rows(*state_->byCitationName);
   }
-  if (!found) return state_->error(found.error());
+  if (!found) {
+    return state_->error(found.error());
+  }
   return *std::move(found);
 }
 
 std::expected<void, LibraryError> Library::checkWhole() {
   auto check = state_->database.prepare("PRAGMA quick_check(1)");
-  if (!check) return state_->error(check.error());
+  if (!check) {
+    return state_->error(check.error());
+  }
   const auto row = check->step();
-  if (!row) return state_->error(row.error());
-  if (!*row || check->text(0) != "ok") return state_->error("the file is damaged");
+  if (!row) {
+    return state_->error(row.error());
+  }
+  if (!*row || check->text(0) != "ok") {
+    return state_->error("the file is damaged");
+  }
   return {};
 }
 
 std::expected<std::size_t, LibraryError> Library::count() {
   const auto number = state_->database.number("SELECT count(*) FROM reference");
-  if (!number) return state_->error(number.error());
+  if (!number) {
+    return state_->error(number.error());
+  }
   return static_cast<std::size_t>(*number);
 }
 
@@ -400,12 +481,16 @@ std::expected<std::vector<ReferenceRow>, LibraryError> Library::list(ListOrder o
   query += " ORDER BY ";
   query += orderClause(order);
   auto statement = state_->database.prepare(query);
-  if (!statement) return state_->error(statement.error());
+  if (!statement) {
+    return state_->error(statement.error());
+  }
   for (std::size_t index = 0; index < searched.size(); ++index) {
     statement->bind(static_cast<int>(index), searched[index]);
   }
   auto found = state_->rows(*statement);
-  if (!found) return state_->error(found.error());
+  if (!found) {
+    return state_->error(found.error());
+  }
   return *std::move(found);
 }
 
@@ -425,7 +510,9 @@ std::expected<std::optional<ReferenceSummary>, LibraryError> Library::summary(Re
                                .containerTitle = text(6)};
   }
   statement.reset();
-  if (!found) return state_->error(found.error());
+  if (!found) {
+    return state_->error(found.error());
+  }
   return summary;
 }
 
@@ -434,29 +521,47 @@ std::expected<std::optional<std::string>, LibraryError> Library::cslJson(Referen
   statement.bind(0, row);
   const auto found = statement.step();
   std::optional<std::string> record;
-  if (found && *found) record = std::string(statement.text(0));
+  if (found && *found) {
+    record = std::string(statement.text(0));
+  }
   statement.reset();
-  if (!found) return state_->error(found.error());
+  if (!found) {
+    return state_->error(found.error());
+  }
   return record;
 }
 
 std::expected<std::optional<std::string>, LibraryError> Library::citationTag(ReferenceRow row) {
   const auto described = summary(row);
-  if (!described) return std::unexpected(described.error());
-  if (!*described) return std::nullopt;
-  if (!(*described)->identifier.empty()) return (*described)->identifier;
+  if (!described) {
+    return std::unexpected(described.error());
+  }
+  if (!*described) {
+    return std::nullopt;
+  }
+  if (!(*described)->identifier.empty()) {
+    return (*described)->identifier;
+  }
   const auto json = cslJson(row);
-  if (!json) return std::unexpected(json.error());
-  if (!*json) return std::nullopt;
+  if (!json) {
+    return std::unexpected(json.error());
+  }
+  if (!*json) {
+    return std::nullopt;
+  }
   const auto record = readBibliographicRecord(**json);
   return record ? firstAuthorAndYear(*record) : std::nullopt;
 }
 
 // Where it cannot be had, each question goes by itself, and tells what is wrong.
 void Library::keepReading() {
-  if (state_->keepsReading) return;
+  if (state_->keepsReading) {
+    return;
+  }
   state_->keepsReading = state_->database.execute("BEGIN").has_value();
-  if (state_->keepsReading) state_->versionRead = state_->readVersion();
+  if (state_->keepsReading) {
+    state_->versionRead = state_->readVersion();
+  }
 }
 
 std::optional<Library::Version> Library::version() const { return state_->versionRead; }
@@ -471,17 +576,27 @@ void Library::stopReading() {
 std::expected<void, LibraryError> Library::replace(ReferenceRow row,
                                                    const NewReference &reference) {
   const auto record = readBibliographicRecord(reference.cslJson);
-  if (!record) return state_->error(record.error());
+  if (!record) {
+    return state_->error(record.error());
+  }
   stopReading();
   auto transaction = Transaction::begin(state_->database);
-  if (!transaction) return state_->error(transaction.error());
+  if (!transaction) {
+    return state_->error(transaction.error());
+  }
   const auto present = cslJson(row);
-  if (!present) return std::unexpected(present.error());
-  if (!*present) return state_->error("the reference is no longer there");
+  if (!present) {
+    return std::unexpected(present.error());
+  }
+  if (!*present) {
+    return state_->error("the reference is no longer there");
+  }
   if (auto written = state_->write(row, reference, *record); !written) {
     return state_->error(written.error());
   }
-  if (auto committed = transaction->commit(); !committed) return state_->error(committed.error());
+  if (auto committed = transaction->commit(); !committed) {
+    return state_->error(committed.error());
+  }
   return {};
 }
 

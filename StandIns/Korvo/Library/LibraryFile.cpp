@@ -23,8 +23,12 @@ std::vector<NewReference> newReferences(std::vector<engine::ImportedReference> i
 std::expected<Library::Addition, LibraryError> addToLibraryFile(
     std::span<const NewReference> references, const std::filesystem::path &database) {
   auto library = Library::openOrCreate(database);
-  if (!library) return std::unexpected(library.error());
-  if (auto whole = library->checkWhole(); !whole) return std::unexpected(whole.error());
+  if (!library) {
+    return std::unexpected(library.error());
+  }
+  if (auto whole = library->checkWhole(); !whole) {
+    return std::unexpected(whole.error());
+  }
   return library->add(references);
 }
 
@@ -37,7 +41,9 @@ void removeIfEmpty(const std::filesystem::path &database) {
     isEmpty =
         library ? library->count() == std::size_t{0} : std::filesystem::is_empty(database, ignored);
   }
-  if (isEmpty) std::filesystem::remove(database, ignored);
+  if (isEmpty) {
+    std::filesystem::remove(database, ignored);
+  }
 }
 
 }  // namespace
@@ -54,15 +60,23 @@ std::expected<OpenedLibrary, std::string> openLibraryFile(const std::filesystem:
                                                           engine::LibraryImporter &importer) {
   if (!isImportable(file)) {
     auto library = Library::open(file);
-    if (!library) return std::unexpected(library.error());
+    if (!library) {
+      return std::unexpected(library.error());
+    }
     return OpenedLibrary{.library = *std::move(library), .problems = {}};
   }
   auto imported = importer.importFile(file);
-  if (!imported) return std::unexpected(imported.error());
+  if (!imported) {
+    return std::unexpected(imported.error());
+  }
   auto library = Library::temporary(file);
-  if (!library) return std::unexpected(library.error());
+  if (!library) {
+    return std::unexpected(library.error());
+  }
   const auto added = library->add(newReferences(std::move(imported->references)));
-  if (!added) return std::unexpected(added.error());
+  if (!added) {
+    return std::unexpected(added.error());
+  }
   return OpenedLibrary{.library = *std::move(library), .problems = std::move(imported->problems)};
 }
 
@@ -74,7 +88,9 @@ std::expected<ImportReport, std::string> importIntoLibraryFile(
   std::vector<NewReference> references;
   for (const std::filesystem::path &file : files) {
     auto imported = importer.importFile(file);
-    if (!imported) return std::unexpected(imported.error());
+    if (!imported) {
+      return std::unexpected(imported.error());
+    }
     std::ranges::move(newReferences(std::move(imported->references)),
                       std::back_inserter(references));
     std::ranges::move(imported->problems, std::back_inserter(report.problems));
@@ -83,7 +99,9 @@ std::expected<ImportReport, std::string> importIntoLibraryFile(
   const bool isNew = !std::filesystem::exists(database, ignored);
   const auto addition = addToLibraryFile(references, database);
   if (!addition) {
-    if (isNew) removeIfEmpty(database);
+    if (isNew) {
+      removeIfEmpty(database);
+    }
     return std::unexpected(addition.error());
   }
   report.addition = *addition;

@@ -2,8 +2,9 @@
 // manager's export.
 #pragma once
 
-#include <StandIns/Korvo/Engine/LibraryImporter.h>
 #include "Library.h"
+
+#include <StandIns/Korvo/Engine/LibraryImporter.h>
 
 #include <expected>
 #include <filesystem>

@@ -1,5 +1,6 @@
-#include <sqlite3.h>
 #include "RandomIdentifier.h"
+
+#include <sqlite3.h>
 
 #include <array>
 #include <cstdint>
@@ -15,7 +16,9 @@ std::string randomIdentifier() {
   constexpr char digits[] = "0123456789ABCDEF";
   std::string text;
   for (std::size_t index = 0; index < bytes.size(); ++index) {
-    if (index == 4 || index == 6 || index == 8 || index == 10) text.push_back('-');
+    if (index == 4 || index == 6 || index == 8 || index == 10) {
+      text.push_back('-');
+    }
     text.push_back(digits[bytes[index] >> 4]);
     text.push_back(digits[bytes[index] & 0x0F]);
   }

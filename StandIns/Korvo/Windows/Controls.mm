@@ -73,8 +73,8 @@ NSScrollView *makeTextArea(NSRect frame, bool isEditable) {
   [scroll setBorderType:NSBezelBorder];
   [scroll setHasVerticalScroller:YES];
   const NSSize size = [scroll contentSize];
-  NSTextView *text = [[[NSTextView alloc]
-      initWithFrame:NSMakeRect(0, 0, size.width, size.height)] autorelease];
+  NSTextView *text =
+      [[[NSTextView alloc] initWithFrame:NSMakeRect(0, 0, size.width, size.height)] autorelease];
   [text setEditable:isEditable ? YES : NO];
   [text setSelectable:YES];
   [text setRichText:isEditable ? NO : YES];
@@ -104,8 +104,8 @@ NSScrollView *makeTable(NSRect frame, const Column *columns, NSUInteger count, i
     spare -= columns[index].width;
     growing += columns[index].grows ? 1 : 0;
   }
-  NSTableView *table = [[[NSTableView alloc]
-      initWithFrame:NSMakeRect(0, 0, size.width, size.height)] autorelease];
+  NSTableView *table =
+      [[[NSTableView alloc] initWithFrame:NSMakeRect(0, 0, size.width, size.height)] autorelease];
   for (NSUInteger index = 0; index < count; ++index) {
     const Column &described = columns[index];
     NSTableColumn *column =
@@ -115,8 +115,8 @@ NSScrollView *makeTable(NSRect frame, const Column *columns, NSUInteger count, i
     [[column dataCell] setFont:[NSFont systemFontOfSize:textSize]];
     [[column dataCell] setLineBreakMode:NSLineBreakByTruncatingTail];
     [column setMinWidth:40];
-    [column setWidth:described.width +
-                     (described.grows ? spare / static_cast<CGFloat>(growing) : 0)];
+    [column
+        setWidth:described.width + (described.grows ? spare / static_cast<CGFloat>(growing) : 0)];
     [column setEditable:NO];
     [column setResizingMask:NSTableColumnUserResizingMask |
                             (described.grows ? NSTableColumnAutoresizingMask : 0)];

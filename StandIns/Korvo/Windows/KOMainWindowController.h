@@ -2,10 +2,11 @@
 // selected.
 #pragma once
 
-#import <Cocoa/Cocoa.h>
 #import <StandIns/Korvo/Adapter/KOLibrary.h>
 #import <StandIns/Korvo/Adapter/KOProblemReporter.h>
 #import <StandIns/Korvo/Adapter/KOReference.h>
+
+#import <Cocoa/Cocoa.h>
 
 #include <vector>
 

@@ -2,12 +2,13 @@
 // it scrolls into view. So a library of 100,000 references opens like one of ten.
 #import "KOMainWindowController.h"
 
+#import "Controls.h"
+
+#import <StandIns/Korvo/Adapter/TextBridge.h>
+
 #include <algorithm>
 #include <iterator>
 #include <utility>
-
-#import <StandIns/Korvo/Adapter/TextBridge.h>
-#import "Controls.h"
 
 namespace {
 
@@ -83,8 +84,8 @@ NSString *plural(NSUInteger count, NSString *noun) {
   const NSSize size = [content frame].size;
   const CGFloat top = size.height - margin - controlHeight;
 
-  libraryButton_ = makePopUpButton(NSMakeRect(margin, top, 280, controlHeight), self,
-                                   @selector(libraryChosen:));
+  libraryButton_ =
+      makePopUpButton(NSMakeRect(margin, top, 280, controlHeight), self, @selector(libraryChosen:));
   for (NSUInteger index = 0; index < [libraries_ count]; ++index) {
     // Two files may bear one name: the items are told apart by their place.
     [libraryButton_ addItemWithTitle:@""];
@@ -101,17 +102,17 @@ NSString *plural(NSUInteger count, NSString *noun) {
   const CGFloat bottom = margin + controlHeight;
   Column columns[std::size(shownColumns)];
   std::ranges::transform(shownColumns, columns, &ShownColumn::column);
-  NSScrollView *area = makeTable(
-      NSMakeRect(margin, bottom, size.width - 2 * margin, top - gap - bottom), columns,
-      std::size(columns), self);
+  NSScrollView *area =
+      makeTable(NSMakeRect(margin, bottom, size.width - 2 * margin, top - gap - bottom), columns,
+                std::size(columns), self);
   table_ = tableOf(area);
   [table_ setAllowsMultipleSelection:YES];
   [table_ setTarget:self];
   [table_ setDoubleAction:@selector(editSelectedReferences:)];
   add(content, area, NSViewWidthSizable | NSViewHeightSizable);
 
-  statusLabel_ = makeLabel(@"", NSMakeRect(margin, gap, size.width - 2 * margin, 20),
-                           NSLeftTextAlignment);
+  statusLabel_ =
+      makeLabel(@"", NSMakeRect(margin, gap, size.width - 2 * margin, 20), NSLeftTextAlignment);
   add(content, statusLabel_, NSViewWidthSizable | NSViewMaxYMargin);
 }
 
@@ -122,7 +123,9 @@ NSString *plural(NSUInteger count, NSString *noun) {
 - (void)setCurrentLibrary:(KOLibrary *)library {
   currentLibrary_ = library;
   const NSUInteger index = [libraries_ indexOfObjectIdenticalTo:library];
-  if (index != NSNotFound) [libraryButton_ selectItemAtIndex:static_cast<NSInteger>(index)];
+  if (index != NSNotFound) {
+    [libraryButton_ selectItemAtIndex:static_cast<NSInteger>(index)];
+  }
   [[self window] setTitle:library == nil
                               ? @"Korvo"
                               : [NSString stringWithFormat:@"Korvo – %@", [library name]]];
@@ -133,7 +136,9 @@ NSString *plural(NSUInteger count, NSString *noun) {
 - (void)libraryChosen:(id)sender {
   (void)sender;
   const NSInteger index = [libraryButton_ indexOfSelectedItem];
-  if (index >= 0) [self setCurrentLibrary:[libraries_ objectAtIndex:static_cast<NSUInteger>(index)]];
+  if (index >= 0) {
+    [self setCurrentLibrary:[libraries_ objectAtIndex:static_cast<NSUInteger>(index)]];
+  }
 }
 
 - (NSArray *)selectedReferences {
@@ -152,12 +157,16 @@ NSString *plural(NSUInteger count, NSString *noun) {
   std::vector<ReferenceRow> wanted;
   for (NSUInteger index = 0; index < [references count]; ++index) {
     KOReference *reference = [references objectAtIndex:index];
-    if ([reference library] == currentLibrary_) wanted.push_back([reference row]);
+    if ([reference library] == currentLibrary_) {
+      wanted.push_back([reference row]);
+    }
   }
   std::ranges::sort(wanted);
   NSMutableIndexSet *indexes = [NSMutableIndexSet indexSet];
   for (std::size_t index = 0; index < rows_.size(); ++index) {
-    if (std::ranges::binary_search(wanted, rows_[index])) [indexes addIndex:index];
+    if (std::ranges::binary_search(wanted, rows_[index])) {
+      [indexes addIndex:index];
+    }
   }
   [table_ selectRowIndexes:indexes byExtendingSelection:NO];
   if ([indexes count] > 0) {
@@ -170,7 +179,8 @@ NSString *plural(NSUInteger count, NSString *noun) {
   NSArray *selected = [self selectedReferences];
   rows_.clear();
   if (currentLibrary_ != nil) {
-    auto listed = [currentLibrary_ library].list(order_, korvo::adapter::utf8([searchField_ stringValue]));
+    auto listed =
+        [currentLibrary_ library].list(order_, korvo::adapter::utf8([searchField_ stringValue]));
     if (listed) {
       rows_ = *std::move(listed);
     } else {
@@ -204,19 +214,23 @@ NSString *plural(NSUInteger count, NSString *noun) {
 
 - (void)editSelectedReferences:(id)sender {
   // A double click on a column's title is no click on a reference.
-  if (sender == table_ && [table_ clickedRow] < 0) return;
+  if (sender == table_ && [table_ clickedRow] < 0) {
+    return;
+  }
   NSArray *selected = [self selectedReferences];
-  if ([selected count] > 0) [delegate_ editReference:[selected objectAtIndex:0]];
+  if ([selected count] > 0) {
+    [delegate_ editReference:[selected objectAtIndex:0]];
+  }
 }
 
 - (void)showStatus {
   NSString *shown = plural(rows_.size(), @"reference");
   const NSUInteger selected = [[table_ selectedRowIndexes] count];
-  [statusLabel_ setStringValue:selected == 0
-                                   ? shown
-                                   : [NSString stringWithFormat:@"%@, %lu selected", shown,
-                                                                static_cast<unsigned long>(
-                                                                    selected)]];
+  [statusLabel_
+      setStringValue:selected == 0
+                         ? shown
+                         : [NSString stringWithFormat:@"%@, %lu selected", shown,
+                                                      static_cast<unsigned long>(selected)]];
 }
 
 // An arrow in the title: images beside it are not to be had on every platform.
@@ -225,9 +239,8 @@ NSString *plural(NSUInteger count, NSString *noun) {
     NSTableColumn *column = [table_ tableColumnWithIdentifier:shown.column.identifier];
     const bool sorts = shown.sort == order_.column;
     NSString *arrow = order_.ascending ? @" ▴" : @" ▾";
-    [[column headerCell]
-        setStringValue:sorts ? [shown.column.title stringByAppendingString:arrow]
-                             : shown.column.title];
+    [[column headerCell] setStringValue:sorts ? [shown.column.title stringByAppendingString:arrow]
+                                              : shown.column.title];
   }
   [[table_ headerView] setNeedsDisplay:YES];
 }
@@ -252,7 +265,9 @@ NSString *plural(NSUInteger count, NSString *noun) {
                           row:(NSInteger)index {
   (void)table;
   const ShownColumn *shown = shownColumn(column);
-  if (shown == nullptr || index < 0 || static_cast<std::size_t>(index) >= rows_.size()) return @"";
+  if (shown == nullptr || index < 0 || static_cast<std::size_t>(index) >= rows_.size()) {
+    return @"";
+  }
   const auto summary = [currentLibrary_ library].summary(rows_[static_cast<std::size_t>(index)]);
   return summary && *summary ? korvo::adapter::stringFromUTF8((**summary).*(shown->text)) : @"";
 }
@@ -260,7 +275,9 @@ NSString *plural(NSUInteger count, NSString *noun) {
 - (void)tableView:(NSTableView *)table didClickTableColumn:(NSTableColumn *)column {
   (void)table;
   const ShownColumn *shown = shownColumn(column);
-  if (shown == nullptr) return;
+  if (shown == nullptr) {
+    return;
+  }
   const bool turns = shown->sort == order_.column;
   [self sortBy:ListOrder{.column = shown->sort, .ascending = !turns || !order_.ascending}];
 }

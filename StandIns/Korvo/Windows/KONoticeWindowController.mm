@@ -1,17 +1,17 @@
 #import "KONoticeWindowController.h"
 
-#import <StandIns/Korvo/Adapter/Owned.h>
 #import "Controls.h"
+
+#import <StandIns/Korvo/Adapter/Owned.h>
 
 namespace {
 
 constexpr NSUInteger noticesKept = 50;
 
 void append(NSMutableAttributedString *text, NSString *piece, NSFont *font) {
-  NSDictionary *look =
-      [NSDictionary dictionaryWithObjectsAndKeys:font, NSFontAttributeName,
-                                                 [NSColor controlTextColor],
-                                                 NSForegroundColorAttributeName, nil];
+  NSDictionary *look = [NSDictionary
+      dictionaryWithObjectsAndKeys:font, NSFontAttributeName, [NSColor controlTextColor],
+                                   NSForegroundColorAttributeName, nil];
   const auto attributed = korvo::adapter::Owned<NSAttributedString *>::taking(
       [[NSAttributedString alloc] initWithString:piece attributes:look]);
   [text appendAttributedString:attributed.get()];
@@ -27,8 +27,12 @@ NSAttributedString *withoutLineFeedsAround(NSAttributedString *text) {
   NSString *characters = [text string];
   NSUInteger begin = 0;
   NSUInteger end = [characters length];
-  while (begin < end && [lineFeeds characterIsMember:[characters characterAtIndex:begin]]) ++begin;
-  while (end > begin && [lineFeeds characterIsMember:[characters characterAtIndex:end - 1]]) --end;
+  while (begin < end && [lineFeeds characterIsMember:[characters characterAtIndex:begin]]) {
+    ++begin;
+  }
+  while (end > begin && [lineFeeds characterIsMember:[characters characterAtIndex:end - 1]]) {
+    --end;
+  }
   return [text attributedSubstringFromRange:NSMakeRange(begin, end - begin)];
 }
 
@@ -55,10 +59,8 @@ NSAttributedString *composeNotice(NSString *header, NSAttributedString *summary)
     notices_ = [[NSMutableArray alloc] init];
     NSView *content = [window contentView];
     const CGFloat bottom = margin + controlHeight + gap;
-    NSScrollView *area =
-        makeTextArea(NSMakeRect(margin, bottom, size.width - 2 * margin,
-                                size.height - margin - bottom),
-                     false);
+    NSScrollView *area = makeTextArea(
+        NSMakeRect(margin, bottom, size.width - 2 * margin, size.height - margin - bottom), false);
     text_ = textOf(area);
     [text_ setTextContainerInset:NSMakeSize(6, 6)];
     add(content, area, NSViewWidthSizable | NSViewHeightSizable);
@@ -95,7 +97,9 @@ NSAttributedString *composeNotice(NSString *header, NSAttributedString *summary)
 
 - (void)showNoticeWithHeader:(NSString *)header summary:(NSAttributedString *)summary {
   [notices_ addObject:composeNotice(header, summary)];
-  if ([notices_ count] > noticesKept) [notices_ removeObjectAtIndex:0];
+  if ([notices_ count] > noticesKept) {
+    [notices_ removeObjectAtIndex:0];
+  }
   [self showAllNotices];
   [[self window] orderFront:nil];
   // The newest notice from its beginning, not the end of a long one.

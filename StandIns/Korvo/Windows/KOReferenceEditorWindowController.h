@@ -1,12 +1,12 @@
 // The reference editor: the fields of one reference, to be changed and saved.
 #pragma once
 
-#import <Cocoa/Cocoa.h>
 #import <StandIns/Korvo/Adapter/KOReference.h>
+#include <StandIns/Korvo/Library/EditableFields.h>
+
+#import <Cocoa/Cocoa.h>
 
 #include <vector>
-
-#include <StandIns/Korvo/Library/EditableFields.h>
 
 @class KOReferenceEditorWindowController;
 
@@ -20,7 +20,7 @@
   id<KOReferenceEditorDelegate> delegate_;  // not retained
   KOReference *reference_;
   std::vector<korvo::library::EditableField> loaded_;  // as the library has them
-  NSMutableArray *controls_;                    // one for each field, in the same order
+  NSMutableArray *controls_;                           // one for each field, in the same order
   NSTextField *statusLabel_;
 }
 - (id)initWithReference:(KOReference *)reference delegate:(id<KOReferenceEditorDelegate>)delegate;

@@ -1,12 +1,13 @@
 #import "KOReferenceEditorWindowController.h"
 
+#import "Controls.h"
+
+#import <StandIns/Korvo/Adapter/TextBridge.h>
+
 #include <algorithm>
 #include <expected>
 #include <string>
 #include <utility>
-
-#import <StandIns/Korvo/Adapter/TextBridge.h>
-#import "Controls.h"
 
 namespace {
 
@@ -24,22 +25,32 @@ CGFloat heightOf(FieldForm form) {
 
 CGFloat heightOfForm(const std::vector<EditableField> &fields) {
   CGFloat height = 2 * korvo::windows::margin + korvo::windows::controlHeight;
-  for (const EditableField &field : fields) height += heightOf(field.form) + korvo::windows::gap;
+  for (const EditableField &field : fields) {
+    height += heightOf(field.form) + korvo::windows::gap;
+  }
   return height + korvo::windows::gap;
 }
 
 std::expected<NewReference, std::string> recordOf(KOReference *reference) {
   const auto summary = [reference summary];
-  if (!summary) return std::unexpected(summary.error());
+  if (!summary) {
+    return std::unexpected(summary.error());
+  }
   const auto json = [reference cslJson];
-  if (!json) return std::unexpected(json.error());
-  if (!*summary || !*json) return std::unexpected("The reference is no longer in the library.");
+  if (!json) {
+    return std::unexpected(json.error());
+  }
+  if (!*summary || !*json) {
+    return std::unexpected("The reference is no longer in the library.");
+  }
   return NewReference{.identifier = (*summary)->identifier, .cslJson = **json};
 }
 
 std::expected<std::vector<EditableField>, std::string> fieldsOf(KOReference *reference) {
   const auto record = recordOf(reference);
-  if (!record) return std::unexpected(record.error());
+  if (!record) {
+    return std::unexpected(record.error());
+  }
   return korvo::library::editableFields(*record);
 }
 
@@ -104,8 +115,9 @@ void showText(FieldForm form, NSView *control, NSString *text) {
 - (id)initWithReference:(KOReference *)reference delegate:(id<KOReferenceEditorDelegate>)delegate {
   auto fields = fieldsOf(reference);
   std::vector<EditableField> shown = fields ? *std::move(fields) : std::vector<EditableField>();
-  const NSSize size = NSMakeSize(2 * korvo::windows::margin + labelWidth + korvo::windows::gap + fieldWidth,
-                                 heightOfForm(shown));
+  const NSSize size =
+      NSMakeSize(2 * korvo::windows::margin + labelWidth + korvo::windows::gap + fieldWidth,
+                 heightOfForm(shown));
   NSWindow *window = korvo::windows::makeWindow(@"Reference", size, NSMakeSize(420, size.height));
   self = [super initWithWindow:window];
   if (self != nil) {
@@ -141,8 +153,8 @@ void showText(FieldForm form, NSView *control, NSString *text) {
                   NSMakeRect(margin, top + height - controlHeight, labelWidth, 20),
                   NSRightTextAlignment),
         NSViewMaxXMargin | NSViewMinYMargin);
-    NSView *control = makeControl(
-        field.form, NSMakeRect(margin + labelWidth + gap, top, fieldWidth, height));
+    NSView *control =
+        makeControl(field.form, NSMakeRect(margin + labelWidth + gap, top, fieldWidth, height));
     add(content, control, NSViewWidthSizable | NSViewMinYMargin);
     [controls_ addObject:control];
     NSView *focus = field.form == FieldForm::names ? textOf((NSScrollView *)control) : control;
@@ -192,7 +204,9 @@ void showText(FieldForm form, NSView *control, NSString *text) {
   for (std::size_t index = 0; index < loaded_.size() && index < [controls_ count]; ++index) {
     EditableField field = loaded_[index];
     field.value = korvo::adapter::utf8(shownText(field.form, [controls_ objectAtIndex:index]));
-    if (field.value != loaded_[index].value) changed.push_back(std::move(field));
+    if (field.value != loaded_[index].value) {
+      changed.push_back(std::move(field));
+    }
   }
   return changed;
 }
@@ -204,19 +218,20 @@ void showText(FieldForm form, NSView *control, NSString *text) {
   std::string problem = record ? "" : record.error();
   if (record) {
     const auto edited = korvo::library::withEditedFields(*record, [self changedFields]);
-    const auto replaced =
-        edited ? [[reference_ library] library].replace([reference_ row], *edited)
-               : std::expected<void, std::string>(std::unexpected(edited.error()));
-    if (!replaced) problem = replaced.error();
+    const auto replaced = edited
+                              ? [[reference_ library] library].replace([reference_ row], *edited)
+                              : std::expected<void, std::string>(std::unexpected(edited.error()));
+    if (!replaced) {
+      problem = replaced.error();
+    }
   }
   if (!problem.empty()) {
     [self showStatus:korvo::adapter::stringFromUTF8(problem)];
     return NO;
   }
   [self load];
-  [self showStatus:[[reference_ library] library].isTemporary()
-                       ? @"Saved until Korvo quits"
-                       : @"Saved"];
+  [self showStatus:[[reference_ library] library].isTemporary() ? @"Saved until Korvo quits"
+                                                                : @"Saved"];
   [delegate_ referenceWasSaved:reference_];
   return YES;
 }
@@ -238,7 +253,9 @@ void showText(FieldForm form, NSView *control, NSString *text) {
 - (BOOL)windowShouldClose:(id)sender {
   (void)sender;
   [[self window] makeFirstResponder:nil];
-  if ([self changedFields].empty()) return YES;
+  if ([self changedFields].empty()) {
+    return YES;
+  }
   switch (NSRunAlertPanel(@"Unsaved changes", @"Save the changes to this reference?", @"Save",
                           @"Don't Save", @"Cancel")) {
     case NSAlertDefaultReturn:
@@ -266,7 +283,9 @@ void showText(FieldForm form, NSView *control, NSString *text) {
 - (NSString *)textOfField:(NSString *)key {
   const auto field =
       std::ranges::find(loaded_, korvo::adapter::utf8(key), &EditableField::key) - loaded_.begin();
-  if (static_cast<std::size_t>(field) >= loaded_.size()) return nil;
+  if (static_cast<std::size_t>(field) >= loaded_.size()) {
+    return nil;
+  }
   const auto index = static_cast<NSUInteger>(field);
   return shownText(loaded_[index].form, [controls_ objectAtIndex:index]);
 }
@@ -274,7 +293,9 @@ void showText(FieldForm form, NSView *control, NSString *text) {
 - (void)setText:(NSString *)text ofField:(NSString *)key {
   const auto field =
       std::ranges::find(loaded_, korvo::adapter::utf8(key), &EditableField::key) - loaded_.begin();
-  if (static_cast<std::size_t>(field) >= loaded_.size()) return;
+  if (static_cast<std::size_t>(field) >= loaded_.size()) {
+    return;
+  }
   const auto index = static_cast<NSUInteger>(field);
   showText(loaded_[index].form, [controls_ objectAtIndex:index], text);
 }

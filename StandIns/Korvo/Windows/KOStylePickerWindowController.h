@@ -2,15 +2,15 @@
 // Every change is remembered at once.
 #pragma once
 
+#import <StandIns/Korvo/Adapter/StyleShelf.h>
+
 #import <Cocoa/Cocoa.h>
 
 #include <vector>
 
-#import <StandIns/Korvo/Adapter/StyleShelf.h>
-
 @interface KOStylePickerWindowController : NSWindowController {
-  korvo::adapter::StyleShelf *shelf_;         // not owned
-  std::vector<std::size_t> shown_;  // places in the catalogue that the search leaves
+  korvo::adapter::StyleShelf *shelf_;  // not owned
+  std::vector<std::size_t> shown_;     // places in the catalogue that the search leaves
   NSSearchField *searchField_;
   NSTableView *allTable_;
   NSTableView *favoritesTable_;

@@ -1,13 +1,14 @@
 #import "KOStylePickerWindowController.h"
 
+#import "Controls.h"
+
+#import <StandIns/Korvo/Adapter/TextBridge.h>
+#include <StandIns/Korvo/Library/FoldedText.h>
+
 #include <algorithm>
 #include <iterator>
 #include <string>
 #include <utility>
-
-#include <StandIns/Korvo/Library/FoldedText.h>
-#import <StandIns/Korvo/Adapter/TextBridge.h>
-#import "Controls.h"
 
 @interface KOStylePickerWindowController (Building)
 - (void)buildInView:(NSView *)content;
@@ -50,8 +51,8 @@
   const CGFloat bottom = margin + controlHeight + gap;
   const CGFloat top = size.height - margin - controlHeight;
 
-  searchField_ =
-      makeSearchField(@"Search all styles", NSMakeRect(margin, top, listWidth, controlHeight), self);
+  searchField_ = makeSearchField(@"Search all styles",
+                                 NSMakeRect(margin, top, listWidth, controlHeight), self);
   [searchField_ setTarget:self];
   [searchField_ setAction:@selector(searchChanged:)];
   add(content, searchField_, NSViewWidthSizable | NSViewMinYMargin);
@@ -76,20 +77,19 @@
   add(content, favoritesArea, NSViewMinXMargin | NSViewHeightSizable);
 
   const std::pair<NSString *, SEL> buttons[] = {
-      {@"Add", @selector(addFavorites:)},          {@"Remove", @selector(removeFavorites:)},
-      {@"Move Up", @selector(moveFavoriteUp:)},    {@"Move Down", @selector(moveFavoriteDown:)},
+      {@"Add", @selector(addFavorites:)},         {@"Remove", @selector(removeFavorites:)},
+      {@"Move Up", @selector(moveFavoriteUp:)},   {@"Move Down", @selector(moveFavoriteDown:)},
       {@"Make Default", @selector(makeDefault:)},
   };
   CGFloat y = top - gap - 2 * controlHeight;
   for (const auto &[title, action] : buttons) {
-    add(content,
-        makeButton(title, NSMakeRect(middle, y, buttonWidth, controlHeight), self, action),
+    add(content, makeButton(title, NSMakeRect(middle, y, buttonWidth, controlHeight), self, action),
         NSViewMinXMargin | NSViewMinYMargin);
     y -= controlHeight + gap;
   }
 
-  defaultLabel_ = makeLabel(@"", NSMakeRect(margin, margin, size.width - 2 * margin, 20),
-                            NSLeftTextAlignment);
+  defaultLabel_ =
+      makeLabel(@"", NSMakeRect(margin, margin, size.width - 2 * margin, 20), NSLeftTextAlignment);
   add(content, defaultLabel_, NSViewWidthSizable | NSViewMaxYMargin);
 }
 
@@ -122,19 +122,24 @@
   const std::string &chosen = shelf_->defaultStyle();
   [defaultLabel_
       setStringValue:[NSString stringWithFormat:@"Default style: %@",
-                                                chosen.empty() ? @"none"
-                                                               : korvo::adapter::stringFromUTF8(chosen)]];
+                                                chosen.empty()
+                                                    ? @"none"
+                                                    : korvo::adapter::stringFromUTF8(chosen)]];
 }
 
 - (void)addFavorites:(id)sender {
-  if (sender == allTable_ && [allTable_ clickedRow] < 0) return;
+  if (sender == allTable_ && [allTable_ clickedRow] < 0) {
+    return;
+  }
   const std::vector<korvo::engine::StyleName> &all = shelf_->catalog().all();
   std::vector<std::string> favorites = shelf_->favorites();
   NSIndexSet *selected = [allTable_ selectedRowIndexes];
   for (NSUInteger index = [selected firstIndex]; index != NSNotFound;
        index = [selected indexGreaterThanIndex:index]) {
     const std::string &title = all[shown_[index]].title;
-    if (std::ranges::find(favorites, title) == favorites.end()) favorites.push_back(title);
+    if (std::ranges::find(favorites, title) == favorites.end()) {
+      favorites.push_back(title);
+    }
   }
   shelf_->rememberFavorites(std::move(favorites));
   [self showFavorites];
@@ -144,7 +149,9 @@
   (void)sender;
   const NSInteger row = [favoritesTable_ selectedRow];
   std::vector<std::string> favorites = shelf_->favorites();
-  if (row < 0 || static_cast<std::size_t>(row) >= favorites.size()) return;
+  if (row < 0 || static_cast<std::size_t>(row) >= favorites.size()) {
+    return;
+  }
   favorites.erase(favorites.begin() + row);
   shelf_->rememberFavorites(std::move(favorites));
   [favoritesTable_ deselectAll:nil];
@@ -166,7 +173,9 @@
   std::vector<std::string> favorites = shelf_->favorites();
   const NSInteger target = row + distance;
   const NSInteger count = static_cast<NSInteger>(favorites.size());
-  if (row < 0 || row >= count || target < 0 || target >= count) return;
+  if (row < 0 || row >= count || target < 0 || target >= count) {
+    return;
+  }
   std::swap(favorites[static_cast<std::size_t>(row)], favorites[static_cast<std::size_t>(target)]);
   shelf_->rememberFavorites(std::move(favorites));
   [self showFavorites];
@@ -177,10 +186,12 @@
 - (void)makeDefault:(id)sender {
   (void)sender;
   // The table that the user clicked last is the one that is meant.
-  const bool fromFavorites = [[self window] firstResponder] == favoritesTable_ ||
-                             [allTable_ selectedRow] < 0;
+  const bool fromFavorites =
+      [[self window] firstResponder] == favoritesTable_ || [allTable_ selectedRow] < 0;
   const NSInteger row = fromFavorites ? [favoritesTable_ selectedRow] : [allTable_ selectedRow];
-  if (row < 0) return;
+  if (row < 0) {
+    return;
+  }
   const auto index = static_cast<std::size_t>(row);
   shelf_->rememberDefaultStyle(fromFavorites ? shelf_->favorites()[index]
                                              : shelf_->catalog().all()[shown_[index]].title);
@@ -215,8 +226,9 @@
                ? korvo::adapter::stringFromUTF8(shelf_->catalog().all()[shown_[index]].title)
                : @"";
   }
-  return index < shelf_->favorites().size() ? korvo::adapter::stringFromUTF8(shelf_->favorites()[index])
-                                            : @"";
+  return index < shelf_->favorites().size()
+             ? korvo::adapter::stringFromUTF8(shelf_->favorites()[index])
+             : @"";
 }
 
 @end

@@ -1,5 +1,9 @@
 #include "Commands.h"
 
+#include "FormatCommand.h"
+#include "Report.h"
+#include "ScanRequests.h"
+
 #include <Formats/CitationText.h>
 #include <Formats/EventTable.h>
 #include <Formats/Insertion.h>
@@ -7,19 +11,15 @@
 #include <Formats/RecordMarkup.h>
 #include <Formats/SmallMessages.h>
 #include <Formats/Unicode.h>
+#include <StandIns/Mellel/Conversation/Host.h>
+#include <StandIns/Mellel/Documents/Documents.h>
+#include <StandIns/Mellel/Documents/Files.h>
+#include <StandIns/Mellel/RTF/FormattedDocument.h>
 
 #include <algorithm>
 #include <iostream>
 #include <string>
 #include <utility>
-
-#include <StandIns/Mellel/Documents/Documents.h>
-#include <StandIns/Mellel/Documents/Files.h>
-#include "FormatCommand.h"
-#include <StandIns/Mellel/Conversation/Host.h>
-#include "Report.h"
-#include <StandIns/Mellel/RTF/FormattedDocument.h>
-#include "ScanRequests.h"
 
 namespace mellel {
 

@@ -1,10 +1,11 @@
 // What the commands do. Results go to standard output; a failure is the caller's to tell.
 #pragma once
 
-#include <expected>
+#include "Options.h"
 
 #include <StandIns/Mellel/Conversation/Failure.h>
-#include "Options.h"
+
+#include <expected>
 
 namespace mellel {
 

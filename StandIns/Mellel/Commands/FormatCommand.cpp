@@ -1,6 +1,15 @@
 #include "FormatCommand.h"
 
+#include "Report.h"
+#include "ScanRequests.h"
+
 #include <Platform/Bus/RunLoop.h>
+#include <StandIns/Mellel/Conversation/Host.h>
+#include <StandIns/Mellel/Conversation/RunLoop.h>
+#include <StandIns/Mellel/Documents/Documents.h>
+#include <StandIns/Mellel/Documents/Files.h>
+#include <StandIns/Mellel/Documents/FileWatch.h>
+
 #include <signal.h>
 #include <unistd.h>
 
@@ -8,14 +17,6 @@
 #include <iostream>
 #include <string>
 #include <utility>
-
-#include <StandIns/Mellel/Documents/Documents.h>
-#include <StandIns/Mellel/Documents/Files.h>
-#include <StandIns/Mellel/Documents/FileWatch.h>
-#include <StandIns/Mellel/Conversation/Host.h>
-#include "Report.h"
-#include <StandIns/Mellel/Conversation/RunLoop.h>
-#include "ScanRequests.h"
 
 namespace mellel {
 
@@ -109,7 +110,7 @@ class WatchedDocument {
 };
 
 void endCleanlyWhenInterrupted() {
-  struct sigaction action {};
+  struct sigaction action{};
   // The copy is always whole, so there is nothing to finish.
   action.sa_handler = [](int) { _exit(static_cast<int>(Status::done)); };
   sigemptyset(&action.sa_mask);

@@ -1,12 +1,13 @@
 // mellel scan and mellel live: a copy of the document with its citations formatted.
 #pragma once
 
+#include "Options.h"
+
+#include <StandIns/Mellel/Conversation/Failure.h>
+
 #include <chrono>
 #include <expected>
 #include <optional>
-
-#include <StandIns/Mellel/Conversation/Failure.h>
-#include "Options.h"
 
 namespace mellel {
 

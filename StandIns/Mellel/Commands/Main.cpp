@@ -1,10 +1,10 @@
 // The process `mellel`: one command, one exit status, one line where something is wrong.
+#include "Commands.h"
+#include "Options.h"
+
 #include <csignal>
 #include <iostream>
 #include <string>
-
-#include "Commands.h"
-#include "Options.h"
 
 namespace {
 

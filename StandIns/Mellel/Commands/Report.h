@@ -1,11 +1,11 @@
 // What the commands print for people and for scripts.
 #pragma once
 
+#include <StandIns/Mellel/Conversation/Conversation.h>
+
 #include <span>
 #include <string>
 #include <string_view>
-
-#include <StandIns/Mellel/Conversation/Conversation.h>
 
 namespace mellel {
 

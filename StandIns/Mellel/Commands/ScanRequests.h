@@ -1,14 +1,15 @@
 // The requests about a whole document, sent to the host, and its checked answers.
 #pragma once
 
-#include <expected>
-#include <vector>
+#include "Options.h"
 
 #include <StandIns/Mellel/Conversation/Conversation.h>
-#include <StandIns/Mellel/Documents/Documents.h>
 #include <StandIns/Mellel/Conversation/Failure.h>
 #include <StandIns/Mellel/Conversation/Host.h>
-#include "Options.h"
+#include <StandIns/Mellel/Documents/Documents.h>
+
+#include <expected>
+#include <vector>
 
 namespace mellel {
 

@@ -6,13 +6,12 @@
 #include <Formats/RecordMarkup.h>
 #include <Formats/Unicode.h>
 #include <Formats/VerifiedMarker.h>
+#include <StandIns/Mellel/RTF/Escape.h>
+#include <StandIns/Mellel/RTF/PlainText.h>
 
 #include <algorithm>
 #include <unordered_map>
 #include <utility>
-
-#include <StandIns/Mellel/RTF/Escape.h>
-#include <StandIns/Mellel/RTF/PlainText.h>
 
 namespace mellel {
 

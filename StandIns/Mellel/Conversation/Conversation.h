@@ -4,6 +4,9 @@
 
 #include <Formats/ScanReply.h>
 #include <Formats/ScanRequest.h>
+#include <StandIns/Mellel/RTF/Bibliography.h>
+#include <StandIns/Mellel/RTF/CitationFinder.h>
+#include <StandIns/Mellel/RTF/FormattedText.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -13,10 +16,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <StandIns/Mellel/RTF/Bibliography.h>
-#include <StandIns/Mellel/RTF/CitationFinder.h>
-#include <StandIns/Mellel/RTF/FormattedText.h>
 
 namespace mellel {
 

@@ -1,17 +1,18 @@
 #include "Host.h"
 
-#include <ApplicationServices/ApplicationServices.h>
+#include "Conversation.h"
+#include "LateEvents.h"
+#include "RunLoop.h"
+
 #include <Formats/EventTable.h>
 #include <Platform/AppleEventsProcess.h>
 #include <Platform/OwnedDescriptor.h>
 #include <Platform/WithoutCocoa/EventHandlers.h>
 
+#include <ApplicationServices/ApplicationServices.h>
+
 #include <array>
 #include <utility>
-
-#include "Conversation.h"
-#include "LateEvents.h"
-#include "RunLoop.h"
 
 namespace mellel {
 

@@ -5,6 +5,9 @@
 // waiting: the host cancels, the host ends, the time is over.
 #pragma once
 
+#include "Failure.h"
+#include "Progress.h"
+
 #include <Formats/FourCharacterCode.h>
 
 #include <chrono>
@@ -15,9 +18,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include "Failure.h"
-#include "Progress.h"
 
 namespace mellel {
 

@@ -1,10 +1,10 @@
 // The main thread's run loop, from which everything that arrives is handled.
 #pragma once
 
+#include "Progress.h"
+
 #include <functional>
 #include <optional>
-
-#include "Progress.h"
 
 namespace mellel {
 

@@ -1,10 +1,11 @@
 #include "Documents.h"
 
+#include "Files.h"
+
+#include <StandIns/Mellel/RTF/FormattedDocument.h>
+
 #include <random>
 #include <utility>
-
-#include "Files.h"
-#include <StandIns/Mellel/RTF/FormattedDocument.h>
 
 namespace mellel {
 

@@ -1,12 +1,12 @@
 // Documents on their way through a command: read, formatted with an answer, written.
 #pragma once
 
-#include <expected>
-#include <string>
-
 #include <StandIns/Mellel/Conversation/Conversation.h>
 #include <StandIns/Mellel/Conversation/Failure.h>
 #include <StandIns/Mellel/RTF/CitationFinder.h>
+
+#include <expected>
+#include <string>
 
 namespace mellel {
 

@@ -2,10 +2,10 @@
 // it and put in its place.
 #pragma once
 
+#include <StandIns/Mellel/Conversation/Failure.h>
+
 #include <expected>
 #include <string>
-
-#include <StandIns/Mellel/Conversation/Failure.h>
 
 namespace mellel {
 

@@ -117,7 +117,7 @@ bool writeAll(int descriptor, std::string_view bytes) {
 }
 
 std::optional<struct stat> statusOf(const std::string &path) {
-  struct stat status {};
+  struct stat status{};
   return stat(path.c_str(), &status) == 0 ? std::optional(status) : std::nullopt;
 }
 
@@ -126,7 +126,7 @@ std::optional<struct stat> statusOf(const std::string &path) {
 std::expected<std::string, Failure> readFile(const std::string &path) {
   // Without O_NONBLOCK a pipe would wait for a writer.
   const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  struct stat status {};
+  struct stat status{};
   if (file.number() < 0 || fstat(file.number(), &status) != 0) {
     return systemFailure("cannot read " + path, errno);
   }

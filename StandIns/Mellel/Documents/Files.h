@@ -2,11 +2,11 @@
 // the place of the document that it was made from.
 #pragma once
 
+#include <StandIns/Mellel/Conversation/Failure.h>
+
 #include <expected>
 #include <string>
 #include <string_view>
-
-#include <StandIns/Mellel/Conversation/Failure.h>
 
 namespace mellel {
 

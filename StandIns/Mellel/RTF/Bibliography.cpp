@@ -1,11 +1,11 @@
 #include "Bibliography.h"
 
+#include "PlainText.h"
+#include "TextReader.h"
+
 #include <algorithm>
 #include <iterator>
 #include <utility>
-
-#include "PlainText.h"
-#include "TextReader.h"
 
 namespace mellel {
 

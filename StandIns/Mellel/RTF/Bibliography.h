@@ -5,15 +5,15 @@
 // and tab stops. Font and size are those of the document that they are put into.
 #pragma once
 
+#include "CitationFinder.h"
+#include "FormattedText.h"
+#include "Formatting.h"
+
 #include <cstdint>
 #include <expected>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "CitationFinder.h"
-#include "FormattedText.h"
-#include "Formatting.h"
 
 namespace mellel {
 

@@ -1,12 +1,12 @@
 #include "CitationFinder.h"
 
+#include "PlainText.h"
+#include "TextReader.h"
+
 #include <algorithm>
 #include <map>
 #include <tuple>
 #include <utility>
-
-#include "PlainText.h"
-#include "TextReader.h"
 
 namespace mellel {
 

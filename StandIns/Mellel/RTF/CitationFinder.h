@@ -13,6 +13,8 @@
 // A paragraph that holds {bibliography} and nothing else is where the bibliography goes.
 #pragma once
 
+#include "Edits.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <expected>
@@ -20,8 +22,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "Edits.h"
 
 namespace mellel {
 

@@ -2,12 +2,12 @@
 // font table tells it, else the one that the header names.
 #pragma once
 
-#include <cstdint>
-#include <unordered_map>
-
 #include "CodePage.h"
 #include "Keywords.h"
 #include "Lexer.h"
+
+#include <cstdint>
+#include <unordered_map>
 
 namespace mellel {
 

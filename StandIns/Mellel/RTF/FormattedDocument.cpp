@@ -1,9 +1,9 @@
 #include "FormattedDocument.h"
 
-#include <utility>
-
 #include "Edits.h"
 #include "Escape.h"
+
+#include <utility>
 
 namespace mellel {
 

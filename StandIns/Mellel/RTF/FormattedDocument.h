@@ -1,15 +1,15 @@
 // Puts formatted citations and the bibliography into a copy of a document.
 #pragma once
 
+#include "Bibliography.h"
+#include "CitationFinder.h"
+#include "FormattedText.h"
+
 #include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "Bibliography.h"
-#include "CitationFinder.h"
-#include "FormattedText.h"
 
 namespace mellel {
 

@@ -1,10 +1,10 @@
 #include "FormattedText.h"
 
-#include <utility>
-
 #include "Escape.h"
 #include "Lexer.h"
 #include "TextReader.h"
+
+#include <utility>
 
 namespace mellel {
 

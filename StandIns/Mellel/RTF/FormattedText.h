@@ -4,13 +4,13 @@
 // A piece brings no fonts, sizes or colours of its own: it takes them from where it is put.
 #pragma once
 
+#include "Formatting.h"
+
 #include <cstdint>
 #include <expected>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "Formatting.h"
 
 namespace mellel {
 

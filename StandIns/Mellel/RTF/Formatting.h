@@ -2,10 +2,10 @@
 // from one document into another.
 #pragma once
 
-#include <cstdint>
-
 #include "Keywords.h"
 #include "Lexer.h"
+
+#include <cstdint>
 
 namespace mellel {
 

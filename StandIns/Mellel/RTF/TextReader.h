@@ -10,17 +10,17 @@
 // recursion. Bytes that are no well-formed RTF end the reading with one line that says why.
 #pragma once
 
+#include "FontTable.h"
+#include "Formatting.h"
+#include "Keywords.h"
+#include "Lexer.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "FontTable.h"
-#include "Formatting.h"
-#include "Keywords.h"
-#include "Lexer.h"
 
 namespace mellel {
 

@@ -2,9 +2,14 @@
 // what the bytes say or is not made, the document and an older copy stay as they were.
 #pragma once
 
+#include "ProcessWithoutBus.h"
+#include "ReplyRules.h"
+#include "ScriptedHost.h"
+
+#include <StandIns/Mellel/Commands/Commands.h>
+
 #include <gtest/gtest.h>
 #include <unistd.h>
-#include <StandIns/Mellel/Commands/Commands.h>
 
 #include <chrono>
 #include <filesystem>
@@ -15,10 +20,6 @@
 #include <sstream>
 #include <string>
 #include <vector>
-
-#include "ProcessWithoutBus.h"
-#include "ReplyRules.h"
-#include "ScriptedHost.h"
 
 namespace mellel::testing {
 

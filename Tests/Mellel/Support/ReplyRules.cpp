@@ -1,14 +1,14 @@
 #include "ReplyRules.h"
 
-#include <Formats/Unicode.h>
-
-#include <algorithm>
-#include <iterator>
-
 #include "../../../Fuzzing/Formats/SlowReader.h"
 #include "../../Formats/ReferenceRecordMarkup.h"
 #include "../../Formats/ReferenceUnicode.h"
 #include "../ReferenceRewriting.h"
+
+#include <Formats/Unicode.h>
+
+#include <algorithm>
+#include <iterator>
 
 namespace mellel::testing {
 

@@ -4,12 +4,12 @@
 // payload is whole, for which document it is, and what the copy must show that is made from it.
 #pragma once
 
+#include "SlowRTF.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "SlowRTF.h"
 
 namespace mellel::testing {
 

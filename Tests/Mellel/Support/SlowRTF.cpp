@@ -1,12 +1,12 @@
 #include "SlowRTF.h"
 
+#include "../../Formats/ReferenceUnicode.h"
+
 #include <Formats/Unicode.h>
 
 #include <array>
 #include <cctype>
 #include <cstdint>
-
-#include "../../Formats/ReferenceUnicode.h"
 
 namespace mellel::testing {
 

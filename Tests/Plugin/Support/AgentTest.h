@@ -4,18 +4,19 @@
 // private methods are reached as every method is, by messages.
 #pragma once
 
-#import <Cocoa/Cocoa.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#import <KorvoMellelAgent+Private.h>
-#include <Platform/Testing/RecordingCarrier.h>
-
 #include "CallLog.h"
 #include "LogCapture.h"
 #import "RecordingApplication.h"
 #import "RecordingAssertionHandler.h"
 #import "RecordingHost.h"
 #include "Text.h"
+
+#include <Platform/Testing/RecordingCarrier.h>
+
+#import <Cocoa/Cocoa.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#import <KorvoMellelAgent+Private.h>
 
 namespace plugin_test {
 

@@ -1,12 +1,12 @@
 #include "HostileHost.h"
 
+#import "RecordingHost.h"
+#include "Text.h"
+
 #import <HostContract/HostContract.h>
 
 #include <new>
 #include <stdexcept>
-
-#import "RecordingHost.h"
-#include "Text.h"
 
 using plugin_test::hostCalls;
 using plugin_test::Misbehaviour;

@@ -1,8 +1,8 @@
 #include "LogCapture.h"
 
-#import <Foundation/Foundation.h>
-
 #include "Text.h"
+
+#import <Foundation/Foundation.h>
 
 namespace plugin_test {
 namespace {

@@ -53,10 +53,10 @@ std::function<void()> &duringModalLoop() {
   logCall("isHidden");
   return hidden;
 }
-- (void)hide:(id)__attribute__((unused))sender {
+- (void)hide:(id)__attribute__((unused)) sender {
   logCall("hide");
 }
-- (void)unhide:(id)__attribute__((unused))sender {
+- (void)unhide:(id)__attribute__((unused)) sender {
   logCall("unhide");
 }
 - (void)activateIgnoringOtherApps:(BOOL)flag {
@@ -65,7 +65,7 @@ std::function<void()> &duringModalLoop() {
 - (void)deactivate {
   logCall("deactivate");
 }
-- (NSInteger)runModalForWindow:(NSWindow *)__attribute__((unused))window {
+- (NSInteger)runModalForWindow:(NSWindow *)__attribute__((unused)) window {
   logCall("runModal");
   if (plugin_test::duringModalLoop()) {
     plugin_test::duringModalLoop()();

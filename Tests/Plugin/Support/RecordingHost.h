@@ -1,8 +1,9 @@
 // A host made of objects that log every message (see CallLog.h) and answer as a script says.
 #pragma once
 
-#import <Cocoa/Cocoa.h>
 #import <HostContract/Testing/PassiveHost.h>
+
+#import <Cocoa/Cocoa.h>
 
 #include <functional>
 #include <map>

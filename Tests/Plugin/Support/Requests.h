@@ -4,13 +4,13 @@
 // any bytes asks for, which answer it must get, and which calls may be made on the way.
 #pragma once
 
+#import "AgentTest.h"
+
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#import "AgentTest.h"
 
 namespace plugin_test {
 

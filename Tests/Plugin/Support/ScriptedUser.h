@@ -2,10 +2,9 @@
 #pragma once
 
 #import <Cocoa/Cocoa.h>
+#include <sys/types.h>
 
 #include <string>
-
-#include <sys/types.h>
 
 namespace plugin_test {
 

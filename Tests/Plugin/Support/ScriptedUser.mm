@@ -15,7 +15,7 @@
 @end
 
 @implementation ModalLoopGuard
-- (void)endModalLoop:(NSTimer *)__attribute__((unused))timer {
+- (void)endModalLoop:(NSTimer *)__attribute__((unused)) timer {
   [NSApp stopModalWithCode:plugin_test::ScriptedUser::nobodyEndedIt];
   [NSApp postEvent:[NSEvent otherEventWithType:NSApplicationDefined
                                       location:NSZeroPoint
@@ -34,7 +34,7 @@
                                                               repeats:NO]
                                forMode:NSModalPanelRunLoopMode];
 }
-- (void)turn:(NSTimer *)__attribute__((unused))timer {
+- (void)turn:(NSTimer *)__attribute__((unused)) timer {
 }
 @end
 

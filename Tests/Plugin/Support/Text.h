@@ -2,6 +2,7 @@
 #pragma once
 
 #include <Formats/Unicode.h>
+
 #import <Foundation/Foundation.h>
 
 #include <string>
