@@ -1,6 +1,5 @@
 // The bundle as a host meets it: loaded at run time, known by nothing but the host contract. The
-// other tests compile the plug-in's sources in, which gives them its private methods; this one
-// shows that what is shipped loads and brings its resources along.
+// other tests load it too, but send it private messages; here it is asked only what a host may ask.
 
 #import <HostContract/HostContract.h>
 

@@ -56,7 +56,6 @@ bool asksToBeHidden(std::string_view citation) {
   return isHidden;
 }
 
-// Nothing that can be seen must not take a citation's place, unless it asks for that.
 // A document cites the same works again and again: most of its formatted texts come several times.
 class TextsOfReply {
  public:
@@ -86,6 +85,7 @@ std::expected<formats::CitationResolution, std::string> decodeResolution(
   return resolution;
 }
 
+// A text that shows nothing does not take a citation's place, unless the citation asks for that.
 bool isFormatted(const FormattedText &text, std::string_view citation) {
   const std::string plain = plainText(text);
   if (isBlankText(plain)) {
