@@ -1,6 +1,5 @@
-# GNUstep's compile flags and libraries as two targets, GNUstep::Foundation and
-# GNUstep::AppKit. Its headers are made system headers: they do not compile
-# without warnings.
+# Cocoa on Linux: GNUstep's compile flags and libraries as the targets Cocoa::Foundation and
+# Cocoa::AppKit. Its headers are made system headers: they do not compile without warnings.
 find_program(GNUSTEP_CONFIG gnustep-config REQUIRED)
 
 function(gnustep_query result)
@@ -31,13 +30,13 @@ foreach(flag IN LISTS gnustep_objc_flags)
 endforeach()
 
 foreach(kind IN ITEMS Foundation AppKit)
-  add_library(GNUstep::${kind} INTERFACE IMPORTED)
-  target_include_directories(GNUstep::${kind} SYSTEM INTERFACE ${gnustep_include_directories})
-  target_compile_options(GNUstep::${kind} INTERFACE
+  add_library(Cocoa::${kind} INTERFACE IMPORTED)
+  target_include_directories(Cocoa::${kind} SYSTEM INTERFACE ${gnustep_include_directories})
+  target_compile_options(Cocoa::${kind} INTERFACE
     $<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:${gnustep_flags}>)
 endforeach()
-target_link_libraries(GNUstep::Foundation INTERFACE ${gnustep_base_libraries})
-target_link_libraries(GNUstep::AppKit INTERFACE ${gnustep_gui_libraries})
+target_link_libraries(Cocoa::Foundation INTERFACE ${gnustep_base_libraries})
+target_link_libraries(Cocoa::AppKit INTERFACE ${gnustep_gui_libraries})
 
 # For executables that load GNUstep: leaks are looked for in the others.
 function(overlook_gnustep_leaks)

@@ -1,6 +1,5 @@
 # One test executable a folder, every test of it known to CTest by its own name.
 # A test that needs a main function of its own just has one: it wins over the library's.
-find_package(GTest REQUIRED)
 include(GoogleTest)
 
 function(add_room_test name)

@@ -1,0 +1,55 @@
+# What is particular to a build for macOS. Linux.cmake defines the same names.
+
+include(Cocoa)
+include(Signing)
+find_package(GTest)
+find_program(IBTOOL ibtool REQUIRED)
+
+# Beside the product, a Mac builds what tests it there.
+set(platform_rooms)
+if(GTest_FOUND)
+  set(platform_rooms Tests/Formats)
+endif()
+list(APPEND platform_rooms Tests/MacOS/Handshake)
+
+# make_plugin_bundle(TARGET NAME FOLDER DIALOG.xib TABLE…): makes the module TARGET a bundle
+# NAME.bundle with the property list, the dialog and the tables of texts that lie in FOLDER.
+function(make_plugin_bundle target name folder dialog)
+  set(source ${CMAKE_CURRENT_SOURCE_DIR}/${folder})
+  set_target_properties(${target} PROPERTIES
+    OUTPUT_NAME ${name} PREFIX "" BUNDLE TRUE BUNDLE_EXTENSION bundle
+    MACOSX_BUNDLE_INFO_PLIST ${source}/Info.plist
+    LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
+  cmake_path(REPLACE_EXTENSION dialog .nib OUTPUT_VARIABLE nib)
+  set(nib ${CMAKE_CURRENT_BINARY_DIR}/${nib})
+  add_custom_command(OUTPUT ${nib}
+    COMMAND ${IBTOOL} --errors --warnings --notices
+      --minimum-deployment-target ${CMAKE_OSX_DEPLOYMENT_TARGET}
+      --compile ${nib} ${source}/${dialog}
+    DEPENDS ${source}/${dialog} COMMENT "Compiling ${dialog}" VERBATIM)
+  put_into_bundle(${target} Resources ${nib})
+  foreach(table IN LISTS ARGN)
+    cmake_path(GET table PARENT_PATH language)
+    put_into_bundle(${target} Resources/${language} ${source}/${table})
+  endforeach()
+  sign(${target})
+  # The prefix is the folder in which the host looks for its plug-ins.
+  install(TARGETS ${target} LIBRARY DESTINATION . COMPONENT plugin)
+endfunction()
+
+# make_application(TARGET NAME FOLDER): makes the executable TARGET an application NAME.app with the
+# property list and the entitlements that lie in FOLDER. The property list declares its signature.
+function(make_application target name folder)
+  set(source ${CMAKE_CURRENT_SOURCE_DIR}/${folder})
+  set_target_properties(${target} PROPERTIES
+    OUTPUT_NAME ${name} MACOSX_BUNDLE TRUE
+    MACOSX_BUNDLE_INFO_PLIST ${source}/Info.plist)
+  sign(${target} --entitlements ${source}/${name}.entitlements)
+endfunction()
+
+# A signature covers the resources too: one that changes has the target linked, and so signed, anew.
+function(put_into_bundle target place file)
+  target_sources(${target} PRIVATE ${file})
+  set_source_files_properties(${file} PROPERTIES MACOSX_PACKAGE_LOCATION ${place})
+  set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${file})
+endfunction()
