@@ -3,7 +3,7 @@
 //
 // A source of this folder defines `fuzzing::run`, and nothing else of it is seen from outside. With
 // libFuzzer it is called with inputs without end; in the ordinary tests ReplayCorpus.cpp calls it
-// with each file of the target's corpus.
+// with each input of the target's corpus.
 #pragma once
 
 #include <cstdio>
