@@ -28,7 +28,7 @@ def conditions_text(report):
 
 
 def section(report, image_names):
-    images = [f"![{title}](Images/{name}.svg)\n([PNG](Images/{name}.png))" for title, name in image_names]
+    images = [f"![{title}](Images/{name}.svg)" for title, name in image_names]
     table = reports.markdown_table(report)
     if len(report["rows"]) > TABLE_LENGTH and images:
         table = f"<details><summary>All {len(report['rows'])} figures</summary>\n\n{table}\n\n</details>"

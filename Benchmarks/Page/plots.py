@@ -147,7 +147,6 @@ def draw(report, directory):
             figure = draw_plot(title, rows)
             name = file_name(report["group"], title)
             figure.savefig(directory / f"{name}.svg", bbox_inches="tight", metadata={"Date": None, "Creator": None})
-            figure.savefig(directory / f"{name}.png", bbox_inches="tight", dpi=144, metadata={"Software": None})
             plt.close(figure)
             drawn.append((title, name))
     return drawn
