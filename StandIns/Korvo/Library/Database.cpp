@@ -34,6 +34,8 @@ DatabaseError describe(int status, const char *sqliteMessage, int systemError) {
       return withReason("it cannot be read or written", systemError);
     case SQLITE_READONLY:
       return "it cannot be written to";
+    case SQLITE_INTERRUPT:
+      return "it takes too long to read, and may be damaged";
     case SQLITE_FULL:
       return "the disk is full";
     default:
@@ -46,6 +48,14 @@ std::filesystem::path pathOf(const std::filesystem::path &file) {
   std::error_code error;
   const std::filesystem::path absolute = std::filesystem::absolute(file, error);
   return error ? file : absolute;
+}
+
+// A file from somebody else: no statement of its own runs, and none may write its schema.
+void trustNoSchema(sqlite3 *connection) {
+  sqlite3_db_config(connection, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+  sqlite3_db_config(connection, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+  sqlite3_db_config(connection, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
+  sqlite3_db_config(connection, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
 }
 
 std::unexpected<DatabaseError> lastError(sqlite3 *connection) {
@@ -117,6 +127,7 @@ std::expected<Database, DatabaseError> Database::open(const char *file, int flag
                                                             sqlite3_system_errno(connection)));
   }
   sqlite3_busy_timeout(connection, patienceInMilliseconds);
+  trustNoSchema(connection);
   return database;
 }
 
@@ -164,6 +175,22 @@ std::int64_t Database::changes() const { return sqlite3_total_changes64(connecti
 
 std::int64_t Database::lastInsertedRow() const {
   return sqlite3_last_insert_rowid(connection_.get());
+}
+
+// So many steps of SQLite's take less than a millisecond.
+constexpr int stepsBetweenLooks = 10'000;
+
+TimeLimit::TimeLimit(Database &database, std::chrono::steady_clock::duration time)
+    : database_(database), end_(std::chrono::steady_clock::now() + time) {
+  sqlite3_progress_handler(database_.connection_.get(), stepsBetweenLooks, isOver, this);
+}
+
+TimeLimit::~TimeLimit() {
+  sqlite3_progress_handler(database_.connection_.get(), 0, nullptr, nullptr);
+}
+
+int TimeLimit::isOver(void *limit) {
+  return std::chrono::steady_clock::now() >= static_cast<TimeLimit *>(limit)->end_ ? 1 : 0;
 }
 
 Transaction::Transaction(Database *database) : database_(database) {}

@@ -1,6 +1,7 @@
 // SQLite behind values that clean up after themselves and report errors in words.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <expected>
 #include <filesystem>
@@ -63,6 +64,7 @@ class Database {
   std::int64_t lastInsertedRow() const;
 
  private:
+  friend class TimeLimit;
   explicit Database(sqlite3 *connection);
   static std::expected<Database, DatabaseError> open(const char *file, int flags);
 
@@ -70,6 +72,21 @@ class Database {
     void operator()(sqlite3 *connection) const;
   };
   std::unique_ptr<sqlite3, Close> connection_;
+};
+
+// While it lives, statements of the connection end with an error once the time is over.
+class TimeLimit {
+ public:
+  TimeLimit(Database &database, std::chrono::steady_clock::duration time);
+  ~TimeLimit();
+  TimeLimit(const TimeLimit &) = delete;
+  TimeLimit &operator=(const TimeLimit &) = delete;
+
+ private:
+  static int isOver(void *limit);
+
+  Database &database_;
+  std::chrono::steady_clock::time_point end_;
 };
 
 // All or nothing: what happens between begin and commit is undone when the object goes

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <expected>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -112,6 +113,14 @@ class Library {
   };
   // The state that all questions see since keepReading(); nothing where they may see several.
   std::optional<Version> version() const;
+
+  // What can be edited of a reference; nothing when it is gone.
+  std::expected<std::optional<NewReference>, LibraryError> reference(ReferenceRow row);
+
+  // Makes new content of what is there, or says in one line why it cannot.
+  using Edit = std::function<std::expected<NewReference, std::string>(const NewReference &present)>;
+  // Reads, changes and writes while nobody else can write. The reference's UUID stays.
+  std::expected<void, LibraryError> edit(ReferenceRow row, const Edit &change);
 
   // Puts new content in the reference's place; its UUID stays.
   std::expected<void, LibraryError> replace(ReferenceRow row, const NewReference &reference);

@@ -31,27 +31,15 @@ CGFloat heightOfForm(const std::vector<EditableField> &fields) {
   return height + korvo::windows::gap;
 }
 
-std::expected<NewReference, std::string> recordOf(KOReference *reference) {
-  const auto summary = [reference summary];
-  if (!summary) {
-    return std::unexpected(summary.error());
-  }
-  const auto json = [reference cslJson];
-  if (!json) {
-    return std::unexpected(json.error());
-  }
-  if (!*summary || !*json) {
-    return std::unexpected("The reference is no longer in the library.");
-  }
-  return NewReference{.identifier = (*summary)->identifier, .cslJson = **json};
-}
-
 std::expected<std::vector<EditableField>, std::string> fieldsOf(KOReference *reference) {
-  const auto record = recordOf(reference);
+  const auto record = [[reference library] library].reference([reference row]);
   if (!record) {
     return std::unexpected(record.error());
   }
-  return korvo::library::editableFields(*record);
+  if (!*record) {
+    return std::unexpected("The reference is no longer in the library.");
+  }
+  return korvo::library::editableFields(**record);
 }
 
 NSView *makeControl(FieldForm form, NSRect frame) {
@@ -214,19 +202,12 @@ void showText(FieldForm form, NSView *control, NSString *text) {
 - (BOOL)save {
   // The changes go into the record as it is now: another program may have changed other
   // fields meanwhile.
-  const auto record = recordOf(reference_);
-  std::string problem = record ? "" : record.error();
-  if (record) {
-    const auto edited = korvo::library::withEditedFields(*record, [self changedFields]);
-    const auto replaced = edited
-                              ? [[reference_ library] library].replace([reference_ row], *edited)
-                              : std::expected<void, std::string>(std::unexpected(edited.error()));
-    if (!replaced) {
-      problem = replaced.error();
-    }
-  }
-  if (!problem.empty()) {
-    [self showStatus:korvo::adapter::stringFromUTF8(problem)];
+  const auto saved =
+      [[reference_ library] library].edit([reference_ row], [self](const NewReference &present) {
+        return korvo::library::withEditedFields(present, [self changedFields]);
+      });
+  if (!saved) {
+    [self showStatus:korvo::adapter::stringFromUTF8(saved.error())];
     return NO;
   }
   [self load];
