@@ -11,7 +11,7 @@ namespace benchmarks {
 
 namespace {
 
-using mellel::FormattedText;
+using mellel::rtf::FormattedText;
 
 constexpr std::size_t citationCount = 1'000;
 
@@ -28,19 +28,19 @@ std::string draft() {
 
 std::function<void()> findCitations() {
   return [rtf = draft()] {
-    const auto document = mellel::readDocumentText(rtf);
+    const auto document = mellel::rtf::readDocumentText(rtf);
     require(document && document->citations.size() == citationCount, "find citations");
   };
 }
 
 std::function<void()> writeCopy() {
   const std::string rtf = draft();
-  const auto document = mellel::readDocumentText(rtf);
-  const auto text = mellel::readPidginRTF("(Smith, {\\i 1999})");
+  const auto document = mellel::rtf::readDocumentText(rtf);
+  const auto text = mellel::rtf::readPidginRTF("(Smith, {\\i 1999})");
   require(document && text, "read a draft");
   const std::vector<std::optional<FormattedText>> texts(citationCount, *text);
   return [rtf, document = *document, texts] {
-    require(mellel::formattedDocument(rtf, document, texts, {}).size() > rtf.size() / 2,
+    require(mellel::rtf::formattedDocument(rtf, document, texts, {}).size() > rtf.size() / 2,
             "write a copy");
   };
 }

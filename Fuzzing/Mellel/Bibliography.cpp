@@ -10,7 +10,7 @@ namespace fuzzing {
 
 namespace {
 
-using mellel::Bibliography;
+using mellel::rtf::Bibliography;
 
 void requireSame(const Bibliography &left, const Bibliography &right) {
   require(left.size() == right.size());
@@ -26,20 +26,21 @@ void requireSame(const Bibliography &left, const Bibliography &right) {
 }  // namespace
 
 void run(std::string_view bytes) {
-  const auto bibliography = mellel::readBibliography(bytes);
+  const auto bibliography = mellel::rtf::readBibliography(bytes);
   if (!bibliography) {
     require(!bibliography.error().empty() && bibliography.error().find('\n') == std::string::npos);
     return;
   }
-  const std::string inPlace = "{\\rtf1\\ansi " + mellel::bibliographyInPlace(*bibliography) + '}';
-  const auto readInPlace = mellel::readBibliography(inPlace);
+  const std::string inPlace =
+      "{\\rtf1\\ansi " + mellel::rtf::bibliographyInPlace(*bibliography) + '}';
+  const auto readInPlace = mellel::rtf::readBibliography(inPlace);
   require(readInPlace.has_value());
   requireSame(*readInPlace, *bibliography);
 
-  const mellel::BodyFormat body{.style = 1, .font = 2, .size = 24};
+  const mellel::rtf::BodyFormat body{.style = 1, .font = 2, .size = 24};
   const std::string inBody =
-      "{\\rtf1\\ansi\\b " + mellel::bibliographyInBodyFormat(*bibliography, body) + '}';
-  const auto readInBody = mellel::readBibliography(inBody);
+      "{\\rtf1\\ansi\\b " + mellel::rtf::bibliographyInBodyFormat(*bibliography, body) + '}';
+  const auto readInBody = mellel::rtf::readBibliography(inBody);
   require(readInBody.has_value());
   requireSame(*readInBody, *bibliography);
 }

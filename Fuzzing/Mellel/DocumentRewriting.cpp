@@ -14,20 +14,20 @@ namespace fuzzing {
 
 namespace {
 
-using mellel::Citation;
-using mellel::DocumentText;
-using mellel::FormattedText;
-using mellel::testing::Character;
-using mellel::testing::charactersOf;
-using mellel::testing::citationsAmong;
-using mellel::testing::withCitationsReplaced;
+using mellel::rtf::Citation;
+using mellel::rtf::DocumentText;
+using mellel::rtf::FormattedText;
+using mellel_test::Character;
+using mellel_test::charactersOf;
+using mellel_test::citationsAmong;
+using mellel_test::withCitationsReplaced;
 using Characters = std::vector<Character>;
 using Texts = std::vector<std::optional<FormattedText>>;
 
 // Stands for a formatted citation. A document that has it already proves nothing.
 const std::string replacement = "☃";
 
-const mellel::Bibliography bibliography = {
+const mellel::rtf::Bibliography bibliography = {
     {.text = {{.text = "A. "}, {.text = "Title é", .isItalic = true}},
      .format = {},
      .tabStops = {}},
@@ -40,8 +40,8 @@ std::size_t charactersIn(std::string_view text) {
 
 // What the citations, and the place of the bibliography, do not cover.
 std::vector<std::string_view> untouchedBytes(std::string_view rtf, const DocumentText &document) {
-  std::vector<mellel::Span> touched;
-  const auto touch = [&](const mellel::CharacterSpan &characters) {
+  std::vector<mellel::rtf::Span> touched;
+  const auto touch = [&](const mellel::rtf::CharacterSpan &characters) {
     require(characters.span.begin < characters.span.end && characters.span.end <= rtf.size());
     touched.push_back(characters.span);
   };
@@ -55,10 +55,10 @@ std::vector<std::string_view> untouchedBytes(std::string_view rtf, const Documen
       touch(*document.bibliographyPlace->paragraphEnd);
     }
   }
-  std::ranges::sort(touched, {}, &mellel::Span::begin);
+  std::ranges::sort(touched, {}, &mellel::rtf::Span::begin);
   std::vector<std::string_view> untouched;
   std::size_t position = 0;
-  for (const mellel::Span &span : touched) {
+  for (const mellel::rtf::Span &span : touched) {
     // Nothing is replaced twice.
     require(span.begin >= position);
     untouched.push_back(rtf.substr(position, span.begin - position));
@@ -88,12 +88,12 @@ void replaceCitations(std::string_view rtf, const DocumentText &document,
   if (std::ranges::any_of(before, isReplacement)) {
     return;
   }
-  const std::string after = mellel::formattedDocument(
+  const std::string after = mellel::rtf::formattedDocument(
       rtf, document, Texts(count, FormattedText{{.text = replacement}}), {});
   require(charactersOf(after) == withCitationsReplaced(before, replacement));
 
   const std::string without =
-      mellel::formattedDocument(rtf, document, Texts(count, FormattedText{}), {});
+      mellel::rtf::formattedDocument(rtf, document, Texts(count, FormattedText{}), {});
   Characters expected = withCitationsReplaced(before, replacement);
   std::erase_if(expected, isReplacement);
   require(charactersOf(without) == expected);
@@ -101,7 +101,7 @@ void replaceCitations(std::string_view rtf, const DocumentText &document,
 
 void addBibliography(std::string_view rtf, const DocumentText &document, const Characters &before) {
   const Texts texts(document.citations.size(), FormattedText{{.text = replacement}});
-  const std::string after = mellel::formattedDocument(rtf, document, texts, bibliography);
+  const std::string after = mellel::rtf::formattedDocument(rtf, document, texts, bibliography);
   const std::vector<std::string_view> untouched = untouchedBytes(rtf, document);
   const auto characters = charactersOf(after);
   require(characters.has_value());
@@ -124,13 +124,13 @@ void insertCitation(const std::string &rtf, const Characters &before) {
     }
     needle += character.text;
   }
-  const auto place = mellel::findEndOfText(rtf, needle);
+  const auto place = mellel::rtf::findEndOfText(rtf, needle);
   require(place.has_value());
   if (!*place) {
     return;
   }
   require(**place <= rtf.size());
-  const std::string after = mellel::documentWithCitation(rtf, **place, "{é 1}");
+  const std::string after = mellel::rtf::documentWithCitation(rtf, **place, "{é 1}");
   require(after.starts_with(std::string_view(rtf).substr(0, **place)));
   require(after.ends_with(std::string_view(rtf).substr(**place)));
   const auto characters = charactersOf(after);
@@ -142,14 +142,14 @@ void insertCitation(const std::string &rtf, const Characters &before) {
 void run(std::string_view bytes) {
   const std::string rtf(bytes);
   const auto before = charactersOf(rtf);
-  const auto document = mellel::readDocumentText(bytes);
+  const auto document = mellel::rtf::readDocumentText(bytes);
   require(before.has_value() == document.has_value());
   if (!document) {
     require(!document.error().empty() && document.error().find('\n') == std::string::npos);
     return;
   }
   const std::size_t count = document->citations.size();
-  require(mellel::formattedDocument(rtf, *document, Texts(count), {}) == rtf);
+  require(mellel::rtf::formattedDocument(rtf, *document, Texts(count), {}) == rtf);
   for (const Citation &citation : document->citations) {
     require(formats::encodeUTF8(formats::decodeUTF8(citation.text)) == citation.text);
   }

@@ -11,15 +11,15 @@ namespace fuzzing {
 
 namespace {
 
-using mellel::TextEvent;
-using mellel::TextEventKind;
-using mellel::TokenKind;
+using mellel::rtf::TextEvent;
+using mellel::rtf::TextEventKind;
+using mellel::rtf::TokenKind;
 
 void cutIntoTokens(std::string_view rtf) {
-  mellel::Lexer lexer(rtf);
+  mellel::rtf::Lexer lexer(rtf);
   std::size_t position = 0;
   for (;;) {
-    const mellel::Token token = lexer.next();
+    const mellel::rtf::Token token = lexer.next();
     require(token.begin == position && token.end <= rtf.size());
     if (token.kind == TokenKind::end) {
       require(position == rtf.size() && token.end == position);
@@ -37,7 +37,7 @@ bool isWellFormed(std::string_view text) {
 }
 
 void readText(std::string_view rtf) {
-  mellel::TextReader reader(rtf);
+  mellel::rtf::TextReader reader(rtf);
   std::size_t position = 0;
   std::size_t depth = 0;
   for (;;) {

@@ -16,16 +16,16 @@ namespace fuzzing {
 
 namespace {
 
-using mellel::CharacterFormat;
-using mellel::FormattedText;
+using mellel::rtf::CharacterFormat;
+using mellel::rtf::FormattedText;
 
 void rewrite(std::string_view pidgin) {
-  const auto formatted = mellel::readPidginRTF(pidgin);
+  const auto formatted = mellel::rtf::readPidginRTF(pidgin);
   if (!formatted) {
     require(!formatted.error().empty() && formatted.error().find('\n') == std::string::npos);
     return;
   }
-  const auto again = mellel::readPidginRTF(mellel::groupOfText(*formatted));
+  const auto again = mellel::rtf::readPidginRTF(mellel::rtf::groupOfText(*formatted));
   require(again.has_value());
   require(isSameText(*again, *formatted));
 }
@@ -87,9 +87,9 @@ void writeAndRead(const std::vector<Run> &runs) {
     format.isUnderlined = run.attributes.underline;
     format.isSuperscript = run.attributes.superscript;
     format.isSubscript = run.attributes.subscript;
-    mellel::appendText(expected, asRead(run.text), format);
+    mellel::rtf::appendText(expected, asRead(run.text), format);
   }
-  const auto read = mellel::readPidginRTF(formats::encodeUTF8(writer.finish()));
+  const auto read = mellel::rtf::readPidginRTF(formats::encodeUTF8(writer.finish()));
   require(read.has_value());
   require(isSameText(*read, expected));
 }

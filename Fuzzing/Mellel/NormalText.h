@@ -28,25 +28,27 @@ inline std::string normalText(std::string_view text) {
   return normal;
 }
 
-inline mellel::FormattedText normalText(const mellel::FormattedText &formatted) {
-  mellel::FormattedText normal;
-  for (const mellel::FormattedRun &run : formatted) {
-    mellel::CharacterFormat format;
+inline mellel::rtf::FormattedText normalText(const mellel::rtf::FormattedText &formatted) {
+  mellel::rtf::FormattedText normal;
+  for (const mellel::rtf::FormattedRun &run : formatted) {
+    mellel::rtf::CharacterFormat format;
     format.isBold = run.isBold;
     format.isItalic = run.isItalic;
     format.isUnderlined = run.isUnderlined;
     format.isSuperscript = run.isSuperscript;
     format.isSubscript = run.isSubscript;
     format.isSmallCapitals = run.isSmallCapitals;
-    mellel::appendText(normal, normalText(run.text), format);
+    mellel::rtf::appendText(normal, normalText(run.text), format);
   }
   return normal;
 }
 
-inline bool isSameText(const mellel::FormattedText &left, const mellel::FormattedText &right) {
+inline bool isSameText(const mellel::rtf::FormattedText &left,
+                       const mellel::rtf::FormattedText &right) {
   const auto normalLeft = normalText(left);
   const auto normalRight = normalText(right);
-  const auto isSameRun = [](const mellel::FormattedRun &one, const mellel::FormattedRun &other) {
+  const auto isSameRun = [](const mellel::rtf::FormattedRun &one,
+                            const mellel::rtf::FormattedRun &other) {
     return one.text == other.text && one.isBold == other.isBold && one.isItalic == other.isItalic &&
            one.isUnderlined == other.isUnderlined && one.isSuperscript == other.isSuperscript &&
            one.isSubscript == other.isSubscript && one.isSmallCapitals == other.isSmallCapitals;

@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace mellel {
+namespace mellel::rtf {
 namespace {
 
 // As GNUstep's AppKit writes it.
@@ -98,4 +98,4 @@ TEST(Bibliography, SmallCapitalsAreKept) {
 }
 
 }  // namespace
-}  // namespace mellel
+}  // namespace mellel::rtf

@@ -7,11 +7,11 @@
 
 #include <string>
 
-namespace mellel {
+namespace mellel::rtf {
 namespace {
 
-using testing::citationsIn;
-using testing::documentWith;
+using mellel_test::citationsIn;
+using mellel_test::documentWith;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -214,4 +214,4 @@ TEST(FindEndOfText, TextWithoutCharactersStandsNowhere) {
 TEST(FindEndOfText, RefusesABrokenDocument) { EXPECT_FALSE(findEndOfText("x", "x")); }
 
 }  // namespace
-}  // namespace mellel
+}  // namespace mellel::rtf

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace mellel {
+namespace mellel::rtf {
 namespace {
 
 TEST(CodePage, WesternBytesBetween80And9FAreNoControlCharacters) {
@@ -73,4 +73,4 @@ TEST(CodePage, WhatIsNoScalarValueIsWrittenAsTheReplacementCharacter) {
 }
 
 }  // namespace
-}  // namespace mellel
+}  // namespace mellel::rtf

@@ -16,12 +16,12 @@
 #include <memory>
 #include <thread>
 
-namespace mellel {
+namespace mellel::commands {
 namespace {
 
 namespace fs = std::filesystem;
+using mellel_test::Ended;
 using platform_test::ChildProcess;
-using testing::Ended;
 using ::testing::HasSubstr;
 
 const std::string document =
@@ -72,7 +72,7 @@ class Commands : public ::testing::Test {
 
   Ended mellel(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), MELLEL);
-    return testing::runProgram(arguments);
+    return mellel_test::runProgram(arguments);
   }
 
   Ended scan(std::vector<std::string> more = {}) {
@@ -256,8 +256,8 @@ TEST_F(Commands, CopyThatFindsNoRoomLeavesTheOldOneAndNothingElse) {
   write("out.rtf", "the copy of yesterday");
   // No file may grow: what a full disk comes to, without filling one.
   const Ended ended =
-      testing::runProgram({"/bin/sh", "-c", "ulimit -f 0 && exec \"$@\"", "sh", MELLEL, "scan",
-                           path("in.rtf"), "--style", "apa", "-o", path("out.rtf")});
+      mellel_test::runProgram({"/bin/sh", "-c", "ulimit -f 0 && exec \"$@\"", "sh", MELLEL, "scan",
+                               path("in.rtf"), "--style", "apa", "-o", path("out.rtf")});
   EXPECT_EQ(ended.status, 4);
   EXPECT_EQ(ended.error, "mellel: cannot write " + path("out.rtf") + ": File too large\n");
   EXPECT_EQ(read("out.rtf"), "the copy of yesterday");
@@ -408,4 +408,4 @@ TEST_F(Commands, OnlyOneScanRunsAtATime) {
 }
 
 }  // namespace
-}  // namespace mellel
+}  // namespace mellel::commands

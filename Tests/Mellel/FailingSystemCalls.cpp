@@ -10,7 +10,7 @@
 #include <cstdarg>
 #include <cstdio>
 
-namespace mellel::testing {
+namespace mellel_test {
 
 namespace {
 
@@ -93,4 +93,4 @@ int __wrap_unlink(const char *path) { return strikes("unlink") ? -1 : __real_unl
 
 }  // extern "C"
 
-}  // namespace mellel::testing
+}  // namespace mellel_test

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace mellel::testing {
+namespace mellel_test {
 
 struct FaultPlan {
   static constexpr std::size_t never = std::numeric_limits<std::size_t>::max();
@@ -41,4 +41,4 @@ class Fault {
   std::vector<std::string> calls_;
 };
 
-}  // namespace mellel::testing
+}  // namespace mellel_test

@@ -15,13 +15,15 @@
 #include <fstream>
 #include <iterator>
 
-namespace mellel {
+namespace mellel::documents {
 namespace {
 
+using console::Status;
+
 namespace fs = std::filesystem;
+using mellel_test::Fault;
+using mellel_test::FaultPlan;
 using ::testing::ElementsAre;
-using testing::Fault;
-using testing::FaultPlan;
 
 const std::string oldCopy = "{\\rtf1 the copy of yesterday}";
 const std::string newCopy = "{\\rtf1 the copy of today, which is longer}";
@@ -179,4 +181,4 @@ TEST_F(FileFaults, FileLargerThanAnyDocumentIsNotRead) {
 }
 
 }  // namespace
-}  // namespace mellel
+}  // namespace mellel::documents

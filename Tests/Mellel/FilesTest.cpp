@@ -8,8 +8,10 @@
 #include <filesystem>
 #include <fstream>
 
-namespace mellel {
+namespace mellel::documents {
 namespace {
+
+using console::Status;
 
 namespace fs = std::filesystem;
 
@@ -118,4 +120,4 @@ TEST_F(Files, WatchFollowsALinkToTheFile) {
 TEST_F(Files, WhatIsNotThereCannotBeWatched) { EXPECT_FALSE(FileWatch::start(path("none"))); }
 
 }  // namespace
-}  // namespace mellel
+}  // namespace mellel::documents

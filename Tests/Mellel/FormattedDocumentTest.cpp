@@ -6,11 +6,11 @@
 
 #include <string>
 
-namespace mellel {
+namespace mellel::rtf {
 namespace {
 
-using testing::documentWith;
-using testing::textOf;
+using mellel_test::documentWith;
+using mellel_test::textOf;
 
 Bibliography twoEntries() { return *readBibliography("{\\rtf1\\li720\\fi-720 A\\par B\\par}"); }
 
@@ -141,4 +141,4 @@ TEST(FormattedDocument, CitationIsInsertedWhereItIsAsked) {
 }
 
 }  // namespace
-}  // namespace mellel
+}  // namespace mellel::rtf

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-namespace mellel {
+namespace mellel::rtf {
 namespace {
 
 std::string roundTrip(std::string_view pidgin) {
@@ -60,4 +60,4 @@ TEST(Escape, CharactersAreWrittenAsSignedUnits) {
 }
 
 }  // namespace
-}  // namespace mellel
+}  // namespace mellel::rtf

@@ -2,17 +2,17 @@
 // others.
 #include "Support/HostileReply.h"
 
-namespace mellel {
+namespace mellel::commands {
 namespace {
 
 namespace request = formats::request;
 namespace answer = formats::answer;
 using formats::FourCharacterCode;
-using testing::Answer;
-using testing::Attacked;
-using testing::HostileReply;
-using testing::oldCopy;
-using testing::Ran;
+using mellel_test::Answer;
+using mellel_test::Attacked;
+using mellel_test::HostileReply;
+using mellel_test::oldCopy;
+using mellel_test::Ran;
 
 TEST_F(HostileReply, TheFirstAnswerCountsAndWhatFollowsDoesNot) {
   for (const Attacked &target : attacked()) {
@@ -41,15 +41,15 @@ TEST_F(HostileReply, ACancellationCountsUnlessItIsForAnotherDocumentWhateverItsB
       bool isForAnother = false;
       std::uint32_t documentID = 0;
       host_.answer(step, [&](const Answer &good, std::uint32_t sentFor) {
-        std::string payload = testing::goodCancel(sentFor);
+        std::string payload = mellel_test::goodCancel(sentFor);
         damage(payload);
-        isForAnother = testing::isForAnother(payload, sentFor);
+        isForAnother = mellel_test::isForAnother(payload, sentFor);
         documentID = sentFor;
         return std::vector<Answer>{{formats::mellelSignature, answer::cancel, payload}, good};
       });
       const Ran ran = run(target.command);
       if (isForAnother) {
-        EXPECT_EQ(faultOfFormatting(testing::goodScanReply(documentID), documentID, ran), "");
+        EXPECT_EQ(faultOfFormatting(mellel_test::goodScanReply(documentID), documentID, ran), "");
       } else {
         EXPECT_EQ(ran, (Ran{1, "cancelled in Korvo", "", oldCopy}));
       }
@@ -144,7 +144,7 @@ TEST_F(HostileReply, AnswerThatNeverComesEndsTheWaitingInTime) {
   using namespace std::chrono_literals;
   const auto silence = [](const Answer &, std::uint32_t) { return std::vector<Answer>(); };
   const auto onlyForAnother = [](Answer good, std::uint32_t documentID) {
-    good.payload = testing::goodScanReply(documentID + 1);
+    good.payload = mellel_test::goodScanReply(documentID + 1);
     return std::vector<Answer>{good};
   };
   const Ran silent = {4, "Korvo did not answer within 1 s", "", oldCopy};
@@ -172,7 +172,7 @@ TEST_F(HostileReply, HostThatEndsIsToldUnlessItsAnswerWasThere) {
       host_.answer(target.request, [&](const Answer &good, std::uint32_t sentFor) {
         documentID = sentFor;
         payload = *good.payload;
-        testing::endWatchedProcesses();
+        mellel_test::endWatchedProcesses();
         return hasAnswered ? std::vector<Answer>{good} : std::vector<Answer>();
       });
       const Ran ran = run(target.command);
@@ -194,7 +194,7 @@ TEST_F(HostileReply, BeingBroughtToTheFrontEndsOnlyTheWaitForACitation) {
     host_.answer(target.request, [&](const Answer &good, std::uint32_t sentFor) {
       documentID = sentFor;
       payload = *good.payload;
-      testing::activateThisProcess();
+      mellel_test::activateThisProcess();
       return isInsertion ? std::vector<Answer>() : std::vector<Answer>{good};
     });
     const Ran ran = run(target.command);
@@ -209,4 +209,4 @@ TEST_F(HostileReply, BeingBroughtToTheFrontEndsOnlyTheWaitForACitation) {
 }
 
 }  // namespace
-}  // namespace mellel
+}  // namespace mellel::commands

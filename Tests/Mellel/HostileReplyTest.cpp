@@ -2,15 +2,15 @@
 // every bit flipped, and answers of other kinds. The next run works.
 #include "Support/HostileReply.h"
 
-namespace mellel {
+namespace mellel::commands {
 namespace {
 
 namespace request = formats::request;
-using testing::Answer;
-using testing::Attacked;
-using testing::HostileReply;
-using testing::oldCopy;
-using testing::Ran;
+using mellel_test::Answer;
+using mellel_test::Attacked;
+using mellel_test::HostileReply;
+using mellel_test::oldCopy;
+using mellel_test::Ran;
 
 TEST_F(HostileReply, GoodAnswersDoWhatTheySay) {
   for (const Attacked &target : attacked()) {
@@ -21,9 +21,9 @@ TEST_F(HostileReply, GoodAnswersDoWhatTheySay) {
                             "\nstyle: Stylé\nformatted: 2 of 3 citations\n"
                             "not formatted: {Nobody}\n"
                             "bibliography: 2 entries in place of {bibliography}\n");
-  const auto shown = testing::slowText(ran.copy);
+  const auto shown = mellel_test::slowText(ran.copy);
   ASSERT_TRUE(shown);
-  EXPECT_EQ(testing::plainText(*shown),
+  EXPECT_EQ(mellel_test::plainText(*shown),
             "First (Sm 2–\uF0B7"
             "3 {x}, é\u2028y) then é{Nobody} and last.¶A. T.\téb¶B.¶End.¶");
 }
@@ -112,4 +112,4 @@ TEST_F(HostileReply, DataFullOfOneByteIsRefused) {
 }
 
 }  // namespace
-}  // namespace mellel
+}  // namespace mellel::commands

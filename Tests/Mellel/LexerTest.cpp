@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace mellel {
+namespace mellel::rtf {
 namespace {
 
 std::vector<Token> tokensOf(std::string_view bytes) {
@@ -114,4 +114,4 @@ TEST(Lexer, TokensPutTogetherAreTheInputForRandomBytes) {
 }
 
 }  // namespace
-}  // namespace mellel
+}  // namespace mellel::rtf

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-namespace mellel {
+namespace mellel::commands {
 namespace {
 
 std::expected<Options, std::string> parse(const std::vector<const char *> &arguments) {
@@ -82,4 +82,4 @@ TEST(Options, WrongUsageIsToldInOneLine) {
 }
 
 }  // namespace
-}  // namespace mellel
+}  // namespace mellel::commands

@@ -3,7 +3,14 @@
 #include <StandIns/Mellel/RTF/CitationFinder.h>
 #include <StandIns/Mellel/RTF/TextReader.h>
 
-namespace mellel::testing {
+namespace mellel_test {
+
+using mellel::rtf::CharacterFormat;
+using mellel::rtf::Citation;
+using mellel::rtf::readDocumentText;
+using mellel::rtf::TextEvent;
+using mellel::rtf::TextEventKind;
+using mellel::rtf::TextReader;
 
 std::string documentWith(std::string_view body) {
   std::string document =
@@ -100,4 +107,4 @@ std::optional<std::vector<Character>> charactersOf(std::string_view rtf) {
   }
 }
 
-}  // namespace mellel::testing
+}  // namespace mellel_test

@@ -11,12 +11,12 @@
 #include <string>
 #include <vector>
 
-namespace mellel {
+namespace mellel::rtf {
 namespace {
 
-using testing::charactersOf;
-using testing::citationsAmong;
-using testing::withCitationsReplaced;
+using mellel_test::charactersOf;
+using mellel_test::citationsAmong;
+using mellel_test::withCitationsReplaced;
 
 // Stands for a formatted citation; no document here holds it.
 const std::string replacementText = "☃";
@@ -40,7 +40,7 @@ void expectOnlyCitationsChange(const std::string &rtf) {
                                                                                << after;
   const std::string without = formattedDocument(rtf, *document, Texts(count, FormattedText{}), {});
   auto expected = withCitationsReplaced(*before, replacementText);
-  std::erase_if(expected, [](const testing::Character &character) {
+  std::erase_if(expected, [](const mellel_test::Character &character) {
     return character.text == replacementText;
   });
   ASSERT_EQ(charactersOf(without), expected) << rtf << "\n" << without;
@@ -127,4 +127,4 @@ TEST(Rewriting, HostileBytesAreRefusedOrLeftAsTheyAre) {
 }
 
 }  // namespace
-}  // namespace mellel
+}  // namespace mellel::rtf

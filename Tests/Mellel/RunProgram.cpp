@@ -9,7 +9,7 @@
 #include <chrono>
 #include <cstdlib>
 
-namespace mellel::testing {
+namespace mellel_test {
 
 namespace {
 
@@ -100,4 +100,4 @@ Ended runProgram(const std::vector<std::string> &arguments) {
   return ended;
 }
 
-}  // namespace mellel::testing
+}  // namespace mellel_test

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace mellel::testing {
+namespace mellel_test {
 
 struct Ended {
   int status = -1;  // -1: ended by a signal, or after a minute by the test
@@ -14,4 +14,4 @@ struct Ended {
 
 Ended runProgram(const std::vector<std::string> &arguments);
 
-}  // namespace mellel::testing
+}  // namespace mellel_test

@@ -6,12 +6,12 @@
 
 #include <string>
 
-namespace mellel {
+namespace mellel::rtf {
 namespace {
 
-using testing::documentWith;
-using testing::errorOf;
-using testing::textOf;
+using mellel_test::documentWith;
+using mellel_test::errorOf;
+using mellel_test::textOf;
 using namespace std::string_view_literals;
 
 std::string textOfBody(std::string_view body) {
@@ -196,4 +196,4 @@ TEST(TextReader, TheEndStays) {
 }
 
 }  // namespace
-}  // namespace mellel
+}  // namespace mellel::rtf

@@ -2,7 +2,6 @@
 
 #include "FormatCommand.h"
 #include "Report.h"
-#include "ScanRequests.h"
 
 #include <Formats/CitationText.h>
 #include <Formats/EventTable.h>
@@ -12,7 +11,8 @@
 #include <Formats/SmallMessages.h>
 #include <Formats/Unicode.h>
 #include <StandIns/Mellel/Conversation/Host.h>
-#include <StandIns/Mellel/Documents/Documents.h>
+#include <StandIns/Mellel/Conversation/ScanRequests.h>
+#include <StandIns/Mellel/Documents/Document.h>
 #include <StandIns/Mellel/Documents/Files.h>
 #include <StandIns/Mellel/RTF/FormattedDocument.h>
 
@@ -21,7 +21,19 @@
 #include <string>
 #include <utility>
 
-namespace mellel {
+namespace mellel::commands {
+
+using console::Failure;
+using console::Progress;
+using console::Status;
+using conversation::checkCitations;
+using conversation::Host;
+using documents::openDocument;
+using documents::readFile;
+using documents::resolveOutput;
+using documents::writeFile;
+using rtf::documentWithCitation;
+using rtf::findEndOfText;
 
 namespace {
 
@@ -37,7 +49,7 @@ std::expected<void, Failure> check(const CheckOptions &options, Timeout timeout)
   if (!host) {
     return std::unexpected(host.error());
   }
-  const auto citations = checkCitations(**host, *document, makeDocumentID());
+  const auto citations = checkCitations(**host, document->text.citations);
   if (!citations) {
     return std::unexpected(citations.error());
   }
@@ -208,4 +220,4 @@ std::expected<void, Failure> run(const Options &options) {
   return std::visit(Runner{options.timeout}, options.command);
 }
 
-}  // namespace mellel
+}  // namespace mellel::commands

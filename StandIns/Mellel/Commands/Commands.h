@@ -3,12 +3,12 @@
 
 #include "Options.h"
 
-#include <StandIns/Mellel/Conversation/Failure.h>
+#include <StandIns/Mellel/Console/Failure.h>
 
 #include <expected>
 
-namespace mellel {
+namespace mellel::commands {
 
-std::expected<void, Failure> run(const Options &options);
+std::expected<void, console::Failure> run(const Options &options);
 
-}  // namespace mellel
+}  // namespace mellel::commands

@@ -1,24 +1,43 @@
 #include "FormatCommand.h"
 
 #include "Report.h"
-#include "ScanRequests.h"
 
 #include <Platform/Bus/RunLoop.h>
 #include <StandIns/Mellel/Conversation/Host.h>
 #include <StandIns/Mellel/Conversation/RunLoop.h>
-#include <StandIns/Mellel/Documents/Documents.h>
+#include <StandIns/Mellel/Conversation/ScanRequests.h>
+#include <StandIns/Mellel/Documents/Document.h>
 #include <StandIns/Mellel/Documents/Files.h>
 #include <StandIns/Mellel/Documents/FileWatch.h>
+#include <StandIns/Mellel/RTF/FormattedDocument.h>
 
 #include <signal.h>
 #include <unistd.h>
 
 #include <functional>
 #include <iostream>
+#include <span>
 #include <string>
 #include <utility>
 
-namespace mellel {
+namespace mellel::commands {
+
+using console::complain;
+using console::Failure;
+using console::Progress;
+using console::Status;
+using conversation::formatByScan;
+using conversation::formatLive;
+using conversation::FormattedCitations;
+using conversation::Host;
+using conversation::runLoopUntil;
+using conversation::WantedFormatting;
+using documents::defaultOutputPath;
+using documents::Document;
+using documents::FileWatch;
+using documents::openDocument;
+using documents::resolveOutput;
+using documents::writeFile;
 
 namespace {
 
@@ -34,11 +53,17 @@ struct Update {
 
 std::expected<Update, Failure> update(Host &host, Document document, const FormatOptions &options,
                                       const std::string &output) {
-  auto formatted = formatCitations(host, document, options);
+  const WantedFormatting wanted{options.style, options.wantsBibliography};
+  const std::span<const rtf::Citation> citations = document.text.citations;
+  auto formatted =
+      options.isLive ? formatLive(host, citations, wanted) : formatByScan(host, citations, wanted);
   if (!formatted) {
     return std::unexpected(formatted.error());
   }
-  const auto written = writeFile(output, formattedCopy(document, *formatted), options.input);
+  const std::string copy =
+      rtf::formattedDocument(document.rtf, document.text, formatted->texts,
+                             formatted->bibliography.value_or(rtf::Bibliography{}));
+  const auto written = writeFile(output, copy, options.input);
   if (!written) {
     return std::unexpected(written.error());
   }
@@ -150,4 +175,4 @@ std::expected<void, Failure> format(const FormatOptions &options,
   return {};
 }
 
-}  // namespace mellel
+}  // namespace mellel::commands

@@ -3,15 +3,15 @@
 
 #include "Options.h"
 
-#include <StandIns/Mellel/Conversation/Failure.h>
+#include <StandIns/Mellel/Console/Failure.h>
 
 #include <chrono>
 #include <expected>
 #include <optional>
 
-namespace mellel {
+namespace mellel::commands {
 
-std::expected<void, Failure> format(const FormatOptions &options,
-                                    std::optional<std::chrono::seconds> timeout);
+std::expected<void, console::Failure> format(const FormatOptions &options,
+                                             std::optional<std::chrono::seconds> timeout);
 
-}  // namespace mellel
+}  // namespace mellel::commands

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-namespace mellel {
+namespace mellel::commands {
 
 namespace {
 
@@ -203,4 +203,4 @@ running, 4 the document or an answer is broken.
 )";
 }
 
-}  // namespace mellel
+}  // namespace mellel::commands

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <variant>
 
-namespace mellel {
+namespace mellel::commands {
 
 struct FormatOptions {
   std::string input;
@@ -59,4 +59,4 @@ std::expected<Options, std::string> parseOptions(std::span<const char *const> ar
 // What --help prints.
 std::string_view helpText();
 
-}  // namespace mellel
+}  // namespace mellel::commands

@@ -7,7 +7,11 @@
 #include <array>
 #include <cstdio>
 
-namespace mellel {
+namespace mellel::commands {
+
+using conversation::CheckedCitation;
+using conversation::FormattedCitations;
+using rtf::DocumentText;
 
 using formats::inOneLine;
 
@@ -125,4 +129,4 @@ std::string checkJSON(std::span<const CheckedCitation> citations) {
   return json + (citations.empty() ? "]\n" : "\n]\n");
 }
 
-}  // namespace mellel
+}  // namespace mellel::commands

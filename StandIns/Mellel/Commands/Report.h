@@ -1,22 +1,23 @@
 // What the commands print for people and for scripts.
 #pragma once
 
-#include <StandIns/Mellel/Conversation/Conversation.h>
+#include <StandIns/Mellel/Conversation/Answers.h>
 
 #include <span>
 #include <string>
 #include <string_view>
 
-namespace mellel {
+namespace mellel::commands {
 
 // Where the copy is, how much of it was formatted, and each citation that was not.
-std::string formattingReport(std::string_view outputPath, const FormattedCitations &formatted,
-                             const DocumentText &document, bool wantsBibliography);
+std::string formattingReport(std::string_view outputPath,
+                             const conversation::FormattedCitations &formatted,
+                             const rtf::DocumentText &document, bool wantsBibliography);
 
 // A line for each citation: its number, its text and the parts that are looked up.
-std::string checkTable(std::span<const CheckedCitation> citations);
+std::string checkTable(std::span<const conversation::CheckedCitation> citations);
 
 // An array with an object for each citation: "citation", and "records", an array of texts.
-std::string checkJSON(std::span<const CheckedCitation> citations);
+std::string checkJSON(std::span<const conversation::CheckedCitation> citations);
 
-}  // namespace mellel
+}  // namespace mellel::commands

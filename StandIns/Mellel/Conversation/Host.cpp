@@ -1,6 +1,6 @@
 #include "Host.h"
 
-#include "Conversation.h"
+#include "Answers.h"
 #include "LateEvents.h"
 #include "RunLoop.h"
 
@@ -14,7 +14,11 @@
 #include <array>
 #include <utility>
 
-namespace mellel {
+namespace mellel::conversation {
+
+using console::Failure;
+using console::Progress;
+using console::Status;
 
 namespace {
 
@@ -271,4 +275,4 @@ std::expected<std::optional<std::string>, Failure> Host::askForReply(const Reque
   return state_->askForReply(request);
 }
 
-}  // namespace mellel
+}  // namespace mellel::conversation

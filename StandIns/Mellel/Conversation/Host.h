@@ -5,10 +5,9 @@
 // waiting: the host cancels, the host ends, the time is over.
 #pragma once
 
-#include "Failure.h"
-#include "Progress.h"
-
 #include <Formats/FourCharacterCode.h>
+#include <StandIns/Mellel/Console/Failure.h>
+#include <StandIns/Mellel/Console/Progress.h>
 
 #include <chrono>
 #include <cstdint>
@@ -19,7 +18,7 @@
 #include <string>
 #include <string_view>
 
-namespace mellel {
+namespace mellel::conversation {
 
 inline constexpr formats::FourCharacterCode hostSignature = formats::fourCharacterCode("KRVO");
 
@@ -48,8 +47,9 @@ class Host {
   // Declares this process's signature, so that answers find it. Only one process can have it:
   // whoever needs no answer besides a reply may go on without.
   enum class Receiving { required, ifPossible };
-  static std::expected<std::unique_ptr<Host>, Failure> connect(
-      Receiving receiving, std::optional<std::chrono::seconds> timeout, Progress &progress);
+  static std::expected<std::unique_ptr<Host>, console::Failure> connect(
+      Receiving receiving, std::optional<std::chrono::seconds> timeout,
+      console::Progress &progress);
   ~Host();
   Host(const Host &) = delete;
   Host &operator=(const Host &) = delete;
@@ -57,15 +57,16 @@ class Host {
   Host &operator=(Host &&) = delete;
 
   // The payload of the first answer that belongs to the request.
-  std::expected<std::string, Failure> ask(const Request &request, const AnswerKind &answer);
+  std::expected<std::string, console::Failure> ask(const Request &request,
+                                                   const AnswerKind &answer);
 
   // For a request that the host may settle without an answer, bringing this process to the
   // front: nothing then.
-  std::expected<std::optional<std::string>, Failure> askIfAny(const Request &request,
-                                                              const AnswerKind &answer);
+  std::expected<std::optional<std::string>, console::Failure> askIfAny(const Request &request,
+                                                                       const AnswerKind &answer);
 
   // Waits until the host has handled the request. The direct object of the reply, if it has one.
-  std::expected<std::optional<std::string>, Failure> askForReply(const Request &request);
+  std::expected<std::optional<std::string>, console::Failure> askForReply(const Request &request);
 
  private:
   class State;
@@ -74,4 +75,4 @@ class Host {
   std::unique_ptr<State> state_;
 };
 
-}  // namespace mellel
+}  // namespace mellel::conversation

@@ -4,7 +4,7 @@
 
 #include <chrono>
 
-namespace mellel {
+namespace mellel::conversation {
 
 void handleLateEvents(const std::function<bool()> &areAllThere) {
   constexpr std::chrono::milliseconds longestWait{4};
@@ -14,4 +14,4 @@ void handleLateEvents(const std::function<bool()> &areAllThere) {
   }
 }
 
-}  // namespace mellel
+}  // namespace mellel::conversation

@@ -3,10 +3,10 @@
 
 #include <functional>
 
-namespace mellel {
+namespace mellel::conversation {
 
 // Handles what has arrived already, and waits for more until the condition holds, no longer than a
 // few milliseconds.
 void handleLateEvents(const std::function<bool()> &areAllThere);
 
-}  // namespace mellel
+}  // namespace mellel::conversation

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 
-namespace mellel {
+namespace mellel::conversation {
+
+using console::Progress;
 
 namespace {
 
@@ -29,4 +31,4 @@ bool runLoopUntil(const std::function<bool()> &condition,
   }
 }
 
-}  // namespace mellel
+}  // namespace mellel::conversation

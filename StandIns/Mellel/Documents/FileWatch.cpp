@@ -10,7 +10,10 @@
 #include <filesystem>
 #include <utility>
 
-namespace mellel {
+namespace mellel::documents {
+
+using console::Failure;
+using console::Status;
 
 FileWatch::FileWatch(int descriptor, std::string name)
     : descriptor_(descriptor), name_(std::move(name)) {}
@@ -59,4 +62,4 @@ bool FileWatch::wasSaved() {
   }
 }
 
-}  // namespace mellel
+}  // namespace mellel::documents

@@ -2,16 +2,16 @@
 // it and put in its place.
 #pragma once
 
-#include <StandIns/Mellel/Conversation/Failure.h>
+#include <StandIns/Mellel/Console/Failure.h>
 
 #include <expected>
 #include <string>
 
-namespace mellel {
+namespace mellel::documents {
 
 class FileWatch {
  public:
-  static std::expected<FileWatch, Failure> start(const std::string &path);
+  static std::expected<FileWatch, console::Failure> start(const std::string &path);
   ~FileWatch();
   FileWatch(FileWatch &&other) noexcept;
   FileWatch &operator=(FileWatch &&other) = delete;
@@ -30,4 +30,4 @@ class FileWatch {
   std::string name_;
 };
 
-}  // namespace mellel
+}  // namespace mellel::documents

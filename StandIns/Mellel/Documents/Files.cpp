@@ -10,7 +10,10 @@
 #include <filesystem>
 #include <optional>
 
-namespace mellel {
+namespace mellel::documents {
+
+using console::Failure;
+using console::Status;
 
 namespace {
 
@@ -217,4 +220,4 @@ std::expected<void, Failure> writeFile(const std::string &path, std::string_view
   return {};
 }
 
-}  // namespace mellel
+}  // namespace mellel::documents

@@ -7,7 +7,7 @@
 #include <iterator>
 #include <utility>
 
-namespace mellel {
+namespace mellel::rtf {
 
 namespace {
 
@@ -104,4 +104,4 @@ std::string bibliographyInBodyFormat(const Bibliography &bibliography, const Bod
   return paragraphs(bibliography, before, after);
 }
 
-}  // namespace mellel
+}  // namespace mellel::rtf

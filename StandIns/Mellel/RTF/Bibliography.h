@@ -15,7 +15,7 @@
 #include <string_view>
 #include <vector>
 
-namespace mellel {
+namespace mellel::rtf {
 
 struct BibliographyEntry {
   FormattedText text;
@@ -36,4 +36,4 @@ std::string bibliographyInPlace(const Bibliography &bibliography);
 // The same with the format of the document's body, whatever is in force where they are put.
 std::string bibliographyInBodyFormat(const Bibliography &bibliography, const BodyFormat &body);
 
-}  // namespace mellel
+}  // namespace mellel::rtf

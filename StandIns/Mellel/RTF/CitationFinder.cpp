@@ -8,7 +8,7 @@
 #include <tuple>
 #include <utility>
 
-namespace mellel {
+namespace mellel::rtf {
 
 namespace {
 
@@ -293,4 +293,4 @@ std::expected<std::optional<std::size_t>, std::string> findEndOfText(std::string
   }
 }
 
-}  // namespace mellel
+}  // namespace mellel::rtf

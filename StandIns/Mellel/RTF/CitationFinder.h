@@ -23,7 +23,7 @@
 #include <string_view>
 #include <vector>
 
-namespace mellel {
+namespace mellel::rtf {
 
 // Bytes of the document that are characters of a citation, and nothing else.
 struct CharacterSpan {
@@ -74,4 +74,4 @@ std::expected<DocumentText, std::string> readDocumentText(std::string_view rtf);
 std::expected<std::optional<std::size_t>, std::string> findEndOfText(std::string_view rtf,
                                                                      std::string_view text);
 
-}  // namespace mellel
+}  // namespace mellel::rtf

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace mellel {
+namespace mellel::rtf {
 
 namespace {
 
@@ -220,4 +220,4 @@ void appendUTF8(std::string &text, char32_t character) {
   }
 }
 
-}  // namespace mellel
+}  // namespace mellel::rtf

@@ -18,7 +18,7 @@
 #include <string>
 #include <string_view>
 
-namespace mellel {
+namespace mellel::rtf {
 
 class CodePage {
  public:
@@ -48,4 +48,4 @@ int codePageOfCharacterSet(int characterSet);
 // Appends one character in UTF-8; U+FFFD for what is no Unicode scalar value.
 void appendUTF8(std::string &text, char32_t character);
 
-}  // namespace mellel
+}  // namespace mellel::rtf

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace mellel {
+namespace mellel::rtf {
 
 std::string edited(std::string_view bytes, std::vector<Edit> edits) {
   std::stable_sort(edits.begin(), edits.end(), [](const Edit &left, const Edit &right) {
@@ -24,4 +24,4 @@ std::string edited(std::string_view bytes, std::vector<Edit> edits) {
   return result;
 }
 
-}  // namespace mellel
+}  // namespace mellel::rtf

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace mellel {
+namespace mellel::rtf {
 
 // Byte offsets, end exclusive.
 struct Span {
@@ -25,4 +25,4 @@ struct Edit {
 // the same place are made in the order given.
 std::string edited(std::string_view bytes, std::vector<Edit> edits);
 
-}  // namespace mellel
+}  // namespace mellel::rtf

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstdint>
 
-namespace mellel {
+namespace mellel::rtf {
 
 namespace {
 
@@ -58,4 +58,4 @@ void appendEscaped(std::string &rtf, std::string_view text) {
   }
 }
 
-}  // namespace mellel
+}  // namespace mellel::rtf

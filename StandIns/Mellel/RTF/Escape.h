@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace mellel {
+namespace mellel::rtf {
 
 bool isASCII(std::string_view text);
 
@@ -14,4 +14,4 @@ bool isASCII(std::string_view text);
 // characters are left out.
 void appendEscaped(std::string &rtf, std::string_view text);
 
-}  // namespace mellel
+}  // namespace mellel::rtf

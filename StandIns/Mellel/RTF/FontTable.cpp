@@ -1,6 +1,6 @@
 #include "FontTable.h"
 
-namespace mellel {
+namespace mellel::rtf {
 
 void FontTable::takeHeaderWord(const KeywordMeaning &meaning, const Token &token) {
   lastCodePage_ = nullptr;
@@ -46,4 +46,4 @@ const CodePage &FontTable::codePageOfFont(std::int32_t font) {
   return *lastCodePage_;
 }
 
-}  // namespace mellel
+}  // namespace mellel::rtf

@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <unordered_map>
 
-namespace mellel {
+namespace mellel::rtf {
 
 class FontTable {
  public:
@@ -32,4 +32,4 @@ class FontTable {
   std::int32_t lastFont_ = 0;
 };
 
-}  // namespace mellel
+}  // namespace mellel::rtf

@@ -5,7 +5,7 @@
 
 #include <utility>
 
-namespace mellel {
+namespace mellel::rtf {
 
 namespace {
 
@@ -70,4 +70,4 @@ std::string documentWithCitation(std::string_view rtf, std::size_t place,
   return edited(rtf, {{{place, place}, std::move(text)}});
 }
 
-}  // namespace mellel
+}  // namespace mellel::rtf

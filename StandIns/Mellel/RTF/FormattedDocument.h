@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-namespace mellel {
+namespace mellel::rtf {
 
 // The document with each citation's characters replaced by its text, where there is one, and
 // with the bibliography at its place or at the end of the main text. Every other byte is kept,
@@ -27,4 +27,4 @@ std::string formattedDocument(std::string_view rtf, const DocumentText &document
 std::string documentWithCitation(std::string_view rtf, std::size_t place,
                                  std::string_view citation);
 
-}  // namespace mellel
+}  // namespace mellel::rtf

@@ -6,7 +6,7 @@
 
 #include <utility>
 
-namespace mellel {
+namespace mellel::rtf {
 
 namespace {
 
@@ -127,4 +127,4 @@ std::expected<FormattedText, std::string> readPidginRTF(std::string_view pidgin)
   }
 }
 
-}  // namespace mellel
+}  // namespace mellel::rtf

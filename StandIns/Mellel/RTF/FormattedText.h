@@ -12,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-namespace mellel {
+namespace mellel::rtf {
 
 // Adjacent characters with the same formatting.
 struct FormattedRun {
@@ -44,4 +44,4 @@ std::string groupOfText(const FormattedText &formatted);
 // only. Refused with one line if it is not well-formed.
 std::expected<FormattedText, std::string> readPidginRTF(std::string_view pidgin);
 
-}  // namespace mellel
+}  // namespace mellel::rtf

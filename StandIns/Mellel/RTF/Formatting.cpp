@@ -1,6 +1,6 @@
 #include "Formatting.h"
 
-namespace mellel {
+namespace mellel::rtf {
 
 namespace {
 
@@ -83,4 +83,4 @@ void applyFormatting(Keyword keyword, const Token &token, Formatting &formatting
   applyToParagraph(keyword, token, formatting.paragraph);
 }
 
-}  // namespace mellel
+}  // namespace mellel::rtf

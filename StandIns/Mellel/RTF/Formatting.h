@@ -7,7 +7,7 @@
 
 #include <cstdint>
 
-namespace mellel {
+namespace mellel::rtf {
 
 struct CharacterFormat {
   // Font number and size in half points; -1 where the document's default holds.
@@ -40,4 +40,4 @@ struct Formatting {
 // Does what the control word says. A keyword that is not about formatting changes nothing.
 void applyFormatting(Keyword keyword, const Token &token, Formatting &formatting);
 
-}  // namespace mellel
+}  // namespace mellel::rtf

@@ -3,7 +3,7 @@
 #include <initializer_list>
 #include <unordered_map>
 
-namespace mellel {
+namespace mellel::rtf {
 
 namespace {
 
@@ -116,4 +116,4 @@ KeywordMeaning meaningOfControlWord(std::string_view word) {
   return found == table.end() ? KeywordMeaning{} : found->second;
 }
 
-}  // namespace mellel
+}  // namespace mellel::rtf

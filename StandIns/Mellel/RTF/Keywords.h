@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace mellel {
+namespace mellel::rtf {
 
 enum class Keyword : std::uint8_t {
   unknown,
@@ -58,4 +58,4 @@ struct KeywordMeaning {
 
 KeywordMeaning meaningOfControlWord(std::string_view word);
 
-}  // namespace mellel
+}  // namespace mellel::rtf

@@ -4,7 +4,7 @@
 #include <array>
 #include <limits>
 
-namespace mellel {
+namespace mellel::rtf {
 
 namespace {
 
@@ -134,4 +134,4 @@ Token Lexer::hexByte(Token token) {
   return finish(token, TokenKind::hexByte, digits + 2);
 }
 
-}  // namespace mellel
+}  // namespace mellel::rtf

@@ -13,7 +13,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace mellel {
+namespace mellel::rtf {
 
 enum class TokenKind : std::uint8_t {
   groupBegin,
@@ -63,4 +63,4 @@ class Lexer {
   std::size_t position_;
 };
 
-}  // namespace mellel
+}  // namespace mellel::rtf

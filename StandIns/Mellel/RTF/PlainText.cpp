@@ -4,7 +4,7 @@
 #include <array>
 #include <utility>
 
-namespace mellel {
+namespace mellel::rtf {
 
 namespace {
 
@@ -84,4 +84,4 @@ bool isBibliographyWord(std::string_view text) {
                     [](char left, char right) { return lowerCase(left) == right; });
 }
 
-}  // namespace mellel
+}  // namespace mellel::rtf

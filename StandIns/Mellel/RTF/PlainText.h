@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace mellel {
+namespace mellel::rtf {
 
 // Appends UTF-8 text: tabs, line breaks and no-break spaces become blanks, no-break hyphens
 // hyphens; optional hyphens, zero-width marks that carry no meaning and control characters
@@ -18,4 +18,4 @@ bool isBlankText(std::string_view text);
 // or small letters, blanks around it ignored.
 bool isBibliographyWord(std::string_view text);
 
-}  // namespace mellel
+}  // namespace mellel::rtf

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace mellel {
+namespace mellel::rtf {
 
 namespace {
 
@@ -459,4 +459,4 @@ bool TextReader::takePieceOfText(TextEvent &event) {
   return true;
 }
 
-}  // namespace mellel
+}  // namespace mellel::rtf

@@ -22,7 +22,7 @@
 #include <string_view>
 #include <vector>
 
-namespace mellel {
+namespace mellel::rtf {
 
 enum class TextEventKind : std::uint8_t {
   text,
@@ -141,4 +141,4 @@ class TextReader {
   bool lastParagraphIsOpen_ = false;
 };
 
-}  // namespace mellel
+}  // namespace mellel::rtf

@@ -21,7 +21,13 @@
 #include <string>
 #include <vector>
 
-namespace mellel::testing {
+namespace mellel_test {
+
+using mellel::commands::CheckOptions;
+using mellel::commands::Command;
+using mellel::commands::FormatOptions;
+using mellel::commands::HandshakeOptions;
+using mellel::commands::InsertOptions;
 
 namespace fs = std::filesystem;
 namespace request = formats::request;
@@ -117,7 +123,7 @@ class HostileReply : public ::testing::Test {
     Ran ran;
     {
       const Output captured;
-      const auto done = mellel::run({command, timeout});
+      const auto done = mellel::commands::run({command, timeout});
       ran.output = captured.text();
       if (!done) {
         ran.status = static_cast<int>(done.error().status);
@@ -331,4 +337,4 @@ class HostileReply : public ::testing::Test {
   std::size_t runs_ = 0;
 };
 
-}  // namespace mellel::testing
+}  // namespace mellel_test

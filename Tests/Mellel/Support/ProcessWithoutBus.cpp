@@ -42,14 +42,14 @@ bool ProcessWatch::isRunning() const { return true; }
 
 }  // namespace platform
 
-namespace mellel {
+namespace mellel::conversation {
 
 // Nothing arrives by itself.
 void handleLateEvents(const std::function<bool()> &) {}
 
-}  // namespace mellel
+}  // namespace mellel::conversation
 
-namespace mellel::testing {
+namespace mellel_test {
 
 bool isReceiving() { return receives; }
 
@@ -65,4 +65,4 @@ void endWatchedProcesses() {
   }
 }
 
-}  // namespace mellel::testing
+}  // namespace mellel_test

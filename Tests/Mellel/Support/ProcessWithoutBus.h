@@ -7,7 +7,7 @@
 
 #include <ApplicationServices/MacTypes.h>
 
-namespace mellel::testing {
+namespace mellel_test {
 
 // Whether the code under test receives events at this moment.
 bool isReceiving();
@@ -18,4 +18,4 @@ void activateThisProcess();
 // As if every watched process had ended.
 void endWatchedProcesses();
 
-}  // namespace mellel::testing
+}  // namespace mellel_test

@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <iterator>
 
-namespace mellel::testing {
+namespace mellel_test {
 
 namespace {
 
@@ -297,4 +297,4 @@ bool showTheSame(const SlowText &left, const SlowText &right) {
   });
 }
 
-}  // namespace mellel::testing
+}  // namespace mellel_test

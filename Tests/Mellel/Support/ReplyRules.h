@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace mellel::testing {
+namespace mellel_test {
 
 // Whether the answer says that it is for a document other than this one.
 bool isForAnother(const std::string &payload, std::uint32_t documentID);
@@ -56,4 +56,4 @@ SlowText withInsertion(const Draft &draft, const std::string &after, const std::
 // indents of a character) may differ.
 bool showTheSame(const SlowText &left, const SlowText &right);
 
-}  // namespace mellel::testing
+}  // namespace mellel_test

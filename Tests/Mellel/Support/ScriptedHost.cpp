@@ -2,7 +2,7 @@
 
 #include <Formats/ScanRequest.h>
 
-namespace mellel::testing {
+namespace mellel_test {
 
 namespace {
 
@@ -111,4 +111,4 @@ std::string goodPreferences() { return "\0\0\0\5\0\0\xFF\xFF\0\0\0\0\0\1"s; }
 
 std::string goodCancel(std::uint32_t documentID) { return "\0\0"s + bytesOf(documentID); }
 
-}  // namespace mellel::testing
+}  // namespace mellel_test

@@ -15,7 +15,7 @@
 #include <string>
 #include <vector>
 
-namespace mellel::testing {
+namespace mellel_test {
 
 // One event to the word processor. To a live bibliography the first is the reply itself.
 struct Answer {
@@ -58,4 +58,4 @@ std::string goodCitation();
 std::string goodPreferences();
 std::string goodCancel(std::uint32_t documentID);
 
-}  // namespace mellel::testing
+}  // namespace mellel_test

@@ -8,7 +8,7 @@
 #include <cctype>
 #include <cstdint>
 
-namespace mellel::testing {
+namespace mellel_test {
 
 namespace {
 
@@ -279,4 +279,4 @@ std::string plainText(const SlowText &text) {
 
 void PrintTo(const SlowText &text, std::ostream *stream) { *stream << plainText(text); }
 
-}  // namespace mellel::testing
+}  // namespace mellel_test

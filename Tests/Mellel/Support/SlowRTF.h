@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace mellel::testing {
+namespace mellel_test {
 
 struct SlowFormat {
   bool bold = false;
@@ -41,4 +41,4 @@ std::optional<SlowText> slowText(const std::string &rtf);
 std::string plainText(const SlowText &text);
 void PrintTo(const SlowText &text, std::ostream *stream);
 
-}  // namespace mellel::testing
+}  // namespace mellel_test

@@ -6,7 +6,7 @@
 #include <iostream>
 #include <utility>
 
-namespace mellel {
+namespace mellel::console {
 
 namespace {
 
@@ -43,4 +43,4 @@ void Progress::tick() {
   }
 }
 
-}  // namespace mellel
+}  // namespace mellel::console

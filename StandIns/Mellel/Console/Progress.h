@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-namespace mellel {
+namespace mellel::console {
 
 class Progress {
  public:
@@ -34,4 +34,4 @@ class Progress {
   std::optional<std::string> pending_;
 };
 
-}  // namespace mellel
+}  // namespace mellel::console

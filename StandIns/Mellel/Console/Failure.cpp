@@ -4,10 +4,10 @@
 
 #include <iostream>
 
-namespace mellel {
+namespace mellel::console {
 
 void complain(const Failure &failure) {
   std::cerr << "mellel: " << formats::inOneLine(failure.line) << std::endl;
 }
 
-}  // namespace mellel
+}  // namespace mellel::console

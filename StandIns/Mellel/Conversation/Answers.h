@@ -1,9 +1,7 @@
-// The requests of a scan and what comes back, checked: a document is rewritten only from an answer
-// that belongs to it and is whole.
+// What comes back from a scan, checked: a document is rewritten only from an answer that belongs to
+// it and is whole.
 #pragma once
 
-#include <Formats/ScanReply.h>
-#include <Formats/ScanRequest.h>
 #include <StandIns/Mellel/RTF/Bibliography.h>
 #include <StandIns/Mellel/RTF/CitationFinder.h>
 #include <StandIns/Mellel/RTF/FormattedText.h>
@@ -17,12 +15,7 @@
 #include <string_view>
 #include <vector>
 
-namespace mellel {
-
-// As the document's citations travel: the text between the braces and, for a receiver that
-// passes over what begins with "verified", the text without such markers. Views into the
-// citations.
-std::vector<formats::CitationPair> citationPairs(std::span<const Citation> citations);
+namespace mellel::conversation {
 
 // The document that an answer to a scan, or a cancellation of one, says it is for; nothing when it
 // is too short to say.
@@ -31,9 +24,9 @@ std::optional<std::uint32_t> documentIDOfAnswer(std::string_view payload);
 struct FormattedCitations {
   std::string styleName;  // well-formed UTF-8
   // One for each citation. None where the host formatted nothing: the citation stays as it is.
-  std::vector<std::optional<FormattedText>> texts;
+  std::vector<std::optional<rtf::FormattedText>> texts;
   // Nothing if the answer holds none, or none was wanted.
-  std::optional<Bibliography> bibliography;
+  std::optional<rtf::Bibliography> bibliography;
 
   std::size_t count() const;  // of the citations that were formatted
 };
@@ -41,10 +34,9 @@ struct FormattedCitations {
 // What the answer to a scan says of these citations. A citation that the host could not format
 // comes back as text in braces. Nothing at all is an answer only to citations that ask not to
 // be shown.
-std::expected<FormattedCitations, std::string> readScanReply(std::string_view payload,
-                                                             std::uint32_t documentID,
-                                                             std::span<const Citation> citations,
-                                                             bool wantsBibliography);
+std::expected<FormattedCitations, std::string> readScanReply(
+    std::string_view payload, std::uint32_t documentID, std::span<const rtf::Citation> citations,
+    bool wantsBibliography);
 
 // The answer to a preliminary scan: for each citation the parts that the host reads in it.
 struct CheckedCitation {
@@ -60,4 +52,4 @@ std::expected<void, std::string> checkCitationResolution(std::string_view payloa
 std::expected<std::vector<CheckedCitation>, std::string> readCitationResolution(
     std::string_view payload, std::uint32_t documentID, std::size_t citationCount);
 
-}  // namespace mellel
+}  // namespace mellel::conversation

@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace mellel {
+namespace mellel::console {
 
 // The process's exit statuses.
 enum class Status : int {
@@ -23,4 +23,4 @@ struct Failure {
 // Writes the line to standard error, behind the program's name.
 void complain(const Failure &failure);
 
-}  // namespace mellel
+}  // namespace mellel::console

@@ -1,13 +1,19 @@
 #include <Formats/ScanReply.h>
 #include <StandIns/Mellel/Commands/Report.h>
-#include <StandIns/Mellel/Conversation/Conversation.h>
+#include <StandIns/Mellel/Conversation/Answers.h>
+#include <StandIns/Mellel/Conversation/ScanRequests.h>
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-namespace mellel {
+namespace mellel::conversation {
 namespace {
+
+using commands::checkJSON;
+using commands::checkTable;
+using rtf::Citation;
+using rtf::plainText;
 
 constexpr std::uint32_t documentID = 7;
 
@@ -33,7 +39,7 @@ std::string replyWith(const std::vector<std::string> &groups,
   return payload;
 }
 
-TEST(Conversation, SecondTextOfAPairHasNoMarkers) {
+TEST(ScanRequests, SecondTextOfAPairHasNoMarkers) {
   const auto texts = citations({"verified Smith", "Jones"});
   const auto pairs = citationPairs(texts);
   EXPECT_EQ(pairs[0].first, "verified Smith");
@@ -41,7 +47,7 @@ TEST(Conversation, SecondTextOfAPairHasNoMarkers) {
   EXPECT_EQ(pairs[1].second, "Jones");
 }
 
-TEST(Conversation, FormattedCitationsAreGivenInOrder) {
+TEST(Answers, FormattedCitationsAreGivenInOrder) {
   const auto formatted =
       readScanReply(replyWith({"(A)", "(B)"}), documentID, citations({"a", "b"}), true);
   ASSERT_TRUE(formatted);
@@ -51,7 +57,7 @@ TEST(Conversation, FormattedCitationsAreGivenInOrder) {
   EXPECT_FALSE(formatted->bibliography);
 }
 
-TEST(Conversation, TextInBracesMeansThatNothingWasFormatted) {
+TEST(Answers, TextInBracesMeansThatNothingWasFormatted) {
   const auto formatted = readScanReply(replyWith({"\\'7b a\\'7d ", "\\{b\\}", "\\'7b c\\'7d  (C)"}),
                                        documentID, citations({"a", "b", "c"}), true);
   ASSERT_TRUE(formatted);
@@ -60,7 +66,7 @@ TEST(Conversation, TextInBracesMeansThatNothingWasFormatted) {
   EXPECT_TRUE(formatted->texts[2]);
 }
 
-TEST(Conversation, NoTextIsAnAnswerOnlyToCitationsThatAskToBeHidden) {
+TEST(Answers, NoTextIsAnAnswerOnlyToCitationsThatAskToBeHidden) {
   const auto formatted = readScanReply(
       replyWith({"", "", "", "", ""}), documentID,
       citations({"!Smith", "Smith", "!Smith; Jones", " ; ", "verified !Smith;!Jones"}), true);
@@ -72,7 +78,7 @@ TEST(Conversation, NoTextIsAnAnswerOnlyToCitationsThatAskToBeHidden) {
   EXPECT_TRUE(formatted->texts[4]);
 }
 
-TEST(Conversation, TextThatCannotBeSeenTakesNoCitationsPlace) {
+TEST(Answers, TextThatCannotBeSeenTakesNoCitationsPlace) {
   const auto formatted = readScanReply(replyWith({"\\u2?", " \\~", "\\u8203?"}), documentID,
                                        citations({"Smith", "!Smith", "Jones"}), true);
   ASSERT_TRUE(formatted);
@@ -81,27 +87,27 @@ TEST(Conversation, TextThatCannotBeSeenTakesNoCitationsPlace) {
   EXPECT_FALSE(formatted->texts[2]);
 }
 
-TEST(Conversation, BytesThatAreNoUTF8SwallowNothing) {
+TEST(Answers, BytesThatAreNoUTF8SwallowNothing) {
   const auto formatted =
       readScanReply(replyWith({"(a\xC3)"}), documentID, citations({"Smith"}), true);
   ASSERT_TRUE(formatted);
   EXPECT_EQ(plainText(*formatted->texts[0]), "(a\uFFFD)");
 }
 
-TEST(Conversation, AnswersSayWhichDocumentTheyAreForUnlessTheyAreTooShort) {
+TEST(Answers, AnswersSayWhichDocumentTheyAreForUnlessTheyAreTooShort) {
   const std::string reply = replyWith({});
   EXPECT_EQ(documentIDOfAnswer(reply), documentID);
   EXPECT_EQ(documentIDOfAnswer(reply.substr(0, 6)), documentID);
   EXPECT_EQ(documentIDOfAnswer(reply.substr(0, 5)), std::nullopt);
 }
 
-TEST(Conversation, BibliographyThatWasNotAskedForIsIgnored) {
+TEST(Answers, BibliographyThatWasNotAskedForIsIgnored) {
   const std::string reply = replyWith({"(A)"}, "{\\rtf1 x}");
   EXPECT_FALSE(readScanReply(reply, documentID, citations({"a"}), false)->bibliography);
   EXPECT_TRUE(readScanReply(reply, documentID, citations({"a"}), true)->bibliography);
 }
 
-TEST(Conversation, AnswersThatDoNotFitAreRefused) {
+TEST(Answers, AnswersThatDoNotFitAreRefused) {
   const auto errorOf = [](const std::string &payload, std::uint32_t id,
                           const std::vector<std::string> &texts) {
     const auto formatted = readScanReply(payload, id, citations(texts), true);
@@ -139,4 +145,4 @@ TEST(Report, TableLinesUpItsColumns) {
 }
 
 }  // namespace
-}  // namespace mellel
+}  // namespace mellel::conversation

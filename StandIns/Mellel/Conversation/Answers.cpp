@@ -1,9 +1,10 @@
-#include "Conversation.h"
+#include "Answers.h"
 
 #include <Formats/CitationResolution.h>
 #include <Formats/CitationText.h>
 #include <Formats/PayloadReader.h>
 #include <Formats/RecordMarkup.h>
+#include <Formats/ScanReply.h>
 #include <Formats/Unicode.h>
 #include <Formats/VerifiedMarker.h>
 #include <StandIns/Mellel/RTF/Escape.h>
@@ -13,7 +14,15 @@
 #include <unordered_map>
 #include <utility>
 
-namespace mellel {
+namespace mellel::conversation {
+
+using rtf::Citation;
+using rtf::FormattedText;
+using rtf::isASCII;
+using rtf::isBlankText;
+using rtf::plainText;
+using rtf::readBibliography;
+using rtf::readPidginRTF;
 
 namespace {
 
@@ -96,15 +105,6 @@ bool isFormatted(const FormattedText &text, std::string_view citation) {
 
 }  // namespace
 
-std::vector<formats::CitationPair> citationPairs(std::span<const Citation> citations) {
-  std::vector<formats::CitationPair> pairs;
-  pairs.reserve(citations.size());
-  for (const Citation &citation : citations) {
-    pairs.push_back({citation.text, formats::withoutVerifiedMarkers(citation.text)});
-  }
-  return pairs;
-}
-
 std::optional<std::uint32_t> documentIDOfAnswer(std::string_view payload) {
   // All of them begin with a reserved word.
   constexpr std::size_t sizeOfBeginning = 6;
@@ -185,4 +185,4 @@ std::expected<std::vector<CheckedCitation>, std::string> readCitationResolution(
   return checked;
 }
 
-}  // namespace mellel
+}  // namespace mellel::conversation

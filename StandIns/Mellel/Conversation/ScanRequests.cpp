@@ -1,0 +1,121 @@
+#include "ScanRequests.h"
+
+#include <Formats/EventTable.h>
+#include <Formats/VerifiedMarker.h>
+
+#include <cstdint>
+#include <random>
+#include <utility>
+
+namespace mellel::conversation {
+
+using console::Failure;
+using console::Status;
+using rtf::Citation;
+
+namespace {
+
+std::unexpected<Failure> broken(const std::string &line) {
+  return std::unexpected(
+      Failure{Status::brokenDocumentOrReply, "Korvo's answer is broken: " + line});
+}
+
+std::string countOf(std::span<const Citation> citations) {
+  const std::size_t count = citations.size();
+  return std::to_string(count) + (count == 1 ? " citation" : " citations");
+}
+
+std::uint32_t makeDocumentID() {
+  std::random_device random;
+  return std::uniform_int_distribution<std::uint32_t>(1)(random);
+}
+
+std::expected<FormattedCitations, Failure> checkedReply(const std::string &payload,
+                                                        std::uint32_t documentID,
+                                                        std::span<const Citation> citations,
+                                                        const WantedFormatting &wanted) {
+  auto formatted = readScanReply(payload, documentID, citations, wanted.bibliography);
+  if (!formatted) {
+    return broken(formatted.error());
+  }
+  return std::move(*formatted);
+}
+
+// Preliminary scan.
+std::expected<std::string, Failure> askForResolution(Host &host,
+                                                     std::span<const Citation> citations,
+                                                     std::uint32_t documentID) {
+  const Request request{formats::request::preliminaryScan,
+                        formats::encodePreliminaryScanRequest(documentID, citationPairs(citations)),
+                        "waiting for Korvo to look up " + countOf(citations), false, documentID};
+  return host.ask(request, {formats::mellelSignature, formats::answer::citationResolution});
+}
+
+}  // namespace
+
+std::vector<formats::CitationPair> citationPairs(std::span<const Citation> citations) {
+  std::vector<formats::CitationPair> pairs;
+  pairs.reserve(citations.size());
+  for (const Citation &citation : citations) {
+    pairs.push_back({citation.text, formats::withoutVerifiedMarkers(citation.text)});
+  }
+  return pairs;
+}
+
+std::expected<std::vector<CheckedCitation>, Failure> checkCitations(
+    Host &host, std::span<const Citation> citations) {
+  const std::uint32_t documentID = makeDocumentID();
+  const auto payload = askForResolution(host, citations, documentID);
+  if (!payload) {
+    return std::unexpected(payload.error());
+  }
+  auto checked = readCitationResolution(*payload, documentID, citations.size());
+  if (!checked) {
+    return broken(checked.error());
+  }
+  return std::move(*checked);
+}
+
+std::expected<FormattedCitations, Failure> formatByScan(Host &host,
+                                                        std::span<const Citation> citations,
+                                                        const WantedFormatting &wanted) {
+  const std::uint32_t documentID = makeDocumentID();
+  const auto resolution = askForResolution(host, citations, documentID);
+  if (!resolution) {
+    return std::unexpected(resolution.error());
+  }
+  if (const auto checked = checkCitationResolution(*resolution, documentID, citations.size());
+      !checked) {
+    return broken(checked.error());
+  }
+  const Request request{formats::request::finalScan,
+                        formats::encodeFinalScanRequest(documentID, wanted.bibliography,
+                                                        wanted.style, citationPairs(citations)),
+                        "waiting for Korvo to format " + countOf(citations), true, documentID};
+  const auto payload = host.ask(request, {formats::mellelSignature, formats::answer::finalScan});
+  if (!payload) {
+    return std::unexpected(payload.error());
+  }
+  return checkedReply(*payload, documentID, citations, wanted);
+}
+
+std::expected<FormattedCitations, Failure> formatLive(Host &host,
+                                                      std::span<const Citation> citations,
+                                                      const WantedFormatting &wanted) {
+  const Request request{
+      formats::request::liveBibliography,
+      formats::encodeLiveBibliographyRequest(makeDocumentID(), wanted.bibliography, wanted.style,
+                                             citationPairs(citations)),
+      "waiting for Korvo to format " + countOf(citations), false};
+  const auto payload = host.askForReply(request);
+  if (!payload) {
+    return std::unexpected(payload.error());
+  }
+  if (!*payload) {
+    return std::unexpected(Failure{Status::cancelledByHost, "cancelled in Korvo"});
+  }
+  // A live bibliography belongs to no document: it is answered with the ID 0.
+  return checkedReply(**payload, 0, citations, wanted);
+}
+
+}  // namespace mellel::conversation

@@ -1,0 +1,21 @@
+// A document as a command works on it: the bytes of its file, and where the citations stand in
+// them.
+#pragma once
+
+#include <StandIns/Mellel/Console/Failure.h>
+#include <StandIns/Mellel/RTF/CitationFinder.h>
+
+#include <expected>
+#include <string>
+
+namespace mellel::documents {
+
+struct Document {
+  std::string rtf;
+  rtf::DocumentText text;
+};
+
+// The failure names the file.
+std::expected<Document, console::Failure> openDocument(const std::string &path);
+
+}  // namespace mellel::documents
