@@ -1,4 +1,5 @@
 """What a figure depends on beside the code: the machine, how busy it was, and what was installed."""
+
 import os
 import pathlib
 import platform
@@ -24,14 +25,20 @@ def field(path, pattern, otherwise="unknown"):
 
 
 def package_version(package):
-    query = subprocess.run(["dpkg-query", "-W", "-f", "${Version}", package],
-                           capture_output=True, text=True, check=False)
+    query = subprocess.run(
+        ["dpkg-query", "-W", "-f", "${Version}", package],
+        capture_output=True,
+        text=True,
+        check=False,
+    )
     # Without epoch and Debian's revision.
     return re.sub(r"^\d+:|-[^-]*$", "", query.stdout) or "none"
 
 
 def compiler_version():
-    return subprocess.run(["g++", "-dumpfullversion"], capture_output=True, text=True, check=True).stdout.strip()
+    return subprocess.run(
+        ["g++", "-dumpfullversion"], capture_output=True, text=True, check=True
+    ).stdout.strip()
 
 
 def describe():

@@ -3,6 +3,7 @@
 
 Started by Scripts/benchmark, which builds the programs first.
 """
+
 import argparse
 import datetime
 import json
@@ -22,10 +23,16 @@ RESULTS = PROJECT / "Benchmarks/Results"
 
 def parse_arguments():
     parser = argparse.ArgumentParser(prog="benchmark", description=__doc__.splitlines()[0])
-    parser.add_argument("--json", action="store_true", help="print what was measured as JSON in place of tables")
-    parser.add_argument("--quick", action="store_true", help="only show that everything runs; keep nothing")
+    parser.add_argument(
+        "--json", action="store_true", help="print what was measured as JSON in place of tables"
+    )
+    parser.add_argument(
+        "--quick", action="store_true", help="only show that everything runs; keep nothing"
+    )
     parser.add_argument("--commands", type=pathlib.Path, required=True, help=argparse.SUPPRESS)
-    parser.add_argument("groups", nargs="*", metavar="NAME", help="groups to measure; without names all of them")
+    parser.add_argument(
+        "groups", nargs="*", metavar="NAME", help="groups to measure; without names all of them"
+    )
     return parser.parse_args()
 
 
@@ -33,14 +40,18 @@ def choose_groups(available, wanted):
     """The commands of the wanted groups, or of all, by name."""
     unknown = [name for name in wanted if name not in available]
     if unknown:
-        sys.exit(f"benchmark: no group {', '.join(unknown)}; there are {', '.join(sorted(available))}")
+        sys.exit(
+            f"benchmark: no group {', '.join(unknown)}; there are {', '.join(sorted(available))}"
+        )
     return {name: available[name] for name in sorted(wanted or available)}
 
 
 def run_group(name, command, quick):
     options = ["--json", "--quick"] if quick else ["--json"]
     print(f"==> Measuring {name}", file=sys.stderr, flush=True)
-    finished = subprocess.run([*command, *options], cwd=PROJECT, stdout=subprocess.PIPE, text=True, check=False)
+    finished = subprocess.run(
+        [*command, *options], cwd=PROJECT, stdout=subprocess.PIPE, text=True, check=False
+    )
     if finished.returncode != 0:
         raise reports.BadReport(f"{name}: its program ended with status {finished.returncode}")
     return reports.parse(name, finished.stdout)
@@ -82,7 +93,10 @@ def main():
     if arguments.json:
         print(json.dumps(measured, indent=1, ensure_ascii=False))
     if not arguments.quick:
-        page.write(PROJECT, [json.loads(path.read_text("utf-8")) for path in sorted(RESULTS.glob("*.json"))])
+        page.write(
+            PROJECT,
+            [json.loads(path.read_text("utf-8")) for path in sorted(RESULTS.glob("*.json"))],
+        )
     sys.exit(1 if failures else 0)
 
 

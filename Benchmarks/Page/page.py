@@ -1,6 +1,7 @@
 """Puts tables and plots between the markers of Documentation/Performance.md; all other text there is
 written by hand and left alone.
 """
+
 import re
 
 import plots
@@ -12,19 +13,31 @@ TABLE_LENGTH = 16  # longer ones are folded away under the plots
 
 def versions_text(conditions):
     versions = conditions["versions"]
-    return ", ".join(value if name == "system" else f"{name} {value}" for name, value in versions.items()
-                     if value != "none")
+    return ", ".join(
+        value if name == "system" else f"{name} {value}"
+        for name, value in versions.items()
+        if value != "none"
+    )
 
 
 def conditions_text(report):
     conditions = report["conditions"]
     repetitions = {row["repetitions"] for row in report["rows"] if row.get("repetitions", 0) > 1}
-    medians = f" Medians of {' to '.join(map(str, sorted({min(repetitions), max(repetitions)})))} runs." \
-        if repetitions else ""
+    medians = (
+        f" Medians of {' to '.join(map(str, sorted({min(repetitions), max(repetitions)})))} runs."
+        if repetitions
+        else ""
+    )
     own = report.get("versions", {})
-    beside = f" Beside: {', '.join(f'{name} {version}' for name, version in own.items())}." if own else ""
-    return (f"`Scripts/benchmark {report['group']}`, {conditions['date']}, on {conditions['machine']} (load "
-            f"{conditions['load']:g} before the run).{medians} {versions_text(conditions)}.{beside}")
+    beside = (
+        f" Beside: {', '.join(f'{name} {version}' for name, version in own.items())}."
+        if own
+        else ""
+    )
+    return (
+        f"`Scripts/benchmark {report['group']}`, {conditions['date']}, on {conditions['machine']} (load "
+        f"{conditions['load']:g} before the run).{medians} {versions_text(conditions)}.{beside}"
+    )
 
 
 def section(report, image_names):

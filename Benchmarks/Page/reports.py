@@ -2,12 +2,22 @@
 
 Benchmarks/README.md explains the fields.
 """
+
 import json
 import math
 
 REQUIRED = {"name": str, "median": (int, float), "unit": str}
-OPTIONAL = {"plot": str, "size": (int, float), "sizeUnit": str, "spread": (int, float), "repetitions": int,
-            "beside": str, "ratio": (int, float), "aim": (int, float), "aimIs": str}
+OPTIONAL = {
+    "plot": str,
+    "size": (int, float),
+    "sizeUnit": str,
+    "spread": (int, float),
+    "repetitions": int,
+    "beside": str,
+    "ratio": (int, float),
+    "aim": (int, float),
+    "aimIs": str,
+}
 COLUMNS = ("Measured", "Size", "Median", "Spread", "Beside", "Ratio", "Aim")
 
 
@@ -20,7 +30,11 @@ def check_row(group, row):
     for field, value in row.items():
         if field not in known:
             raise BadReport(f"{group}: a row has an unknown field {field}")
-        if not isinstance(value, known[field]) or isinstance(value, float) and not math.isfinite(value):
+        if (
+            not isinstance(value, known[field])
+            or isinstance(value, float)
+            and not math.isfinite(value)
+        ):
             raise BadReport(f"{group}: {field} of a row cannot be {value!r}")
     missing = [field for field in REQUIRED if field not in row]
     if missing:
@@ -37,7 +51,11 @@ def parse(group, text):
         report = json.loads(text)
     except json.JSONDecodeError as error:
         raise BadReport(f"{group}: what its program printed is not JSON: {error}") from error
-    if not isinstance(report, dict) or report.get("group") != group or not isinstance(report.get("title"), str):
+    if (
+        not isinstance(report, dict)
+        or report.get("group") != group
+        or not isinstance(report.get("title"), str)
+    ):
         raise BadReport(f"{group}: its report does not name the group and a title")
     if not isinstance(report.get("rows"), list) or not report["rows"]:
         raise BadReport(f"{group}: its report has no rows")
@@ -82,9 +100,15 @@ def aim_text(row):
 
 
 def cells(row):
-    return (row["name"], size_text(row), f"{number(row['median'])} {row['unit']}",
-            number(row["spread"]) if row.get("spread") else "", row.get("beside", ""),
-            f"{row['ratio']:.2f}" if "ratio" in row else "", aim_text(row))
+    return (
+        row["name"],
+        size_text(row),
+        f"{number(row['median'])} {row['unit']}",
+        number(row["spread"]) if row.get("spread") else "",
+        row.get("beside", ""),
+        f"{row['ratio']:.2f}" if "ratio" in row else "",
+        aim_text(row),
+    )
 
 
 def table_rows(report):
@@ -97,12 +121,18 @@ def table_rows(report):
 def plain_table(report):
     rows = table_rows(report)
     widths = [max(map(len, column)) for column in zip(*rows)]
-    return "\n".join("  ".join(cell.ljust(width) for cell, width in zip(row, widths)).rstrip() for row in rows)
+    return "\n".join(
+        "  ".join(cell.ljust(width) for cell, width in zip(row, widths)).rstrip() for row in rows
+    )
 
 
 def markdown_table(report):
     heading, *rows = table_rows(report)
-    lines = ["| " + " | ".join(heading) + " |",
-             "|" + "|".join("---:" if name in ("Median", "Spread", "Ratio") else "---" for name in heading) + "|"]
+    lines = [
+        "| " + " | ".join(heading) + " |",
+        "|"
+        + "|".join("---:" if name in ("Median", "Spread", "Ratio") else "---" for name in heading)
+        + "|",
+    ]
     lines += ["| " + " | ".join(cell.replace("|", "\\|") for cell in row) + " |" for row in rows]
     return "\n".join(lines)

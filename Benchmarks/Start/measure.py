@@ -4,6 +4,7 @@
 The programs take turns, so that what else the machine does touches all alike. Each is started with its files
 in the page cache, as they are after the first start. Needs a display and a bus: Scripts/with-desktop.
 """
+
 import argparse
 import contextlib
 import json
@@ -36,7 +37,9 @@ MEMORY = "Memory while idle"
 def started(command):
     """The process, once it is ready, with the milliseconds until then, of time and of processor time."""
     begin = time.monotonic()
-    with subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True) as process:
+    with subprocess.Popen(
+        command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True
+    ) as process:
         try:
             if process.stdout.readline().strip() != "ready":
                 sys.exit(f"measure: {command[0]} did not become ready")
@@ -66,8 +69,17 @@ def memory_of(process):
 
 
 def sample(values, unit):
-    quarters = statistics.quantiles(values, n=4, method="inclusive") if len(values) > 1 else [values[0]] * 3
-    return {"median": quarters[1], "unit": unit, "spread": quarters[2] - quarters[0], "repetitions": len(values)}
+    quarters = (
+        statistics.quantiles(values, n=4, method="inclusive")
+        if len(values) > 1
+        else [values[0]] * 3
+    )
+    return {
+        "median": quarters[1],
+        "unit": unit,
+        "spread": quarters[2] - quarters[0],
+        "repetitions": len(values),
+    }
 
 
 def measure_starts(commands, repetitions):
@@ -79,9 +91,11 @@ def measure_starts(commands, repetitions):
                 if repetition > 0:  # the first fills the page cache
                     times[name].append(milliseconds)
                     processor_times[name].append(processor_milliseconds)
-    return [{"plot": title, "name": name, **sample(values, "ms")}
-            for title, all_values in ((TIMES, times), (PROCESSOR_TIMES, processor_times))
-            for name, values in all_values.items()]
+    return [
+        {"plot": title, "name": name, **sample(values, "ms")}
+        for title, all_values in ((TIMES, times), (PROCESSOR_TIMES, processor_times))
+        for name, values in all_values.items()
+    ]
 
 
 def measure_memory(commands):
@@ -90,7 +104,9 @@ def measure_memory(commands):
         with started(command) as (process, _, _):
             time.sleep(SETTLE)
             resident, share = memory_of(process)
-        rows.append({"plot": MEMORY, "name": f"{name}: resident", "median": resident, "unit": "MiB"})
+        rows.append(
+            {"plot": MEMORY, "name": f"{name}: resident", "median": resident, "unit": "MiB"}
+        )
         rows.append({"plot": MEMORY, "name": f"{name}: of its own", "median": share, "unit": "MiB"})
     return rows
 
@@ -102,9 +118,14 @@ def measure_bundle(bundle, directory):
     subprocess.run(["strip", stripped / "KorvoMellelPlugin"], check=True)
     files = [path for path in stripped.rglob("*") if path.is_file()]
     code = (stripped / "KorvoMellelPlugin").stat().st_size
-    return [{"name": "the bundle, stripped", "median": sum(path.stat().st_size for path in files) / 1024,
-             "unit": "KiB"},
-            {"name": "of which code", "median": code / 1024, "unit": "KiB"}]
+    return [
+        {
+            "name": "the bundle, stripped",
+            "median": sum(path.stat().st_size for path in files) / 1024,
+            "unit": "KiB",
+        },
+        {"name": "of which code", "median": code / 1024, "unit": "KiB"},
+    ]
 
 
 def make_database(binaries, directory, size):
@@ -117,16 +138,25 @@ def make_database(binaries, directory, size):
 
 def beyond_bare(rows, name):
     """What is korvo's own; of processor time as well, which depends less on what else the machine does."""
-    for title, what, aim in ((TIMES, "", {"aim": MOST_MILLISECONDS, "aimIs": "most"}),
-                             (PROCESSOR_TIMES, ", processor time", {})):
+    for title, what, aim in (
+        (TIMES, "", {"aim": MOST_MILLISECONDS, "aimIs": "most"}),
+        (PROCESSOR_TIMES, ", processor time", {}),
+    ):
         medians = {row["name"]: row["median"] for row in rows if row["plot"] == title}
-        yield {"name": f"{name}, beyond the bare program{what}", "median": medians[name] - medians[BARE], "unit": "ms", **aim}
+        yield {
+            "name": f"{name}, beyond the bare program{what}",
+            "median": medians[name] - medians[BARE],
+            "unit": "ms",
+            **aim,
+        }
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("build", type=pathlib.Path)
-    parser.add_argument("--json", action="store_true", help="accepted as of every measuring program; always done")
+    parser.add_argument(
+        "--json", action="store_true", help="accepted as of every measuring program; always done"
+    )
     parser.add_argument("--quick", action="store_true")
     arguments = parser.parse_args()
     binaries = arguments.build / "bin"
@@ -135,13 +165,20 @@ def main():
         directory = pathlib.Path(name)
         commands = {BARE: [binaries / "BareApplication"]}
         for size in sizes:
-            commands[f"korvo, {size:,} references"] = [binaries / "korvo", "--library",
-                                                       make_database(binaries, directory, size)]
+            commands[f"korvo, {size:,} references"] = [
+                binaries / "korvo",
+                "--library",
+                make_database(binaries, directory, size),
+            ]
         starts = measure_starts(commands, 2 if arguments.quick else 15)
-        rows = starts + [row for name in commands if name != BARE for row in beyond_bare(starts, name)]
+        rows = starts + [
+            row for name in commands if name != BARE for row in beyond_bare(starts, name)
+        ]
         rows += measure_memory(commands)
         rows += measure_bundle(arguments.build / "KorvoMellelPlugin.bundle", directory)
-    print(json.dumps({"group": "start", "title": "Start and size", "rows": rows}, ensure_ascii=False))
+    print(
+        json.dumps({"group": "start", "title": "Start and size", "rows": rows}, ensure_ascii=False)
+    )
 
 
 if __name__ == "__main__":

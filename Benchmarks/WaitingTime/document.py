@@ -3,12 +3,33 @@
 A document cites works of a pool, a part of the library: an author of a longer text comes back to the
 same works. Most citations name one work, some two or three; some name a page or begin with a word.
 """
+
 import dataclasses
 import random
 
 POOL = 2000
-WORDS = ("measure", "language", "machine", "number", "the", "of", "and", "in", "light", "signs", "which", "history",
-         "was", "method", "every", "later", "before", "writing", "observed", "another")
+WORDS = (
+    "measure",
+    "language",
+    "machine",
+    "number",
+    "the",
+    "of",
+    "and",
+    "in",
+    "light",
+    "signs",
+    "which",
+    "history",
+    "was",
+    "method",
+    "every",
+    "later",
+    "before",
+    "writing",
+    "observed",
+    "another",
+)
 CITATIONS_A_PARAGRAPH = 6
 
 
@@ -47,7 +68,10 @@ def sentences(citations, write):
     source = random.Random("words")
     for start in range(0, len(citations), CITATIONS_A_PARAGRAPH):
         group = citations[start : start + CITATIONS_A_PARAGRAPH]
-        yield " ".join(f"{' '.join(source.choices(WORDS, k=12)).capitalize()} {write(citation)}." for citation in group)
+        yield " ".join(
+            f"{' '.join(source.choices(WORDS, k=12)).capitalize()} {write(citation)}."
+            for citation in group
+        )
 
 
 def escape_rtf(text):
@@ -78,8 +102,11 @@ def rtf(citations):
         return escape_rtf("{" + "; ".join(map(typed_cite, citation)) + "}")
 
     paragraphs = "\\par\n".join(sentences(citations, write))
-    return "{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl{\\f0 Times;}}\\f0\\fs24\n" + paragraphs + \
-        "\\par\n\\{bibliography\\}\\par\n}\n"
+    return (
+        "{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl{\\f0 Times;}}\\f0\\fs24\n"
+        + paragraphs
+        + "\\par\n\\{bibliography\\}\\par\n}\n"
+    )
 
 
 def markdown(citations):
@@ -88,4 +115,9 @@ def markdown(citations):
         page = f", p. {cite.page}" if cite.page else ""
         return f"{prefix}@{cite.reference['id']}{page}"
 
-    return "\n\n".join(sentences(citations, lambda citation: f"[{'; '.join(map(write_cite, citation))}]")) + "\n"
+    return (
+        "\n\n".join(
+            sentences(citations, lambda citation: f"[{'; '.join(map(write_cite, citation))}]")
+        )
+        + "\n"
+    )

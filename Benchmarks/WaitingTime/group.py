@@ -3,6 +3,7 @@
 
 With --from FILE a measurement that was kept is told, in place of a new one, which takes long.
 """
+
 import argparse
 import json
 import pathlib
@@ -10,8 +11,24 @@ import subprocess
 import sys
 
 MEASURE = pathlib.Path(__file__).resolve().parent / "measure"
-QUICK = ["--libraries", "200", "--citations", "20,200", "--styles", "apa", "--repetitions", "1", "--settle", "0.5"]
-NAMES = {"first": "first time", "again": "again, unchanged", "changed": "after one change", "pandoc": "pandoc --citeproc"}
+QUICK = [
+    "--libraries",
+    "200",
+    "--citations",
+    "20,200",
+    "--styles",
+    "apa",
+    "--repetitions",
+    "1",
+    "--settle",
+    "0.5",
+]
+NAMES = {
+    "first": "first time",
+    "again": "again, unchanged",
+    "changed": "after one change",
+    "pandoc": "pandoc --citeproc",
+}
 MOST_BESIDE_PANDOC = {1000: 1.5, 10000: 1.0}
 LEAST_TIMES_FASTER = {"again": 20, "changed": 3}
 MOST_GROWTH = 12
@@ -29,8 +46,15 @@ def sized(row):
 def seconds(row, what, plot):
     """The row of one measured time; beside pandoc where that was measured."""
     values = [run["wall"] for run in row[what]["runs"]]
-    told = {**({"plot": plot} if plot else {}), "name": f"{subject(row)}: {NAMES[what]}", **sized(row),
-            "median": row[what]["wall"], "unit": "s", "spread": max(values) - min(values), "repetitions": len(values)}
+    told = {
+        **({"plot": plot} if plot else {}),
+        "name": f"{subject(row)}: {NAMES[what]}",
+        **sized(row),
+        "median": row[what]["wall"],
+        "unit": "s",
+        "spread": max(values) - min(values),
+        "repetitions": len(values),
+    }
     if what != "pandoc" and "pandoc" in row:
         told["beside"] = f"{subject(row)}: {NAMES['pandoc']}"
         told["ratio"] = row[what]["wall"] / row["pandoc"]["wall"]
@@ -42,8 +66,14 @@ def seconds(row, what, plot):
 def times_faster(row):
     for what, least in LEAST_TIMES_FASTER.items():
         if what in row:
-            yield {"name": f"{subject(row)}: {NAMES[what]}, times faster than the first time", **sized(row),
-                   "median": row["first"]["wall"] / row[what]["wall"], "unit": "times", "aim": least, "aimIs": "least"}
+            yield {
+                "name": f"{subject(row)}: {NAMES[what]}, times faster than the first time",
+                **sized(row),
+                "median": row["first"]["wall"] / row[what]["wall"],
+                "unit": "times",
+                "aim": least,
+                "aimIs": "least",
+            }
 
 
 def growth(rows):
@@ -51,15 +81,25 @@ def growth(rows):
     for (style, references, citations), row in by_document.items():
         smaller = by_document.get((style, references, citations // 10))
         if smaller:
-            yield {"name": f"{subject(row)}: ten times the citations", **sized(row),
-                   "median": row["first"]["wall"] / smaller["first"]["wall"], "unit": "times", "aim": MOST_GROWTH}
+            yield {
+                "name": f"{subject(row)}: ten times the citations",
+                **sized(row),
+                "median": row["first"]["wall"] / smaller["first"]["wall"],
+                "unit": "times",
+                "aim": MOST_GROWTH,
+            }
 
 
 def progress(row):
     shown = row["first"]["progress"]
     if shown is not None:
-        yield {"name": f"{subject(row)}: until progress is shown", **sized(row), "median": shown, "unit": "s",
-               "aim": MOST_SECONDS_TO_PROGRESS}
+        yield {
+            "name": f"{subject(row)}: until progress is shown",
+            **sized(row),
+            "median": shown,
+            "unit": "s",
+            "aim": MOST_SECONDS_TO_PROGRESS,
+        }
 
 
 def report(measured):
@@ -72,15 +112,23 @@ def report(measured):
     for row in rows:
         told += [*times_faster(row), *progress(row)]
     told += growth(rows)
-    return {"group": "waiting-time", "title": "What an author waits for", "rows": told,
-            "versions": {name: line.split()[-1] for name, line in measured["versions"].items()}}
+    return {
+        "group": "waiting-time",
+        "title": "What an author waits for",
+        "rows": told,
+        "versions": {name: line.split()[-1] for name, line in measured["versions"].items()},
+    }
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--json", action="store_true", help="accepted as of every measuring program; always done")
+    parser.add_argument(
+        "--json", action="store_true", help="accepted as of every measuring program; always done"
+    )
     parser.add_argument("--quick", action="store_true")
-    parser.add_argument("--from", dest="kept", type=pathlib.Path, metavar="FILE", help="what measure --json printed")
+    parser.add_argument(
+        "--from", dest="kept", type=pathlib.Path, metavar="FILE", help="what measure --json printed"
+    )
     arguments = parser.parse_args()
     if arguments.kept:
         text = arguments.kept.read_text(encoding="utf-8")

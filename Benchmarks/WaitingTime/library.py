@@ -5,6 +5,7 @@ Authors come from a few hundred names of which some are common and most are rare
 close together, as in a real library: enough of them share author and year, or authors of one family
 name, that a style has to tell them apart.
 """
+
 import bisect
 import itertools
 import json
@@ -13,17 +14,115 @@ import subprocess
 import unicodedata
 
 GIVEN = (
-    "Ann", "Anna Maria", "A. B.", "Bo", "Carl", "Chen", "Clara", "David", "D.", "Elena", "Emil J.", "Eva",
-    "Francesca", "Georg", "Hans-Peter", "Ines", "J.", "Jane", "Jean-Paul", "John", "J. R.", "Karin",
-    "Li", "Louis", "Maria", "M.", "Nils", "Olga", "Paul", "Peter", "R. K.", "Rosa", "Sara", "Tomás", "Wei", "Yuki",
+    "Ann",
+    "Anna Maria",
+    "A. B.",
+    "Bo",
+    "Carl",
+    "Chen",
+    "Clara",
+    "David",
+    "D.",
+    "Elena",
+    "Emil J.",
+    "Eva",
+    "Francesca",
+    "Georg",
+    "Hans-Peter",
+    "Ines",
+    "J.",
+    "Jane",
+    "Jean-Paul",
+    "John",
+    "J. R.",
+    "Karin",
+    "Li",
+    "Louis",
+    "Maria",
+    "M.",
+    "Nils",
+    "Olga",
+    "Paul",
+    "Peter",
+    "R. K.",
+    "Rosa",
+    "Sara",
+    "Tomás",
+    "Wei",
+    "Yuki",
 )
 FAMILIES = (
-    "Smith", "Wang", "Müller", "Jones", "Li", "García", "Kim", "Johnson", "Zhang", "Brown", "Chen", "Martin",
-    "Schmidt", "Davis", "Rossi", "Lee", "Wilson", "Nguyen", "Tanaka", "Silva", "Taylor", "Liu", "Dubois", "Fischer",
-    "Anderson", "Novák", "Singh", "Moore", "Hansen", "Thomas", "Kowalski", "Yang", "Jackson", "Meyer", "White",
-    "Suzuki", "Harris", "Lopez", "Johansson", "Clark", "Weber", "Lewis", "Ivanov", "Walker", "Huang", "Hall", "Costa",
-    "Young", "Nielsen", "Allen", "Becker", "King", "Moreau", "Wright", "Petrov", "Scott", "Hoffmann", "Green", "Zhao",
-    "Baker", "Ricci", "Adams", "Virtanen", "Nelson", "Koch", "Hill", "Sato", "Campbell", "Wolf", "Mitchell", "Popescu",
+    "Smith",
+    "Wang",
+    "Müller",
+    "Jones",
+    "Li",
+    "García",
+    "Kim",
+    "Johnson",
+    "Zhang",
+    "Brown",
+    "Chen",
+    "Martin",
+    "Schmidt",
+    "Davis",
+    "Rossi",
+    "Lee",
+    "Wilson",
+    "Nguyen",
+    "Tanaka",
+    "Silva",
+    "Taylor",
+    "Liu",
+    "Dubois",
+    "Fischer",
+    "Anderson",
+    "Novák",
+    "Singh",
+    "Moore",
+    "Hansen",
+    "Thomas",
+    "Kowalski",
+    "Yang",
+    "Jackson",
+    "Meyer",
+    "White",
+    "Suzuki",
+    "Harris",
+    "Lopez",
+    "Johansson",
+    "Clark",
+    "Weber",
+    "Lewis",
+    "Ivanov",
+    "Walker",
+    "Huang",
+    "Hall",
+    "Costa",
+    "Young",
+    "Nielsen",
+    "Allen",
+    "Becker",
+    "King",
+    "Moreau",
+    "Wright",
+    "Petrov",
+    "Scott",
+    "Hoffmann",
+    "Green",
+    "Zhao",
+    "Baker",
+    "Ricci",
+    "Adams",
+    "Virtanen",
+    "Nelson",
+    "Koch",
+    "Hill",
+    "Sato",
+    "Campbell",
+    "Wolf",
+    "Mitchell",
+    "Popescu",
 )
 PARTICLES = ("van", "van der", "de", "de la", "von")
 FIRST_YEAR, LAST_YEAR = 1950, 2025
@@ -54,7 +153,9 @@ def plain_word(text):
 def people_of(base, source):
     """Names as they are in the real library, and many more, the common ones first."""
     real = [name for item in base for name in item.get("author", []) if "family" in name]
-    people = [{"family": family, "given": source.choice(GIVEN)} for family in FAMILIES for _ in range(4)]
+    people = [
+        {"family": family, "given": source.choice(GIVEN)} for family in FAMILIES for _ in range(4)
+    ]
     for person in source.sample(people, len(people) // 12):
         person["non-dropping-particle"] = source.choice(PARTICLES)
     institutions = [name for item in base for name in item.get("author", []) if "literal" in name]
@@ -64,7 +165,11 @@ def people_of(base, source):
 
 
 def titles_of(base):
-    words = [item["title"].replace(":", "").split() for item in base if len(item.get("title", "").split()) > 3]
+    words = [
+        item["title"].replace(":", "").split()
+        for item in base
+        if len(item.get("title", "").split()) > 3
+    ]
     starts = [title[: len(title) // 2] for title in words]
     ends = [title[len(title) // 2 :] for title in words]
     return starts, ends
@@ -75,7 +180,11 @@ def author_count(source):
 
 
 def make_reference(base, people, titles, source):
-    made = {key: value for key, value in source.choice(base).items() if key not in ("author", "editor", "title-short")}
+    made = {
+        key: value
+        for key, value in source.choice(base).items()
+        if key not in ("author", "editor", "title-short")
+    }
     authors = []
     for _ in range(author_count(source)):
         person = people.pick(source)
@@ -88,9 +197,12 @@ def make_reference(base, people, titles, source):
     made["title"] = " ".join([*source.choice(starts), *source.choice(ends)])
     if made["type"].startswith("article"):
         first = source.randrange(1, 900)
-        made.update(volume=str(source.randrange(1, 120)), issue=str(source.randrange(1, 12)),
-                    page=f"{first}-{first + source.randrange(3, 40)}",
-                    DOI=f"10.{source.randrange(1000, 9999)}/{source.randrange(10**8)}")
+        made.update(
+            volume=str(source.randrange(1, 120)),
+            issue=str(source.randrange(1, 12)),
+            page=f"{first}-{first + source.randrange(3, 40)}",
+            DOI=f"10.{source.randrange(1000, 9999)}/{source.randrange(10**8)}",
+        )
     return made
 
 

@@ -1,4 +1,5 @@
 """Runs korvo, mellel and pandoc, and says how long they took."""
+
 import dataclasses
 import os
 import pathlib
@@ -70,8 +71,12 @@ class Korvo:
 
     def __init__(self, directory, library, settle):
         self.directory = directory
-        self.process = subprocess.Popen([directory / "korvo", "--library", library], stdout=subprocess.PIPE,
-                                        stderr=subprocess.DEVNULL, text=True)
+        self.process = subprocess.Popen(
+            [directory / "korvo", "--library", library],
+            stdout=subprocess.PIPE,
+            stderr=subprocess.DEVNULL,
+            text=True,
+        )
         for line in self.process.stdout:
             if line.strip() == "ready":
                 break
@@ -79,7 +84,9 @@ class Korvo:
             raise Failed("korvo ended before it was ready")
         time.sleep(settle)
         # Its other lines are of no interest, but somebody has to take them.
-        self.reader = subprocess.Popen(["cat"], stdin=self.process.stdout, stdout=subprocess.DEVNULL)
+        self.reader = subprocess.Popen(
+            ["cat"], stdin=self.process.stdout, stdout=subprocess.DEVNULL
+        )
 
     def __enter__(self):
         return self
@@ -98,7 +105,9 @@ class Korvo:
         before = user_seconds(self.process.pid)
         command = [self.directory / "mellel", "scan", document, "--style", style, "-o", output]
         run, printed = run_timed(command, timeout)
-        citations = next((line for line in printed.splitlines() if line.startswith("formatted:")), "")
+        citations = next(
+            (line for line in printed.splitlines() if line.startswith("formatted:")), ""
+        )
         words = citations.split()
         if len(words) < 4 or words[1] != words[3]:
             raise Failed(f"not every citation was formatted: {citations or printed}")
@@ -109,14 +118,26 @@ class Korvo:
 
 
 def import_library(directory, source, target):
-    subprocess.run([directory / "korvo", "import", source, "--into", target], check=True, stdout=subprocess.DEVNULL)
+    subprocess.run(
+        [directory / "korvo", "import", source, "--into", target],
+        check=True,
+        stdout=subprocess.DEVNULL,
+    )
 
 
 def run_pandoc(document, style, library, output, timeout):
-    command = ["pandoc", "--citeproc", f"--csl={STYLES / style}.csl", f"--bibliography={library}", document,
-               f"--output={output}"]
+    command = [
+        "pandoc",
+        "--citeproc",
+        f"--csl={STYLES / style}.csl",
+        f"--bibliography={library}",
+        document,
+        f"--output={output}",
+    ]
     return run_timed(command, timeout)[0]
 
 
 def version(command):
-    return subprocess.run([command, "--version"], check=True, capture_output=True, text=True).stdout.splitlines()[0]
+    return subprocess.run(
+        [command, "--version"], check=True, capture_output=True, text=True
+    ).stdout.splitlines()[0]

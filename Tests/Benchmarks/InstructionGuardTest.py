@@ -1,4 +1,5 @@
 """What the guard of the instruction counts says about counts."""
+
 import contextlib
 import io
 import pathlib
@@ -21,15 +22,19 @@ def wrong_with(recorded, counted):
 class Comparing(unittest.TestCase):
     def test_five_percent_more_pass_and_above_fail(self):
         self.assertEqual(wrong_with({"job": 1000}, {"job": 1050}), [])
-        self.assertEqual(wrong_with({"job": 1000}, {"job": 1060}),
-                         ["job takes 6.0% more instructions: 1,060, recorded 1,000"])
+        self.assertEqual(
+            wrong_with({"job": 1000}, {"job": 1060}),
+            ["job takes 6.0% more instructions: 1,060, recorded 1,000"],
+        )
 
     def test_fewer_pass(self):
         self.assertEqual(wrong_with({"job": 1000}, {"job": 100}), [])
 
     def test_jobs_that_are_only_recorded_or_only_counted_fail(self):
-        self.assertEqual(wrong_with({"old": 1}, {"new": 1}),
-                         ["new is counted, but not recorded", "old is recorded, but is not counted any more"])
+        self.assertEqual(
+            wrong_with({"old": 1}, {"new": 1}),
+            ["new is counted, but not recorded", "old is recorded, but is not counted any more"],
+        )
 
 
 class Reading(unittest.TestCase):
@@ -40,20 +45,32 @@ class Reading(unittest.TestCase):
             return guard.count_in(profile)
 
     def test_the_count_stands_under_the_jobs_name(self):
-        self.assertEqual(self.count_in("desc: Trigger: Client Request: a job\nfn=(1) memcpy\ntotals: 1234\n"), ("a job", 1234))
+        self.assertEqual(
+            self.count_in("desc: Trigger: Client Request: a job\nfn=(1) memcpy\ntotals: 1234\n"),
+            ("a job", 1234),
+        )
 
     def test_what_no_job_left_is_passed_over(self):
         self.assertIsNone(self.count_in("desc: Trigger: Program termination\ntotals: 0\n"))
 
     def test_code_for_better_processors_is_refused(self):
-        for name in ("__memcpy_avx_unaligned_erms", "__strlen_avx2", "__memset_evex_unaligned", "__strchr_sse42",
-                     "__memcpy_ssse3", "__memmove_sse2_unaligned_erms"):
+        for name in (
+            "__memcpy_avx_unaligned_erms",
+            "__strlen_avx2",
+            "__memset_evex_unaligned",
+            "__strchr_sse42",
+            "__memcpy_ssse3",
+            "__memmove_sse2_unaligned_erms",
+        ):
             with self.assertRaisesRegex(guard.Failed, name):
                 self.count_in(f"desc: Trigger: Client Request: a job\nfn=(1) {name}\ntotals: 1\n")
 
     def test_code_for_every_processor_is_not(self):
         self.assertIsNotNone(
-            self.count_in("desc: Trigger: Client Request: a job\nfn=(1) __memcpy_sse2_unaligned\ntotals: 1\n"))
+            self.count_in(
+                "desc: Trigger: Client Request: a job\nfn=(1) __memcpy_sse2_unaligned\ntotals: 1\n"
+            )
+        )
 
 
 if __name__ == "__main__":

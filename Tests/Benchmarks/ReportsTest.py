@@ -1,4 +1,5 @@
 """Reports of measuring programs: what is refused, and how figures are shown."""
+
 import json
 import pathlib
 import sys
@@ -57,12 +58,25 @@ class Aims(unittest.TestCase):
 
 class Figures(unittest.TestCase):
     def test_numbers_have_three_digits_that_count_or_more_before_the_point(self):
-        for value, text in ((0, "0"), (0.012345, "0.0123"), (1.2345, "1.23"), (61.51, "61.5"), (999.6, "1,000"),
-                            (1234567.8, "1,234,568"), (-4.2, "-4.20")):
+        for value, text in (
+            (0, "0"),
+            (0.012345, "0.0123"),
+            (1.2345, "1.23"),
+            (61.51, "61.5"),
+            (999.6, "1,000"),
+            (1234567.8, "1,234,568"),
+            (-4.2, "-4.20"),
+        ):
             self.assertEqual(reports.number(value), text)
 
     def test_sizes_in_bytes_are_told_in_the_largest_unit_that_is_exact(self):
-        for size, text in ((1000, "1,000 bytes"), (1024, "1 KiB"), (1536, "1,536 bytes"), (2**20, "1 MiB"), (2**30, "1 GiB")):
+        for size, text in (
+            (1000, "1,000 bytes"),
+            (1024, "1 KiB"),
+            (1536, "1,536 bytes"),
+            (2**20, "1 MiB"),
+            (2**30, "1 GiB"),
+        ):
             self.assertEqual(reports.size_text({"size": size, "sizeUnit": "bytes"}), text)
 
     def test_columns_without_a_figure_are_left_out(self):

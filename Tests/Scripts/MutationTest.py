@@ -30,7 +30,9 @@ def results(operator, statements):
     """What becomes of the statements of a function."""
     source = in_function(statements)
     start, end = len(in_function("")) - 3, -3
-    return [m.apply(source)[start:end] for m in mutants_of("File.cpp", source) if m.operator == operator]
+    return [
+        m.apply(source)[start:end] for m in mutants_of("File.cpp", source) if m.operator == operator
+    ]
 
 
 class Mutants(unittest.TestCase):
@@ -43,7 +45,9 @@ class Mutants(unittest.TestCase):
         self.assertEqual(results("constant", "g(0x7Fu);"), ["g(0x7eu);", "g(0x80u);"])
         self.assertEqual(results("constant", "g(0);"), ["g(1);"])
         self.assertEqual(results("constant", "g(10'000);"), ["g(10001);", "g(9999);"])
-        self.assertEqual(results("constant", "g(u'a', '\\\\');"), ["g(u'\\x62', '\\\\');", "g(u'a', '\\x5d');"])
+        self.assertEqual(
+            results("constant", "g(u'a', '\\\\');"), ["g(u'\\x62', '\\\\');", "g(u'a', '\\x5d');"]
+        )
         self.assertEqual(results("constant", "g(true, NO);"), ["g(false, NO);", "g(true, YES);"])
 
     def test_arithmetic_is_turned_into_its_inverse(self):
@@ -65,7 +69,10 @@ class Mutants(unittest.TestCase):
     def test_statements_are_deleted_and_declarations_are_not(self):
         self.assertEqual(results("deletion", "int c = a; g(c);"), ["int c = a; ;"])
         self.assertEqual(results("deletion", "[[maybe_unused]] const int c = g(a);"), [])
-        self.assertEqual(results("deletion", "NSString *text = [a b]; [text release];"), ["NSString *text = [a b]; ;"])
+        self.assertEqual(
+            results("deletion", "NSString *text = [a b]; [text release];"),
+            ["NSString *text = [a b]; ;"],
+        )
         self.assertEqual(results("deletion", "for (;;) { break; }"), ["for (;;) { ; }"])
 
     def test_neighbouring_statements_change_places(self):
@@ -74,14 +81,20 @@ class Mutants(unittest.TestCase):
         self.assertEqual(results("order", "g(a); if (b) { h(b); } g(b);"), [])
 
     def test_statements_inside_a_lambda_are_statements(self):
-        self.assertEqual(results("deletion", "each([&](int c) { g(c); });"), [";", "each([&](int c) { ; });"])
+        self.assertEqual(
+            results("deletion", "each([&](int c) { g(c); });"), [";", "each([&](int c) { ; });"]
+        )
 
     def test_methods_of_objective_c_are_bodies(self):
         source = "@implementation Thing (Part)\n\n- (void)run {\n  [self stop];\n}\n\n@end\n"
-        self.assertEqual([str(m) for m in mutants_of("File.mm", source)], ["File.mm:4: [self stop]; → ;"])
+        self.assertEqual(
+            [str(m) for m in mutants_of("File.mm", source)], ["File.mm:4: [self stop]; → ;"]
+        )
 
     def test_comments_strings_directives_and_template_brackets_stay(self):
-        source = '#include <a>\n#define X 1 < 2\n// 1 < 2\n/* 3 + 4 */\n' + in_function('g<int>("1 < 2 \\" && 3");')
+        source = "#include <a>\n#define X 1 < 2\n// 1 < 2\n/* 3 + 4 */\n" + in_function(
+            'g<int>("1 < 2 \\" && 3");'
+        )
         self.assertEqual([m.operator for m in mutants_of("File.cpp", source)], ["deletion"])
 
     def test_no_line_moves_and_no_two_mutants_are_alike(self):
@@ -107,7 +120,9 @@ class Mutants(unittest.TestCase):
         def listed(seed):
             options = ["--list", "--count", "20", "--seed", seed, "Formats/Unicode.cpp"]
             command = [sys.executable, PROJECT / "Scripts/mutate", *options]
-            return subprocess.run(command, check=True, capture_output=True, text=True, cwd=PROJECT).stdout.splitlines()
+            return subprocess.run(
+                command, check=True, capture_output=True, text=True, cwd=PROJECT
+            ).stdout.splitlines()
 
         self.assertEqual(len(listed("7")), 20)
         self.assertEqual(listed("7"), listed("7"))
@@ -136,15 +151,23 @@ class Explanations(unittest.TestCase):
             return read_explanations(path)
 
     def test_one_is_found_by_its_lines_wherever_these_are(self):
-        explanations = self.read("# What this is.\n\nFile.cpp\n- g(a  <  b);\n+ g(a <= b);\nNever equal\nhere.\n")
+        explanations = self.read(
+            "# What this is.\n\nFile.cpp\n- g(a  <  b);\n+ g(a <= b);\nNever equal\nhere.\n"
+        )
         mutants = mutants_of("File.cpp", "\n\n" + in_function("g(a < b);"))
         found = [find_explanation(explanations, mutant) for mutant in mutants]
         self.assertEqual([e.reason for e in found if e], ["Never equal here."])
 
     def test_one_may_be_for_several_mutants_of_a_line(self):
-        mutants = [m for m in mutants_of("File.cpp", in_function("g(a < b);")) if m.operator == "comparison"]
+        mutants = [
+            m
+            for m in mutants_of("File.cpp", in_function("g(a < b);"))
+            if m.operator == "comparison"
+        ]
         several = self.read("File.cpp\n- g(a < b);\n+ g(a <= b);\n+ g(a >= b);\nNever asked.\n")
-        self.assertEqual([find_explanation(several, m).reason for m in mutants], ["Never asked.", "Never asked."])
+        self.assertEqual(
+            [find_explanation(several, m).reason for m in mutants], ["Never asked.", "Never asked."]
+        )
 
     def test_one_may_be_for_a_line_behind_another(self):
         explanations = self.read("File.cpp\n  if (a) {\n- g();\n+ ;\nNever asked.\n")
@@ -193,7 +216,11 @@ int main(int count, char **arguments) {
 
 
 def contents(directory):
-    return {path.relative_to(directory): path.read_bytes() for path in directory.rglob("*") if path.is_file()}
+    return {
+        path.relative_to(directory): path.read_bytes()
+        for path in directory.rglob("*")
+        if path.is_file()
+    }
 
 
 class WorkshopOfMutants(unittest.TestCase):
@@ -234,7 +261,9 @@ class WorkshopOfMutants(unittest.TestCase):
         self.assertEqual(workshop.try_mutant(mutant, ["SmallTest"]), "timed out")
 
     def test_a_mutant_that_waits_for_ever_is_ended(self):
-        source = 'extern "C" int pause();\n' + SUM.replace("if (count == 7) {", "if (count == 7) {\n    pause();")
+        source = 'extern "C" int pause();\n' + SUM.replace(
+            "if (count == 7) {", "if (count == 7) {\n    pause();"
+        )
         (self.project / "Sum.cpp").write_text(source)
         patience, workshops.WAITING_SECONDS = workshops.WAITING_SECONDS, 2
         self.addCleanup(setattr, workshops, "WAITING_SECONDS", patience)
@@ -250,23 +279,35 @@ class WorkshopOfMutants(unittest.TestCase):
     return 1;
   }
   return 0;"""
-        (self.project / "Test.cpp").write_text(TEST.replace("return sum(4) == 10 ? 0 : 1;", now_and_then))
+        (self.project / "Test.cpp").write_text(
+            TEST.replace("return sum(4) == 10 ? 0 : 1;", now_and_then)
+        )
         workshop = Workshop(self.project, Path(self.temporary.name) / "work", Deadline(100))
         workshop.prepare(["SmallTest"], "Sum.cpp")
-        self.assertEqual(workshop.try_mutant(self.mutant("result -= number;"), ["SmallTest"]), "survived")
+        self.assertEqual(
+            workshop.try_mutant(self.mutant("result -= number;"), ["SmallTest"]), "survived"
+        )
 
     def test_time_counts_while_nothing_could_run(self):
-        for command, runs in {"while :; do :; done": True, "while :; do sleep 9; done": False}.items():
+        for command, runs in {
+            "while :; do :; done": True,
+            "while :; do sleep 9; done": False,
+        }.items():
             process = subprocess.Popen(["bash", "-c", command], start_new_session=True)
             try:
                 time.sleep(0.3)
-                self.assertEqual(any(workshops.can_run(process.pid) for _ in range(3)), runs, command)
+                self.assertEqual(
+                    any(workshops.can_run(process.pid) for _ in range(3)), runs, command
+                )
             finally:
                 os.killpg(process.pid, signal.SIGKILL)
                 process.wait()
 
     def test_quick_tests_run_before_the_others(self):
-        self.assertEqual(workshops.quickest_first({"slow": 8, "quick": 0.4, "quicker": 0.2}), ["quicker:quick", "-quicker:quick"])
+        self.assertEqual(
+            workshops.quickest_first({"slow": 8, "quick": 0.4, "quicker": 0.2}),
+            ["quicker:quick", "-quicker:quick"],
+        )
         self.assertEqual(workshops.quickest_first({"one": 1}), ["*"])
 
     def test_a_run_that_is_told_to_end_ends_what_it_started(self):

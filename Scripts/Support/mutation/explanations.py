@@ -35,9 +35,13 @@ def read_explanations(path):
         afters = tuple(squeezed(line[2:]) for line in lines if line.startswith("+ "))
         reason = " ".join(" ".join(lines[2 + len(afters) :]).split())
         if len(lines) < 4 or not lines[1].startswith("- ") or not afters or not reason:
-            raise ValueError(f"{path}: a stanza is a file, a line with -, lines with + and a reason: {lines[0]}")
+            raise ValueError(
+                f"{path}: a stanza is a file, a line with -, lines with + and a reason: {lines[0]}"
+            )
         context = squeezed(contexts[0]) if contexts else ""
-        explanations.append(Explanation(lines[0].strip(), context, squeezed(lines[1][2:]), afters, reason))
+        explanations.append(
+            Explanation(lines[0].strip(), context, squeezed(lines[1][2:]), afters, reason)
+        )
     return explanations
 
 

@@ -29,7 +29,15 @@ ARITHMETIC = {
 }
 # These stand beside their operand, without a blank.
 STEPS = {"++": ["--"], "--": ["++"]}
-BOOLEANS = {"&&": ["||"], "||": ["&&"], "&": ["|"], "|": ["&"], "^": ["|"], "&=": ["|="], "|=": ["&="]}
+BOOLEANS = {
+    "&&": ["||"],
+    "||": ["&&"],
+    "&": ["|"],
+    "|": ["&"],
+    "^": ["|"],
+    "&=": ["|="],
+    "|=": ["&="],
+}
 LITERALS = {"true": "false", "false": "true", "YES": "NO", "NO": "YES"}
 
 DECLARATION = re.compile(
@@ -67,7 +75,9 @@ def mutants_of(file, source):
     """Every mutant of the source, in the order of the lines. No change of theirs moves a line."""
     maker = _Maker(file, source)
     maker.make()
-    return sorted(set(maker.mutants), key=lambda made: (made.start, made.end, made.operator, made.replacement))
+    return sorted(
+        set(maker.mutants), key=lambda made: (made.start, made.end, made.operator, made.replacement)
+    )
 
 
 class _Maker:
@@ -115,7 +125,9 @@ class _Maker:
 
     def _constant(self, token):
         if token.kind == "number":
-            match = re.fullmatch(r"(0[xX][0-9A-Fa-f']+|0[0-7']*|[1-9][0-9']*)([uUlLzZ]*)", token.text)
+            match = re.fullmatch(
+                r"(0[xX][0-9A-Fa-f']+|0[0-7']*|[1-9][0-9']*)([uUlLzZ]*)", token.text
+            )
             if match:
                 digits, suffix = match.groups()
                 plain = digits.replace("'", "")
@@ -143,7 +155,11 @@ class _Maker:
         # Formatted code has blanks around a binary operator, and none around a template's brackets.
         if self.source[token.start - 1] != " " or self.source[token.end] not in " \n":
             return
-        for operator, table in (("comparison", COMPARISONS), ("arithmetic", ARITHMETIC), ("boolean", BOOLEANS)):
+        for operator, table in (
+            ("comparison", COMPARISONS),
+            ("arithmetic", ARITHMETIC),
+            ("boolean", BOOLEANS),
+        ):
             for replacement in table.get(token.text, []):
                 self._add(operator, token.start, token.end, replacement)
 
@@ -159,7 +175,12 @@ class _Maker:
         start, end = self._span(statement)
         text = self.source[start:end]
         value = text.removeprefix("return").strip(" ;\n")
-        if text.startswith("return") and text not in NOTHING_RETURNED and value not in LITERALS and value != "0":
+        if (
+            text.startswith("return")
+            and text not in NOTHING_RETURNED
+            and value not in LITERALS
+            and value != "0"
+        ):
             self._add("return value", start, end, "return {};" + "\n" * text.count("\n"))
 
     def _delete(self, statement):
@@ -172,6 +193,9 @@ class _Maker:
         start, middle = self._span(first)
         following, end = self._span(second)
         one, other = self.source[start:middle], self.source[following:end]
-        if any(DECLARATION.match(text) or LEAVES.match(text) for text in (one, other)) or one == other:
+        if (
+            any(DECLARATION.match(text) or LEAVES.match(text) for text in (one, other))
+            or one == other
+        ):
             return
         self._add("order", start, end, other + self.source[middle:following] + one)

@@ -34,7 +34,12 @@ class Token:
 def tokens_of(source):
     """The tokens that mean something: no blanks, comments or preprocessor lines."""
     return [
-        Token(match.lastgroup if match.lastgroup != "fence" else "string", match.group(), match.start(), match.end())
+        Token(
+            match.lastgroup if match.lastgroup != "fence" else "string",
+            match.group(),
+            match.start(),
+            match.end(),
+        )
         for match in TOKEN.finditer(source)
         if not match.group().isspace() and match.lastgroup not in ("comment", "directive")
     ]
@@ -91,7 +96,9 @@ class Structure:
         has_parameters = "(" in words or words[:1] in (["-"], ["+"])
         if not has_parameters and {"namespace", "class", "struct", "union", "extern"} & set(words):
             return "scope"
-        assigns = any(word == "=" and words[place - 1] != "operator" for place, word in enumerate(words))
+        assigns = any(
+            word == "=" and words[place - 1] != "operator" for place, word in enumerate(words)
+        )
         return "body" if has_parameters and not assigns else "initializer"
 
     def _body(self, index):

@@ -76,7 +76,8 @@ def can_run(session):
             try:
                 # Behind the name in brackets: state, parent, group, session.
                 if int(behind_name(process / "stat")[3]) == session and any(
-                    behind_name(thread / "stat")[0] in "RD" for thread in (process / "task").iterdir()
+                    behind_name(thread / "stat")[0] in "RD"
+                    for thread in (process / "task").iterdir()
                 ):
                     return True
             except (FileNotFoundError, ProcessLookupError):
@@ -107,7 +108,9 @@ def copy_project(project, copy):
         return [
             name
             for name in names
-            if name in (".git", "node_modules", "__pycache__") or name.startswith("build") and Path(directory) == project
+            if name in (".git", "node_modules", "__pycache__")
+            or name.startswith("build")
+            and Path(directory) == project
         ]
 
     wanted = set()
@@ -141,7 +144,9 @@ class Workshop:
         modules = Path("StandIns/Korvo/JavaScript/node_modules")
         if (project / modules).is_dir() and not (self.copy / modules).exists():
             (self.copy / modules).symlink_to(project / modules)
-        self._must(["cmake", "-S", self.copy, "-B", self.build, "-G", "Ninja", *OPTIONS], "configure")
+        self._must(
+            ["cmake", "-S", self.copy, "-B", self.build, "-G", "Ninja", *OPTIONS], "configure"
+        )
         commands = json.loads((self.build / "compile_commands.json").read_text())
         self._commands = {command["file"]: command for command in commands}
 
@@ -204,7 +209,12 @@ class Workshop:
 
     def _end_of_test(self, test, names, seconds):
         """A failure counts if it repeats: it could have been the machine's."""
-        command = [self.build / "bin" / test, "--gtest_brief=1", "--gtest_fail_fast", "--gtest_filter=" + names]
+        command = [
+            self.build / "bin" / test,
+            "--gtest_brief=1",
+            "--gtest_fail_fast",
+            "--gtest_filter=" + names,
+        ]
         end = self._end(command, seconds)
         return self._end(command, seconds) if end == End.BADLY else end
 
@@ -240,7 +250,9 @@ class Workshop:
 
     def _must(self, command, what):
         if not self._succeeds(command):
-            raise WorkshopError(f"the unchanged project fails: {what}; all it said is in {self.build / 'said.log'}")
+            raise WorkshopError(
+                f"the unchanged project fails: {what}; all it said is in {self.build / 'said.log'}"
+            )
 
     def _succeeds(self, command):
         return self._end(command, BUILD_SECONDS) == End.WELL

@@ -153,9 +153,7 @@ export function prepare(request, readLocale, adapt = () => {}) {
 
 export function formatDocument(request, readLocale) {
   const memory = memoryOf(request.style, request.locale);
-  const numbers = new Map(
-    request.items.map((json, index) => [itemId(index), contentNumber(json)]),
-  );
+  const numbers = new Map(request.items.map((json, index) => [itemId(index), contentNumber(json)]));
   const { engine, items } = prepare(request, readLocale, (made) =>
     startRecalling(made, memory, numbers, request.style),
   );

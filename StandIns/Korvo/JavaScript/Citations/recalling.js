@@ -236,18 +236,14 @@ class Recall {
     const knowsDate = this.#memory.sortsByDateLeft;
     const number = this.#reads.number ? this.#numberOf(item.id) : "";
     const key = `s;${area};${this.#numbers.get(item.id)};${number};${this.#standing(item.id)}`;
-    const keys = this.#recall(
-      knowsDate ? `${key};${JSON.stringify(dates)}` : key,
-      [item.id],
-      {
-        print,
-        effects: () => {
-          this.#memory.sortsByDateLeft ||= readsDate();
-          return knowsDate || !readsDate();
-        },
-        restore: () => {},
+    const keys = this.#recall(knowsDate ? `${key};${JSON.stringify(dates)}` : key, [item.id], {
+      print,
+      effects: () => {
+        this.#memory.sortsByDateLeft ||= readsDate();
+        return knowsDate || !readsDate();
       },
-    );
+      restore: () => {},
+    });
     engine[area].keys = [...keys];
     return engine[area].keys;
   }
@@ -316,21 +312,16 @@ class Recall {
     }
     const before = ids.map((id) => this.#standing(id));
     const cites = citation.sortedItems.map(([item, { id: ignored, sortkeys, ...cite }], index) =>
-      [
-        this.#numbers.get(item.id),
-        ids.indexOf(item.id),
-        before[index],
-        JSON.stringify(cite),
-      ].join(";"),
+      [this.#numbers.get(item.id), ids.indexOf(item.id), before[index], JSON.stringify(cite)].join(
+        ";",
+      ),
     );
     const key = ["c", citation.options, ...cites].join("\u0000");
     return this.#recallNumbered(key, ids, {
       print,
       effects: () => ({
         configs: ids.map((id, index) =>
-          this.#standing(id) === before[index]
-            ? undefined
-            : copyOf(registry.registry[id].disambig),
+          this.#standing(id) === before[index] ? undefined : copyOf(registry.registry[id].disambig),
         ),
       }),
       restore: ({ configs }) => {
