@@ -42,6 +42,11 @@ TEST(PidginRTFReader, NumericEscapesAreDroppedWithTheirBlank) {
   EXPECT_EQ(textOfPidginRTF(u"caf\\uc0\\u233 "), u"caf");
 }
 
+TEST(PidginRTFReader, TheCountOfFallbackCharactersIsOneDigitAndTextFollowsIt) {
+  EXPECT_EQ(textOfPidginRTF(u"\\uc1x y"), u"x y");
+  EXPECT_EQ(textOfPidginRTF(u"a\\uc12 b"), u"a2 b");
+}
+
 TEST(PidginRTFReader, HexEscapesAreDroppedWithTheirBlank) {
   EXPECT_EQ(textOfPidginRTF(u"\\'7b x\\'7d "), u"x");
 }

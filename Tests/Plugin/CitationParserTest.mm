@@ -5,8 +5,11 @@
 namespace plugin_test {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using testing::Pair;
 using testing::SizeIs;
 using testing::UnorderedElementsAre;
@@ -116,10 +119,34 @@ TEST_F(CitationParser, AmbiguousTagGivesTheSearchTextItsChance) {
   EXPECT_THAT(host_->notices, IsEmpty());
 }
 
+TEST_F(CitationParser, AmbiguousTagPicksNoReferenceEvenIfTheSearchTextMatchesNone) {
+  host_->matches["TAG"] = {"one", "two"};
+  EXPECT_THAT(optionsOf("Smith#TAG"), UnorderedElementsAre(Pair("SearchString", "Smith")));
+  ASSERT_THAT(host_->notices, SizeIs(1));
+  EXPECT_THAT(host_->notices[0].second, HasSubstr("Citation 1 Smith: No matches were found."));
+}
+
+TEST_F(CitationParser, TagOfNothingButWhiteSpaceIsLookedUpAsAnEmptyOne) {
+  optionsOf("Smith# ");
+  EXPECT_THAT(callsOf({"match"}), ElementsAre("match ", "match Smith"));
+  host_->matches[""] = {"nameless"};
+  EXPECT_EQ(optionsOf("Smith#\t")["Reference"], "nameless");
+}
+
 TEST_F(CitationParser, UnknownTagGivesTheSearchTextItsChance) {
   host_->matches["Smith"] = {"smith"};
   EXPECT_EQ(optionsOf("Smith # TAG ")["Reference"], "smith");
   EXPECT_THAT(callsOf({"match"}), ElementsAre("match TAG", "match Smith"));
+}
+
+// What is set before it is seen to be empty stays set: the host may look at what it has created.
+TEST_F(CitationParser, DiscardedCitationGotWhatItsTextAskedFor) {
+  host_->matches["ABC"] = {"abc"};
+  EXPECT_EQ(citationsIn("!\\see\\#ABC@12"), 0u);
+  ASSERT_EQ([host_->citations count], 1u);
+  EXPECT_THAT(((RecordingCitation *)[host_->citations objectAtIndex:0])->options,
+              UnorderedElementsAre(Pair("PageRange", "12"), Pair("Reference", "abc"),
+                                   Pair("IncludeInBody", "NO"), Pair("InTextAppendString", "see")));
 }
 
 TEST_F(CitationParser, PrependTextNeedsTwoCharactersBehindIt) {
@@ -162,6 +189,14 @@ TEST_F(CitationParser, NumbersRunOnAcrossGroupsAndSkipDiscardedCitations) {
       << text;
 }
 
+TEST_F(CitationParser, CitationFoundByItsTagCountsToo) {
+  host_->matches["TAG"] = {"found"};
+  parse({"Smith#TAG;unknown", "Smith#TAG", "strange"});
+  ASSERT_THAT(host_->notices, SizeIs(1));
+  EXPECT_THAT(host_->notices[0].second,
+              AllOf(HasSubstr("Citation 2 unknown:"), HasSubstr("Citation 4 strange:")));
+}
+
 TEST_F(CitationParser, EachCallCountsFromOne) {
   parse({"a", "b"});
   parse({"c"});
@@ -198,6 +233,16 @@ TEST_F(CitationParser, LibraryMayBeNil) {
   parse({"a#b"});
   EXPECT_THAT(callsOf({"match"}), ElementsAre("match b", "match a"));
   host_->library = original;
+}
+
+// That none is selected is what the notice is there to tell.
+TEST_F(CitationParser, WithoutALibraryTheNoticeIsPostedAllTheSame) {
+  RecordingLibrary *original = host_->library;
+  host_->library = nil;
+  parse({"a"});
+  host_->library = original;
+  ASSERT_THAT(host_->notices, SizeIs(1));
+  EXPECT_THAT(host_->notices[0].second, HasSubstr("Citation 1 a: No matches were found."));
 }
 
 TEST_F(CitationParser, AllResolvedPostsNothing) {
@@ -245,6 +290,16 @@ TEST_F(CitationParser, SummaryOf2499CharactersTakesOneMoreAndOneOf2500None) {
     EXPECT_EQ(host_->notices[0].second.find("Citation 2 second") != std::string::npos,
               length == 2499u);
   }
+}
+
+TEST_F(CitationParser, FullSummaryTakesNoDuplicateNoticeEither) {
+  host_->matches["several"] = {"one", "two"};
+  parse({std::string(2500, 'x'), "several", "nobody"});
+  ASSERT_THAT(host_->notices, SizeIs(1));
+  EXPECT_THAT(host_->notices[0].second, Not(HasSubstr("several")));
+  parse({"several"});
+  ASSERT_THAT(host_->notices, SizeIs(2));
+  EXPECT_THAT(host_->notices[1].second, HasSubstr("Citation 1 several: 2 matches were found."));
 }
 
 TEST_F(CitationParser, OddElementsOfASplitAreNoCitations) {

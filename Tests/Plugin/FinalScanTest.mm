@@ -88,6 +88,13 @@ TEST_F(FinalScan, AnswerIsLaidOutByteByByte) {
   EXPECT_EQ(documentID(), 0x01020304u);
 }
 
+TEST_F(FinalScan, SizeCountsTheStyleNameInUTF8) {
+  [host_ addStyle:"Zeitschrift für 漢字 😀"];
+  deliver("SCNQ", request("Zeitschrift für 漢字 😀", {{"a", ""}}));
+  EXPECT_TRUE(assertions_->errors.empty());
+  EXPECT_EQ(payloadSent(), "\0\0\0\0\0\7\0\0\0\0\0\0\0\0Zeitschrift für 漢字 😀\0\0\0\0\1(a)\0"s);
+}
+
 TEST_F(FinalScan, WithoutBibliographyTheBufferEndsAfterTheLastGroup) {
   deliver("SCNQ", request("APA", {{"a", ""}}));
   EXPECT_EQ(payloadSent(), "\0\0\0\0\0\7\0\0\0\0\0\0\0\0APA\0\0\0\0\1(a)\0"s);

@@ -68,6 +68,13 @@ TEST_F(LiveBibliography, WithoutCitationsOnlyTheFixedFieldsAndTheNameAreSent) {
   EXPECT_EQ(replyTo(request("APA", {}, true)).size(), 18u + 4u + 13u);
 }
 
+TEST_F(LiveBibliography, SizeCountsTheStyleNameInUTF8) {
+  [host_ addStyle:"Zeitschrift für 漢字 😀"];
+  EXPECT_EQ(replyTo(request("Zeitschrift für 漢字 😀", {})),
+            "\0\0\0\0\0\0\0\0\0\0\0\0\0\0Zeitschrift für 漢字 😀\0\0\0\0\0"s);
+  EXPECT_TRUE(assertions_->errors.empty());
+}
+
 TEST_F(LiveBibliography, NoNameOrAnUnknownOneMeansTheDefaultStyleWithAWarning) {
   RecordingStyle *standard = [host_ addStyle:"Standard"];
   host_->standardStyle = standard;

@@ -77,6 +77,11 @@ TEST_F(PreliminaryScan, ComponentsLoseTheirMarkersAndKeepTheirText) {
                                         header + record("a") + record("<b>&") + trailer)));
 }
 
+TEST_F(PreliminaryScan, ComponentsAreLookedUpWithoutTheirMarkers) {
+  deliver("PRSQ", request(1, {{"a;verified b;verified verified ", ""}}));
+  EXPECT_THAT(callsOf({"match"}), ElementsAre("match a", "match b", "match "));
+}
+
 TEST_F(PreliminaryScan, EmptyCitationIsTwoSingleNULs) {
   deliver("PRSQ", request(7, {{"", "second"}}));
   EXPECT_EQ(payloadSent(), "\0\0\0\0\0\7\0\0\0\1\0\0"s);
@@ -111,6 +116,14 @@ TEST_F(PreliminaryScan, CountMismatchThatRaisesCancelsSoThatMellelDoesNotWait) {
   EXPECT_EQ(deliver("PRSQ", payload).status, errAEEventFailed);
   EXPECT_THAT(eventsSent(), ElementsAre("Rmcr"));
   EXPECT_EQ(payloadSent(), "\0\0\0\0\0\11"s);
+}
+
+TEST_F(PreliminaryScan, AnswerThatCannotBeSentIsNotFollowedByACancel) {
+  carrier_.sendResult = std::unexpected(OSStatus{procNotFound});
+  EXPECT_EQ(deliver("PRSQ", request(1, {{"a", ""}})).status, noErr);
+  EXPECT_THAT(eventsSent(), ElementsAre("PRSR"));
+  EXPECT_THAT(carrier_.activated, IsEmpty());
+  EXPECT_THAT(log_->lines(), IsEmpty());
 }
 
 TEST_F(PreliminaryScan, LargeDocumentIDsAreUnsigned) {

@@ -132,6 +132,10 @@ TEST_F(RTFTranslation, ReaderKeepsTextAndDropsFormatting) {
   EXPECT_TRUE(log_->lines().empty());
 }
 
+TEST_F(RTFTranslation, ReaderTakesWhatFollowsTheCountOfFallbackCharactersForText) {
+  EXPECT_EQ(read("\\uc1x y"), "x y");
+}
+
 TEST_F(RTFTranslation, ReaderGivesTheWholeTextTheAttributes) {
   NSDictionary *attributes = [NSDictionary dictionaryWithObject:@"x" forKey:@"role"];
   NSAttributedString *text = [NSAttributedString attributedStringFromRTF:@"{\\b bold} plain"

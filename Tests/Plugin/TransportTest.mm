@@ -6,6 +6,19 @@
 
 #include <algorithm>
 
+@interface NamedWindow : RecordingWindow {
+ @public
+  std::string name;
+}
+@end
+
+@implementation NamedWindow
+- (void)setLevel:(NSInteger)level {
+  plugin_test::logCall("setLevel " + std::to_string(level) + " of " + name);
+  windowLevel = level;
+}
+@end
+
 namespace plugin_test {
 namespace {
 
@@ -206,6 +219,19 @@ TEST_F(AgentTest, OnlyTheHostsOwnWindowsAtTheModalLevelAreBroughtBack) {
     EXPECT_EQ(window->windowLevel, cases[index].levelAfterwards) << index;
   }
   EXPECT_THAT(calls(), ElementsAre("setLevel 0", "setLevel 0"));
+}
+
+TEST_F(AgentTest, StuckWindowsAreBroughtBackInTheOrderOfTheApplication) {
+  for (const char *name : {"first", "second", "third"}) {
+    NamedWindow *window = [[[NamedWindow alloc] init] autorelease];
+    window->name = name;
+    window->windowDelegate = [[[KOMainWindowController alloc] init] autorelease];
+    window->windowLevel = 8;
+    [application_->allWindows addObject:window];
+  }
+  [agent_ makeSureNextWindowIsNotStuck];
+  EXPECT_THAT(calls(),
+              ElementsAre("setLevel 0 of first", "setLevel 0 of second", "setLevel 0 of third"));
 }
 
 TEST_F(AgentTest, WithoutWindowsNothingIsStuck) {
