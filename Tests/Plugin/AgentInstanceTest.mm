@@ -40,7 +40,7 @@ TEST_F(AgentInstance, EndOfAnotherWhileThereIsAnInstanceRemovesTheHandlersAndFor
   KorvoMellelAgent *another = [[agentClass_ alloc] init];
   [another release];
   EXPECT_THAT(calls(), ElementsAre("remove Rmci", "remove FIND", "remove FNDN", "remove IMHR"));
-  EXPECT_NE([agentClass_ defaultInstance], agent_);
+  ASSERT_NE([agentClass_ defaultInstance], agent_);
   [[agentClass_ defaultInstance] release];
   calls().clear();
   [agent_ release];
