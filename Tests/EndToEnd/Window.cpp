@@ -36,15 +36,25 @@ Window::Window(const std::string &title) {
 
 void Window::click(int x, int y) const { clickAndDrag(x, y, 0); }
 
-void Window::clickAndDrag(int x, int y, int down) const {
+Window::Place Window::placeOf(int x, int y) const {
   const std::string geometry =
       run({"xdotool", "getwindowgeometry", "--shell", identifier_}).standardOutput;
-  const int column = valueOf(geometry, "X") + (x < 0 ? valueOf(geometry, "WIDTH") + x : x);
-  const int row = valueOf(geometry, "Y") + (y < 0 ? valueOf(geometry, "HEIGHT") + y : y);
+  return {.column = valueOf(geometry, "X") + (x < 0 ? valueOf(geometry, "WIDTH") + x : x),
+          .row = valueOf(geometry, "Y") + (y < 0 ? valueOf(geometry, "HEIGHT") + y : y)};
+}
+
+void Window::clickAndDrag(int x, int y, int down) const {
+  const auto [column, row] = placeOf(x, y);
   // A button that goes up in the moment it went down is lost on half of all tries.
   run({"xdotool", "mousemove", std::to_string(column), std::to_string(row), "sleep", "0.1",
        "mousedown", "1", "sleep", "0.2", "mousemove", std::to_string(column),
        std::to_string(row + down), "sleep", "0.15", "mouseup", "1"});
+}
+
+void Window::hold(int x, int y) const {
+  const auto [column, row] = placeOf(x, y);
+  run({"xdotool", "mousemove", std::to_string(column), std::to_string(row), "sleep", "0.1",
+       "mousedown", "1", "sleep", "0.3"});
 }
 
 void Window::press(const std::string &key) const {

@@ -16,10 +16,19 @@ class Window {
   void click(int x, int y) const;
   // The same, but the button goes up so many pixels further down: how an item is taken from a menu.
   void clickAndDrag(int x, int y, int down) const;
+  // Presses the button at such a place and leaves it down.
+  void hold(int x, int y) const;
   // Types keys by their X names ("Return"); the window gets the keyboard first.
   void press(const std::string &key) const;
 
  private:
+  // On the display, of a place within the window.
+  struct Place {
+    int column;
+    int row;
+  };
+  Place placeOf(int x, int y) const;
+
   std::string identifier_;
 };
 

@@ -135,7 +135,9 @@ std::filesystem::path plugInBeside(const std::filesystem::path &program) {
 }  // namespace
 
 int runHost(const RunHost &run, const std::filesystem::path &program) {
-  [KOTerminationSignals block];
+  if (![KOTerminationSignals watch]) {
+    return fail("signals cannot be received", EXIT_FAILURE);
+  }
   const auto libraries = openLibraries(run.libraries);
   if (!libraries) {
     return fail(libraries.error(), EXIT_FAILURE);

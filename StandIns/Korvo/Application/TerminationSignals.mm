@@ -1,21 +1,57 @@
 #import "TerminationSignals.h"
 
 #import <Cocoa/Cocoa.h>
-#include <sys/signalfd.h>
+#include <sys/eventfd.h>
+#include <time.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdint>
-#include <iterator>
+#include <cstdlib>
 
 namespace {
 
-sigset_t terminationSignals() {
-  sigset_t signals;
-  sigemptyset(&signals);
-  sigaddset(&signals, SIGTERM);
-  sigaddset(&signals, SIGINT);
-  return signals;
+// For the run loop to end everything by itself: together with the signal's own way less than a
+// second.
+constexpr timespec grace{.tv_sec = 0, .tv_nsec = 900'000'000};
+
+constexpr int terminationSignals[] = {SIGTERM, SIGINT};
+constexpr int endOfGrace = SIGALRM;
+
+// For the handlers, which can reach nothing else. Written before they are installed.
+int arrivals = -1;
+timer_t graceTimer{};
+
+// Handlers: only calls that POSIX allows there, and errno as it was.
+void signalArrived(int /*signal*/) {
+  const int error = errno;
+  const std::uint64_t one = 1;
+  [[maybe_unused]] const ssize_t written = write(arrivals, &one, sizeof one);
+  const itimerspec once{.it_interval = {}, .it_value = grace};
+  timer_settime(graceTimer, 0, &once, nullptr);
+  errno = error;
+}
+
+void graceEnded(int /*signal*/) { _exit(EXIT_SUCCESS); }
+
+bool install(int signal, void (*handler)(int)) {
+  struct sigaction action{};
+  action.sa_handler = handler;
+  action.sa_flags = SA_RESTART;
+  return sigaction(signal, &action, nullptr) == 0;
+}
+
+bool installAll() {
+  if (!install(endOfGrace, graceEnded)) {
+    return false;
+  }
+  for (const int signal : terminationSignals) {
+    if (!install(signal, signalArrived)) {
+      return false;
+    }
+  }
+  return true;
 }
 
 NSString *const watchedModes[] = {NSDefaultRunLoopMode, NSModalPanelRunLoopMode,
@@ -29,9 +65,12 @@ void *asEventData(int descriptor) {
 
 @implementation KOTerminationSignals
 
-+ (void)block {
-  const sigset_t signals = terminationSignals();
-  sigprocmask(SIG_BLOCK, &signals, nullptr);
++ (BOOL)watch {
+  arrivals = eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
+  sigevent expiry{};
+  expiry.sigev_notify = SIGEV_SIGNAL;
+  expiry.sigev_signo = endOfGrace;
+  return arrivals >= 0 && timer_create(CLOCK_MONOTONIC, &expiry, &graceTimer) == 0 && installAll();
 }
 
 - (id)initWithTarget:(id)target action:(SEL)action {
@@ -41,14 +80,13 @@ void *asEventData(int descriptor) {
   }
   target_ = target;
   action_ = action;
-  const sigset_t signals = terminationSignals();
-  descriptor_ = signalfd(-1, &signals, SFD_NONBLOCK | SFD_CLOEXEC);
-  if (descriptor_ < 0) {
+  // What is started together with the application puts handlers of its own in their place.
+  if (!installAll()) {
     [self release];
     return nil;
   }
   for (NSString *mode : watchedModes) {
-    [[NSRunLoop currentRunLoop] addEvent:asEventData(descriptor_)
+    [[NSRunLoop currentRunLoop] addEvent:asEventData(arrivals)
                                     type:ET_RDESC
                                  watcher:(id<RunLoopEvents>)self
                                  forMode:mode];
@@ -57,14 +95,11 @@ void *asEventData(int descriptor) {
 }
 
 - (void)dealloc {
-  if (descriptor_ >= 0) {
-    for (NSString *mode : watchedModes) {
-      [[NSRunLoop currentRunLoop] removeEvent:asEventData(descriptor_)
-                                         type:ET_RDESC
-                                      forMode:mode
-                                          all:YES];
-    }
-    close(descriptor_);
+  for (NSString *mode : watchedModes) {
+    [[NSRunLoop currentRunLoop] removeEvent:asEventData(arrivals)
+                                       type:ET_RDESC
+                                    forMode:mode
+                                        all:YES];
   }
   [super dealloc];
 }
@@ -77,8 +112,8 @@ void *asEventData(int descriptor) {
   (void)type;
   (void)extra;
   (void)mode;
-  signalfd_siginfo received;
-  if (read(descriptor_, &received, sizeof received) == static_cast<ssize_t>(sizeof received)) {
+  std::uint64_t count = 0;
+  if (read(arrivals, &count, sizeof count) == static_cast<ssize_t>(sizeof count)) {
     [target_ performSelector:action_];
   }
 }
