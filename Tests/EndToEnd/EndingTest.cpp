@@ -40,7 +40,7 @@ TEST_P(Ending, WhileALibraryIsReadFromAPipeThatNobodyFills) {
 // Many citations of one document, each of them another one: some seconds of work.
 TEST_P(Ending, WhileADocumentIsFormatted) {
   std::string citations;
-  for (int number = 0; number < 20'000; ++number) {
+  for (int number = 0; number < 60'000; ++number) {
     citations += "\\{Hoare 1969@" + std::to_string(number) + "\\} ";
   }
   const std::filesystem::path draft = folder_.path() / "long.rtf";
