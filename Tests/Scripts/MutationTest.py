@@ -129,6 +129,25 @@ class Mutants(unittest.TestCase):
         self.assertNotEqual(listed("7"), listed("8"))
 
 
+class Places(unittest.TestCase):
+    def test_a_place_that_is_none_is_refused_in_one_line(self):
+        for place, complaint in {
+            "Formats/Nowhere.cpp": "there is no such file",
+            "Formats": "not a source",
+            "Formats/CMakeLists.txt": "not a source",
+            "README.md": "not a source",
+            "/dev/null": "not a source",
+            "Formats/Unicode.cpp:": "not a line of the file",
+            "Formats/Unicode.cpp:x": "not a line of the file",
+            "Formats/Unicode.cpp:0": "not a line of the file",
+            "Formats/Unicode.cpp:99999": "not a line of the file",
+        }.items():
+            command = [sys.executable, PROJECT / "Scripts/mutate", "--list", place]
+            run = subprocess.run(command, check=False, capture_output=True, text=True, cwd=PROJECT)
+            self.assertEqual((run.returncode, run.stdout), (2, ""), place)
+            self.assertRegex(run.stderr, rf"\Amutate: {place}: .*{complaint}.*\n\Z")
+
+
 class RunOverFiles(unittest.TestCase):
     def test_every_file_is_taken_once_whatever_folder_a_worker_would_rather_have(self):
         loader = importlib.machinery.SourceFileLoader("mutate", str(PROJECT / "Scripts" / "mutate"))
