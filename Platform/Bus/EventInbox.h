@@ -3,7 +3,7 @@
 // An event waits while another one's handler runs, and a handler may sit in a dialog for hours. So
 // the inbox is bounded: by bytes, because one document's payload can weigh as much as a million
 // small events. What costs more than bytes is counted as bytes: each event and each parameter a
-// little, each memory file at least a mebibyte, since a process has few descriptors.
+// little, each memory file at least a mebibyte, since each is a mapping of its own.
 #pragma once
 
 #include "BusHandles.h"
@@ -21,7 +21,7 @@ inline constexpr std::size_t largestInboxSize = std::size_t{256} * 1024 * 1024;
 
 struct WaitingEvent {
   IncomingEvent event;
-  // What to answer to.
+  // What to answer to: the message, or its return address.
   Message request;
 };
 

@@ -13,8 +13,11 @@
 
 #include <cerrno>
 #include <chrono>
+#include <cstddef>
+#include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace platform {
 namespace {
@@ -45,6 +48,47 @@ class Raised {
  private:
   bool &flag_;
 };
+
+// A message that can be answered, and logged, like the request, and holds nothing of it. A message
+// keeps every descriptor that came with it until it goes away, also those that its body never
+// names, and sd-bus tells neither their numbers nor how many they are.
+Message returnAddressOf(const Message &request) {
+  sd_bus_message *message = nullptr;
+  std::uint64_t cookie = 0;
+  if (sd_bus_message_new_method_call(sd_bus_message_get_bus(request.get()), &message,
+                                     sd_bus_message_get_destination(request.get()), objectPath,
+                                     interfaceName, "Send") < 0) {
+    return nullptr;
+  }
+  Message address = adoptMessage(message);
+  const bool isComplete =
+      sd_bus_message_get_cookie(request.get(), &cookie) >= 0 &&
+      sd_bus_message_set_sender(message, sd_bus_message_get_sender(request.get())) >= 0 &&
+      sd_bus_message_set_expect_reply(message, sd_bus_message_get_expect_reply(request.get())) >=
+          0 &&
+      sd_bus_message_seal(message, cookie, 0) >= 0;
+  return isComplete ? address : nullptr;
+}
+
+// Takes out of the request what is needed of it, so that it can go away. False, or std::bad_alloc,
+// without memory.
+bool detach(WaitingEvent &waiting) {
+  for (Parameter &parameter : waiting.event.parameters) {
+    if (parameter.data.memoryFile() != nullptr) {
+      continue;
+    }
+    // On the heap whatever its size: a memory file would be a descriptor again.
+    const auto bytes = parameter.data.view();
+    const auto copy = std::make_shared<const std::vector<std::byte>>(bytes.begin(), bytes.end());
+    parameter.data = SharedBytes(*copy, copy);
+  }
+  Message address = returnAddressOf(waiting.request);
+  if (address == nullptr) {
+    return false;
+  }
+  waiting.request = std::move(address);
+  return true;
+}
 
 bool wantsReply(const Message &request) {
   return sd_bus_message_get_expect_reply(request.get()) > 0;
@@ -165,7 +209,10 @@ OSStatus EventReceiver::receive(const Message &request) {
   }
   event.parameters = *std::move(parameters);
   event.wantsReply = wantsReply(request);
-  if (!inbox_.put({std::move(event), request})) {
+  WaitingEvent waiting{std::move(event), request};
+  // One that waits behind others, or behind a dialog, may wait for hours.
+  const bool mustWait = isDispatching_ || !inbox_.isEmpty();
+  if ((mustWait && !detach(waiting)) || !inbox_.put(std::move(waiting))) {
     return memFullErr;
   }
   dispatchLater();
