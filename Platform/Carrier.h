@@ -29,8 +29,8 @@ class Carrier {
   // The running processes that have an application signature, always in the same order.
   virtual std::expected<std::vector<Process>, OSStatus> processes() = 0;
 
-  // The same without the pains to miss none that has come this very moment. Who does not find what
-  // it looks for here asks again above.
+  // The same from what is remembered: quicker, but a process that has just come may be missing. Who
+  // does not find there what it looks for asks processes().
   virtual std::expected<std::vector<Process>, OSStatus> processesRemembered() {
     return processes();
   }
