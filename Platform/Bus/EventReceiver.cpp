@@ -307,8 +307,7 @@ void EventReceiver::refuse(const Message &request, OSStatus status) {
     return;
   }
   const char *sender = sd_bus_message_get_sender(request.get());
-  logLine("An event from " + std::string(sender == nullptr ? "an unknown process" : sender) +
-          " was refused with status " + std::to_string(status) + ": " + inWords(status));
+  refusals_.refused(sender == nullptr ? "an unknown process" : sender, status);
 }
 
 }  // namespace platform

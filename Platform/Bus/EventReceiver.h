@@ -9,6 +9,7 @@
 
 #include "BusConnection.h"
 #include "EventInbox.h"
+#include "RefusalLog.h"
 
 #include <functional>
 
@@ -52,6 +53,7 @@ class EventReceiver final : private BusClient {
   std::function<void()> onActivate_;
   Slot object_;
   EventInbox inbox_;
+  RefusalLog refusals_;
   bool isDispatching_ = false;
   bool willDispatch_ = false;
   // Since the heap was released.
