@@ -9,6 +9,8 @@
 
 namespace formats {
 
+// The host's application signature: who owns it gets the requests.
+inline constexpr FourCharacterCode korvoSignature = fourCharacterCode("KRVO");
 // Mellel's application signature, and the class of every event but the insertion.
 inline constexpr FourCharacterCode mellelSignature = fourCharacterCode("mLeL");
 inline constexpr FourCharacterCode insertionEventClass = fourCharacterCode("BERB");

@@ -8,6 +8,7 @@ using namespace formats;
 
 TEST(EventTable, FourCharacterCodesHoldTheFirstCharacterInTheHighestByte) {
   static_assert(fourCharacterCode("mLeL") == 0x6D4C654C);
+  EXPECT_EQ(korvoSignature, 0x4B52564Fu);
   EXPECT_EQ(mellelSignature, 0x6D4C654Cu);
   EXPECT_EQ(insertionEventClass, 0x42455242u);
   EXPECT_EQ(directObjectKeyword, 0x2D2D2D2Du);

@@ -6,8 +6,7 @@
 namespace load_test {
 
 using formats::fourCharacterCode;
-
-inline constexpr formats::FourCharacterCode hostSignature = fourCharacterCode("KRVO");
+using formats::korvoSignature;
 
 inline constexpr formats::FourCharacterCode loadClass = fourCharacterCode("LOAD");
 // To the host: answers with the bytes that are allocated there now, as digits.

@@ -77,7 +77,7 @@ int main() {
   [handler serve:load_test::holdEvent by:@selector(hold:reply:)];
   [handler serve:load_test::leakEvent by:@selector(leak:reply:)];
   const OSStatus status =
-      platform::startReceivingAppleEvents(load_test::hostSignature, [] { isHeld = false; });
+      platform::startReceivingAppleEvents(formats::korvoSignature, [] { isHeld = false; });
   std::printf("%d\n", static_cast<int>(status));
   std::fflush(stdout);
   if (agent == Nil || status != noErr) {

@@ -25,11 +25,11 @@ bool isAnswered(std::uint32_t number) {
   const formats::CitationPair citation{text, ""};
   switch (kindOf(number)) {
     case Kind::preliminaryScan:
-      return sendOneWay(hostSignature, formats::mellelSignature, formats::request::preliminaryScan,
+      return sendOneWay(korvoSignature, formats::mellelSignature, formats::request::preliminaryScan,
                         formats::encodePreliminaryScanRequest(number, {&citation, 1})) == noErr;
     case Kind::handshake: {
       const auto payload = formats::encodeHandshake({});
-      return sendAndWait(hostSignature, formats::mellelSignature, formats::request::handshake,
+      return sendAndWait(korvoSignature, formats::mellelSignature, formats::request::handshake,
                          {payload.data(), payload.size()}, replyTimeOut)
                  .status == noErr;
     }
@@ -37,7 +37,7 @@ bool isAnswered(std::uint32_t number) {
       break;
   }
   const Outcome outcome =
-      sendAndWait(hostSignature, formats::mellelSignature, formats::request::liveBibliography,
+      sendAndWait(korvoSignature, formats::mellelSignature, formats::request::liveBibliography,
                   formats::encodeLiveBibliographyRequest(number, false, styleName, {&citation, 1}),
                   replyTimeOut);
   const std::string payload = outcome.reply.value_or("");

@@ -149,7 +149,7 @@ class Load {
     for (const std::string &text : texts) {
       citations.push_back({text, ""});
     }
-    check(sendOneWay(hostSignature, formats::mellelSignature, formats::request::finalScan,
+    check(sendOneWay(korvoSignature, formats::mellelSignature, formats::request::finalScan,
                      formats::encodeFinalScanRequest(plan_.citations, false, styleName,
                                                      citations)) == noErr,
           "the final scan could not be sent");
@@ -210,7 +210,7 @@ class Load {
   // Once the host has given back what it does not need.
   Memory memory() {
     runUntil([] { return false; }, std::chrono::milliseconds(1500));
-    const Outcome live = sendAndWait(hostSignature, loadClass, liveBytesEvent, "", replyTimeOut);
+    const Outcome live = sendAndWait(korvoSignature, loadClass, liveBytesEvent, "", replyTimeOut);
     check(live.status == noErr, "the host does not tell its memory");
     return {std::strtoul(live.reply.value_or("").c_str(), nullptr, 10),
             memoryOf(receiver_.number())};
@@ -230,7 +230,7 @@ class Load {
     const std::uint32_t sent = plan_.floodOfEach * senderCount;
     const auto room =
         static_cast<std::uint32_t>(platform::largestInboxSize / (eventOverhead + plan_.floodBytes));
-    check(sendOneWay(hostSignature, loadClass, holdEvent, "3600") == noErr, "no hold");
+    check(sendOneWay(korvoSignature, loadClass, holdEvent, "3600") == noErr, "no hold");
     done_.clear();
     std::vector<std::unique_ptr<ChildProcess>> senders;
     for (std::uint32_t sender = 0; sender < senderCount; ++sender) {
@@ -242,7 +242,7 @@ class Load {
     const MemoryFigures atBound = memoryOf(receiver_.number());
     done_.clear();
     // Ends the hold.
-    const ProcessSerialNumber host{static_cast<UInt32>(receiver_.number()), hostSignature};
+    const ProcessSerialNumber host{static_cast<UInt32>(receiver_.number()), korvoSignature};
     check(SetFrontProcess(&host) == noErr, "the hold could not be ended");
     check(runUntil([&] { return done_.size() == senderCount; }, patience), "a flood never ended");
     const Memory after = memory();

@@ -85,13 +85,13 @@ class Soak {
     while ((Clock::now() < end || requests_ < fewest) && wrong_ == 0) {
       ask(conversation_.next());
       if (plan_.leak > 0) {
-        sendAndWait(hostSignature, loadClass, leakEvent, std::to_string(plan_.leak), replyTimeOut);
+        sendAndWait(korvoSignature, loadClass, leakEvent, std::to_string(plan_.leak), replyTimeOut);
       }
     }
   }
 
   void ask(const Request &request) {
-    const Outcome outcome = sendAndWait(hostSignature, formats::mellelSignature, request.eventID,
+    const Outcome outcome = sendAndWait(korvoSignature, formats::mellelSignature, request.eventID,
                                         request.payload, replyTimeOut);
     ++requests_;
     ++kinds_[request.name];
@@ -115,8 +115,9 @@ class Soak {
 
   // Asked twice: the answer to the first frees what the last request left behind.
   long liveBytes() {
-    sendAndWait(hostSignature, loadClass, liveBytesEvent, "", replyTimeOut);
-    const Outcome outcome = sendAndWait(hostSignature, loadClass, liveBytesEvent, "", replyTimeOut);
+    sendAndWait(korvoSignature, loadClass, liveBytesEvent, "", replyTimeOut);
+    const Outcome outcome =
+        sendAndWait(korvoSignature, loadClass, liveBytesEvent, "", replyTimeOut);
     if (outcome.status != noErr) {
       ++wrong_;
       std::printf("FAILED: the host does not answer any more: status %d\n",

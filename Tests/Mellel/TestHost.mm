@@ -24,8 +24,6 @@
 
 namespace {
 
-constexpr formats::FourCharacterCode hostSignature = formats::fourCharacterCode("KRVO");
-
 std::string scenario;
 
 bool isScenario(std::string_view name) { return scenario == name; }
@@ -286,7 +284,7 @@ int main(int argc, char *argv[]) {
   scenario = argc > 1 ? argv[1] : "";
   TestHost *const host = [[[TestHost alloc] init] autorelease];
   [host serveAll];
-  const OSStatus status = platform::startReceivingAppleEvents(hostSignature, [] {});
+  const OSStatus status = platform::startReceivingAppleEvents(formats::korvoSignature, [] {});
   tell(status == noErr ? "ready" : "status " + std::to_string(status));
   if (status != noErr) {
     return 1;

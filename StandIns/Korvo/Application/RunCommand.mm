@@ -10,6 +10,7 @@
 #import "PlugInLoader.h"
 #import "TerminationSignals.h"
 
+#include <Formats/EventTable.h>
 #include <Platform/AppleEventsProcess.h>
 #import <StandIns/Korvo/Adapter/Owned.h>
 #import <StandIns/Korvo/Adapter/TextBridge.h>
@@ -27,7 +28,6 @@ namespace {
 using adapter::Owned;
 
 constexpr int badArgument = 2;
-constexpr FourCharCode hostSignature = 0x4B52564F;  // 'KRVO'
 
 int fail(const std::string &line, int status) {
   complain(line);
@@ -164,8 +164,8 @@ int runHost(const RunHost &run, const std::filesystem::path &program) {
   [controller.get() showLibrary:nil];
 
   KOApplicationController *interface = controller.get();
-  const OSStatus claimed =
-      platform::startReceivingAppleEvents(hostSignature, [interface] { [interface comeToFront]; });
+  const OSStatus claimed = platform::startReceivingAppleEvents(
+      formats::korvoSignature, [interface] { [interface comeToFront]; });
   if (claimed != noErr) {
     return fail(claimFailure(claimed), EXIT_FAILURE);
   }

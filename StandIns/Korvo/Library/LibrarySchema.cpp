@@ -8,6 +8,8 @@
 // sorted on demand, which takes a fraction of a second for the largest libraries.
 #include "LibrarySchema.h"
 
+#include <Formats/EventTable.h>
+
 #include <cstdint>
 #include <string>
 #include <tuple>
@@ -16,7 +18,8 @@
 namespace korvo::library {
 namespace {
 
-constexpr std::int64_t applicationIdentifier = 0x4B52564F;  // 'KRVO', in the file's header
+// In the file's header.
+constexpr std::int64_t applicationIdentifier = formats::korvoSignature;
 constexpr std::int64_t schemaVersion = 1;
 
 constexpr const char *schema = R"(

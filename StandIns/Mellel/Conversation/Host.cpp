@@ -77,7 +77,8 @@ std::optional<std::string> directObjectOf(const AppleEvent &event) {
 
 OSStatus makeEvent(const Request &request, OwnedDescriptor &event) {
   OwnedDescriptor target;
-  OSStatus status = AECreateDesc(typeApplSignature, &hostSignature, sizeof hostSignature, &target);
+  OSStatus status = AECreateDesc(typeApplSignature, &formats::korvoSignature,
+                                 sizeof formats::korvoSignature, &target);
   if (status == noErr) {
     status = AECreateAppleEvent(formats::mellelSignature, request.eventID, &target,
                                 kAutoGenerateReturnID, kAnyTransactionID, &event);
@@ -133,8 +134,9 @@ class Host::State {
     documentID_ = request.documentID;
     answer_.reset();
     wasCancelled_ = wasActivated_ = hostHasEnded_ = false;
-    const platform::ProcessWatch watch(
-        hostSignature, [this](bool isRunning) { hostHasEnded_ = hostHasEnded_ || !isRunning; });
+    const platform::ProcessWatch watch(formats::korvoSignature, [this](bool isRunning) {
+      hostHasEnded_ = hostHasEnded_ || !isRunning;
+    });
     progress_.begin(request.step);
     OwnedDescriptor event;
     OSStatus status = makeEvent(request, event);

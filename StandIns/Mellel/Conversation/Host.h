@@ -20,8 +20,6 @@
 
 namespace mellel::conversation {
 
-inline constexpr formats::FourCharacterCode hostSignature = formats::fourCharacterCode("KRVO");
-
 struct Request {
   formats::FourCharacterCode eventID = 0;
   // Without one the event has no direct object.
