@@ -154,6 +154,27 @@ std::u16string decodeUTF8(std::string_view bytes) {
   return text;
 }
 
+char32_t decodeUTF8Character(std::string_view sequence) {
+  if (sequence.empty()) {
+    return replacementCharacter;
+  }
+  std::size_t position = 0;
+  const char32_t character = isAboveASCII(sequence.front())
+                                 ? decodeSequence(sequence, position)
+                                 : static_cast<char32_t>(sequence[position++]);
+  return position == sequence.size() ? character : replacementCharacter;
+}
+
+void appendUTF8(std::string &text, char32_t character) {
+  const bool isSurrogate = character >= 0xD800 && character <= 0xDFFF;
+  char bytes[4];
+  const std::size_t length =
+      storeUTF8(character > 0x10FFFF || isSurrogate ? replacementCharacter : character, bytes);
+  text.append(bytes, length);
+}
+
+bool isASCII(std::string_view text) { return findFirst(text, 0, isAboveASCII) == text.size(); }
+
 std::size_t encodeUTF8(std::u16string_view text, std::span<char> buffer) {
   const std::size_t needed = lengthInUTF8(text);
   if (needed <= buffer.size()) {

@@ -16,6 +16,14 @@ namespace formats {
 std::u16string decodeUTF8(std::string_view bytes);
 std::string encodeUTF8(std::u16string_view text);
 
+// The character of a sequence; U+FFFD if the bytes are not exactly one character.
+char32_t decodeUTF8Character(std::string_view sequence);
+
+// Appends one character; U+FFFD for what is no Unicode scalar value.
+void appendUTF8(std::string &text, char32_t character);
+
+bool isASCII(std::string_view text);
+
 // Fills the buffer with as many bytes of the encoded text as fit, if need be with a
 // part of a character's bytes at its end. Returns the bytes that the whole text needs.
 std::size_t encodeUTF8(std::u16string_view text, std::span<char> buffer);

@@ -11,8 +11,11 @@
 
 namespace {
 
+using formats::appendUTF8;
 using formats::decodeUTF8;
+using formats::decodeUTF8Character;
 using formats::encodeUTF8;
+using formats::isASCII;
 using formats::lengthInUTF8;
 
 TEST(Unicode, WellFormedTextsOfEveryLengthAreConvertedBothWays) {
@@ -128,6 +131,37 @@ TEST(Unicode, EncodesEveryFiveBoundaryUnitsAsTheReference) {
     ASSERT_EQ(bytes, reference::encodeUTF8(text));
     ASSERT_EQ(bytes.size(), lengthInUTF8(text));
   });
+}
+
+TEST(Unicode, ACharacterThatIsNoScalarValueIsAppendedAsTheReplacementCharacter) {
+  std::string text;
+  appendUTF8(text, 0xD800);
+  appendUTF8(text, 0xDFFF);
+  appendUTF8(text, 0x110000);
+  appendUTF8(text, U'a');
+  appendUTF8(text, U'é');
+  appendUTF8(text, U'😀');
+  EXPECT_EQ(text,
+            "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD"
+            "aé😀");
+}
+
+TEST(Unicode, BytesThatAreNotExactlyOneCharacterAreTheReplacementCharacter) {
+  for (const char32_t character : {U'a', U'\x7F', U'\x80', U'é', U'\xFFFD', U'😀', U'\x10FFFF'}) {
+    std::string bytes;
+    appendUTF8(bytes, character);
+    EXPECT_EQ(decodeUTF8Character(bytes), character);
+    EXPECT_EQ(decodeUTF8Character(bytes + "a"), U'\xFFFD');
+    EXPECT_EQ(decodeUTF8Character(bytes.substr(1)), U'\xFFFD');
+  }
+  EXPECT_EQ(decodeUTF8Character("\xED\xA0\x80"), U'\xFFFD');
+  EXPECT_EQ(decodeUTF8Character("\xF4\x90\x80\x80"), U'\xFFFD');
+}
+
+TEST(Unicode, ASCIIEndsAt7F) {
+  EXPECT_TRUE(isASCII(""));
+  EXPECT_TRUE(isASCII("a\x7F and more than a block of them"));
+  EXPECT_FALSE(isASCII("more than a block of them, and then \x80"));
 }
 
 }  // namespace

@@ -64,13 +64,5 @@ TEST(CodePage, FontsTellTheirCodePageByCharacterSet) {
   EXPECT_EQ(codePageOfCharacterSet(1), 0);
 }
 
-TEST(CodePage, WhatIsNoScalarValueIsWrittenAsTheReplacementCharacter) {
-  std::string text;
-  appendUTF8(text, 0xD800);
-  appendUTF8(text, 0x110000);
-  appendUTF8(text, U'é');
-  EXPECT_EQ(text, "\xEF\xBF\xBD\xEF\xBF\xBD\xC3\xA9");
-}
-
 }  // namespace
 }  // namespace mellel::rtf

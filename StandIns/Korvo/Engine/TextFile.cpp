@@ -1,9 +1,11 @@
 #include "TextFile.h"
 
 #include <Formats/Unicode.h>
+#include <Formats/Windows1252.h>
 
 #include <array>
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -12,19 +14,11 @@ namespace korvo::engine {
 
 namespace {
 
-// 0x80 to 0x9F; what Windows-1252 leaves undefined are the controls of Latin-1.
-constexpr std::array<char16_t, 32> windows1252 = {
-    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
-
 std::u16string decodeWindows1252(std::string_view bytes) {
   std::u16string text;
   text.reserve(bytes.size());
   for (const char byte : bytes) {
-    const auto value = static_cast<unsigned char>(byte);
-    text +=
-        value >= 0x80 && value < 0xA0 ? windows1252[value - 0x80u] : static_cast<char16_t>(value);
+    text += formats::characterOfWindows1252(static_cast<std::uint8_t>(byte));
   }
   return text;
 }

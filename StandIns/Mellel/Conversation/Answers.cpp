@@ -7,7 +7,6 @@
 #include <Formats/ScanReply.h>
 #include <Formats/Unicode.h>
 #include <Formats/VerifiedMarker.h>
-#include <StandIns/Mellel/RTF/Escape.h>
 #include <StandIns/Mellel/RTF/PlainText.h>
 
 #include <algorithm>
@@ -18,7 +17,6 @@ namespace mellel::conversation {
 
 using rtf::Citation;
 using rtf::FormattedText;
-using rtf::isASCII;
 using rtf::isBlankText;
 using rtf::plainText;
 using rtf::readBibliography;
@@ -28,7 +26,8 @@ namespace {
 
 // What is no UTF-8 becomes U+FFFD: it would swallow the characters that follow it.
 std::string wellFormed(std::string_view text) {
-  return isASCII(text) ? std::string(text) : formats::encodeUTF8(formats::decodeUTF8(text));
+  return formats::isASCII(text) ? std::string(text)
+                                : formats::encodeUTF8(formats::decodeUTF8(text));
 }
 
 std::string countOf(std::size_t count, std::string_view things) {

@@ -1,5 +1,8 @@
 #include "CodePage.h"
 
+#include <Formats/Unicode.h>
+#include <Formats/Windows1252.h>
+
 #include <iconv.h>
 
 #include <algorithm>
@@ -12,13 +15,6 @@ namespace {
 constexpr char32_t replacementCharacter = 0xFFFD;
 constexpr int westernCodePage = 1252;
 constexpr int utf8CodePage = 65001;
-
-// windows-1252 from 0x80 to 0x9F; from 0xA0 on it is Latin-1. The five bytes that it leaves
-// undefined are the control characters of the same number.
-constexpr std::array<char16_t, 32> western80To9F = {
-    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
 // An open conversion to UTF-32 in this machine's byte order.
 class Conversion {
@@ -107,28 +103,14 @@ class UTF8CodePage final : public CodePage {
     return first >= 0xF0 && first <= 0xF4 ? 4 : 1;
   }
   char32_t decode(std::string_view sequence) const override {
-    const auto first = static_cast<std::uint8_t>(sequence.front());
-    if (sequence.size() == 1) {
-      return first < 128 ? first : replacementCharacter;
-    }
-    char32_t character = first & (0x7FU >> sequence.size());
-    for (const char next : sequence.substr(1)) {
-      const auto byte = static_cast<std::uint8_t>(next);
-      if ((byte & 0xC0U) != 0x80) {
-        return replacementCharacter;
-      }
-      character = character << 6 | (byte & 0x3FU);
-    }
-    constexpr std::array<char32_t, 5> smallest = {0, 0, 0x80, 0x800, 0x10000};
-    return character < smallest.at(sequence.size()) ? replacementCharacter : character;
+    return formats::decodeUTF8Character(sequence);
   }
 };
 
 std::array<char32_t, 128> westernUpperHalf() {
   std::array<char32_t, 128> characters{};
   for (std::size_t index = 0; index < characters.size(); ++index) {
-    characters.at(index) =
-        index < western80To9F.size() ? western80To9F.at(index) : static_cast<char32_t>(128 + index);
+    characters.at(index) = formats::characterOfWindows1252(static_cast<std::uint8_t>(128 + index));
   }
   return characters;
 }
@@ -194,30 +176,6 @@ int codePageOfCharacterSet(int characterSet) {
       {222, 874},           {238, 1250},          {254, 437},  {255, 850}};
   const auto found = codePages.find(characterSet);
   return found == codePages.end() ? 0 : found->second;
-}
-
-void appendUTF8(std::string &text, char32_t character) {
-  if (character > 0x10FFFF || (character >= 0xD800 && character <= 0xDFFF)) {
-    character = replacementCharacter;
-  }
-  const auto continuation = [character](unsigned shift) {
-    return static_cast<char>(0x80U | (character >> shift & 0x3FU));
-  };
-  if (character < 0x80) {
-    text += static_cast<char>(character);
-  } else if (character < 0x800) {
-    text += static_cast<char>(0xC0U | character >> 6);
-    text += continuation(0);
-  } else if (character < 0x10000) {
-    text += static_cast<char>(0xE0U | character >> 12);
-    text += continuation(6);
-    text += continuation(0);
-  } else {
-    text += static_cast<char>(0xF0U | character >> 18);
-    text += continuation(12);
-    text += continuation(6);
-    text += continuation(0);
-  }
 }
 
 }  // namespace mellel::rtf

@@ -6,7 +6,7 @@
 // character, a brace or a backslash among them: who looks for braces in the bytes must know
 // the code page.
 //
-// The table of windows-1252 is here; the others come from iconv, one call a byte when the
+// UTF-8 and windows-1252 are those of Formats; the others come from iconv, one call a byte when the
 // code page is first used, one a character for the double-byte ones.
 #pragma once
 
@@ -44,8 +44,5 @@ class CodePages {
 // The code page of a font's \fcharset; 0 where the character set says no more than "the
 // document's own".
 int codePageOfCharacterSet(int characterSet);
-
-// Appends one character in UTF-8; U+FFFD for what is no Unicode scalar value.
-void appendUTF8(std::string &text, char32_t character);
 
 }  // namespace mellel::rtf

@@ -2,7 +2,6 @@
 
 #include <Formats/Unicode.h>
 
-#include <algorithm>
 #include <cstdint>
 
 namespace mellel::rtf {
@@ -41,13 +40,8 @@ void appendUnit(std::string &rtf, char16_t unit) {
 
 }  // namespace
 
-bool isASCII(std::string_view text) {
-  return std::all_of(text.begin(), text.end(),
-                     [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
-}
-
 void appendEscaped(std::string &rtf, std::string_view text) {
-  if (!isASCII(text)) {
+  if (!formats::isASCII(text)) {
     for (const char16_t unit : formats::decodeUTF8(text)) {
       appendUnit(rtf, unit);
     }

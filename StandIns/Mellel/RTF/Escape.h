@@ -6,8 +6,6 @@
 
 namespace mellel::rtf {
 
-bool isASCII(std::string_view text);
-
 // Appends UTF-8 text as ASCII RTF that reads as exactly these characters, whatever precedes
 // and follows. Characters outside ASCII are written as \u without fallback (see \uc0); line
 // breaks and U+2028 as \line, so that a text never ends its paragraph; other control

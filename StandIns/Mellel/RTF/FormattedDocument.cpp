@@ -3,6 +3,8 @@
 #include "Edits.h"
 #include "Escape.h"
 
+#include <Formats/Unicode.h>
+
 #include <utility>
 
 namespace mellel::rtf {
@@ -64,7 +66,7 @@ std::string formattedDocument(std::string_view rtf, const DocumentText &document
 
 std::string documentWithCitation(std::string_view rtf, std::size_t place,
                                  std::string_view citation) {
-  std::string text = isASCII(citation) ? "{" : "{\\uc0 ";
+  std::string text = formats::isASCII(citation) ? "{" : "{\\uc0 ";
   appendEscaped(text, citation);
   text += '}';
   return edited(rtf, {{{place, place}, std::move(text)}});

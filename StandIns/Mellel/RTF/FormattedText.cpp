@@ -4,6 +4,8 @@
 #include "Lexer.h"
 #include "TextReader.h"
 
+#include <Formats/Unicode.h>
+
 #include <utility>
 
 namespace mellel::rtf {
@@ -98,7 +100,7 @@ std::string rtfOfText(const FormattedText &formatted) {
 
 std::string groupOfText(const FormattedText &formatted) {
   const std::string rtf = rtfOfText(formatted);
-  return (isASCII(plainText(formatted)) ? "{" : "{\\uc0 ") + rtf + '}';
+  return (formats::isASCII(plainText(formatted)) ? "{" : "{\\uc0 ") + rtf + '}';
 }
 
 std::expected<FormattedText, std::string> readPidginRTF(std::string_view pidgin) {

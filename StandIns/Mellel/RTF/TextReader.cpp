@@ -1,5 +1,7 @@
 #include "TextReader.h"
 
+#include <Formats/Unicode.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -371,7 +373,7 @@ bool TextReader::giveCharacter(char32_t character, TextEvent &event) {
     return false;
   }
   text_.clear();
-  appendUTF8(text_, character);
+  formats::appendUTF8(text_, character);
   noteMainText();
   lastParagraphIsOpen_ = lastParagraphIsOpen_ || storyDepth_ == 0;
   event.kind = TextEventKind::text;
