@@ -31,12 +31,12 @@ std::size_t countIn(const std::filesystem::path &file) {
 }  // namespace
 
 TEST(LibraryFile, TellsExportsFromItsOwnFilesByTheirExtension) {
-  EXPECT_TRUE(korvo::library::isImportable("a/library.bib"));
-  EXPECT_TRUE(korvo::library::isImportable("LIBRARY.RIS"));
-  EXPECT_TRUE(korvo::library::isImportable("x.y.json"));
-  EXPECT_FALSE(korvo::library::isImportable("my.korvolib"));
-  EXPECT_FALSE(korvo::library::isImportable("library"));
-  EXPECT_FALSE(korvo::library::isImportable("bib"));
+  EXPECT_TRUE(korvo::engine::isImportable("a/library.bib"));
+  EXPECT_TRUE(korvo::engine::isImportable("LIBRARY.RIS"));
+  EXPECT_TRUE(korvo::engine::isImportable("x.y.json"));
+  EXPECT_FALSE(korvo::engine::isImportable("my.korvolib"));
+  EXPECT_FALSE(korvo::engine::isImportable("library"));
+  EXPECT_FALSE(korvo::engine::isImportable("bib"));
 }
 
 TEST(LibraryFile, AnExportIsOpenedInMemoryAndStaysAsItIs) {

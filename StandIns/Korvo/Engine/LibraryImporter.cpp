@@ -1,30 +1,39 @@
 #include "LibraryImporter.h"
 
+#include "CaseFolding.h"
 #include "EmbeddedScripts.h"
 #include "JavaScriptMachine.h"
 #include "TextFile.h"
 
+#include <Formats/OneLine.h>
 #include <Formats/Unicode.h>
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <utility>
 
 namespace korvo::engine {
 
 namespace {
 
-// The kinds that the script reads, by the file's extension without its point.
-std::expected<std::u16string, std::string> kindOf(const std::filesystem::path &file) {
-  std::string extension = file.extension().string();
-  std::ranges::transform(extension, extension.begin(), [](char letter) {
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-  });
-  if (extension == ".bib" || extension == ".ris" || extension == ".json") {
-    return formats::decodeUTF8(extension.substr(1));
+// The kinds that the script reads: BibTeX, RIS, CSL-JSON.
+constexpr std::array<std::string_view, 3> kinds = {"bib", "ris", "json"};
+
+// The file's extension, in small letters and without its point; nothing if it is none of a kind.
+std::optional<std::string> kindOf(const std::filesystem::path &file) {
+  const std::string extension = file.extension().string();
+  if (extension.empty()) {
+    return std::nullopt;
   }
-  return std::unexpected(file.string() +
-                         ": not a library that can be read (known are .bib, .ris and .json)");
+  std::string kind = caseFolded(std::string_view(extension).substr(1));
+  const bool isKnown = std::ranges::find(kinds, kind) != kinds.end();
+  return isKnown ? std::optional(std::move(kind)) : std::nullopt;
+}
+
+std::string knownKinds() {
+  const auto named = [](std::string_view kind) { return '.' + std::string(kind); };
+  return named(kinds[0]) + ", " + named(kinds[1]) + " and " + named(kinds[2]);
 }
 
 ImportResult readAnswer(const JavaScriptMachine &machine, JSObjectRef answer,
@@ -56,11 +65,11 @@ bool isBlank(std::u16string_view text) {
 }  // namespace
 
 std::string ImportProblem::message() const {
-  std::string text = file.string() + ":" + (line > 0 ? std::to_string(line) + ": " : " ") + reason;
-  std::ranges::replace_if(
-      text, [](char letter) { return static_cast<unsigned char>(letter) < 0x20; }, ' ');
-  return text;
+  return formats::inOneLine(file.string() + ":" + (line > 0 ? std::to_string(line) + ": " : " ") +
+                            reason);
 }
+
+bool isImportable(const std::filesystem::path &file) { return kindOf(file).has_value(); }
 
 struct LibraryImporter::Machine {
   std::unique_ptr<JavaScriptMachine> script;
@@ -75,7 +84,8 @@ std::expected<ImportResult, std::string> LibraryImporter::importFile(
     const std::filesystem::path &file) {
   const auto kind = kindOf(file);
   if (!kind) {
-    return std::unexpected(kind.error());
+    return std::unexpected(file.string() + ": not a library that can be read (known are " +
+                           knownKinds() + ")");
   }
   const auto bytes = readFile(file);
   if (!bytes) {
@@ -90,7 +100,8 @@ std::expected<ImportResult, std::string> LibraryImporter::importFile(
   }
   const TextFile decoded = decodeText(*bytes);
   JavaScriptMachine &machine = *machine_->script;
-  const std::array<JSValueRef, 2> arguments = {machine.text(*kind), machine.text(decoded.text)};
+  const std::array<JSValueRef, 2> arguments = {machine.text(formats::decodeUTF8(*kind)),
+                                               machine.text(decoded.text)};
   const auto answer = machine.call("readLibrary", arguments);
   if (!answer) {
     return std::unexpected(file.string() + ": cannot be read: " + answer.error());
@@ -105,7 +116,7 @@ std::expected<ImportResult, std::string> LibraryImporter::importFile(
     if (!result.problems.empty()) {
       return std::unexpected(result.problems.back().message());
     }
-    if (*kind != u"json") {
+    if (*kind != "json") {
       return std::unexpected(file.string() + ": no entry of a library is in it");
     }
   }

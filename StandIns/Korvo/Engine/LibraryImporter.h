@@ -27,6 +27,9 @@ struct ImportedReference {
   bool operator==(const ImportedReference &) const = default;
 };
 
+// Whether the file's extension names a kind that can be read, in capital or small letters.
+bool isImportable(const std::filesystem::path &file);
+
 struct ImportProblem {
   std::filesystem::path file;
   std::size_t line = 0;  // counted from 1, where the entry begins; 0: the file as a whole

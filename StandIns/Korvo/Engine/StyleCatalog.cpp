@@ -1,14 +1,13 @@
 #include "StyleCatalog.h"
 
+#include "CaseFolding.h"
 #include "CslHead.h"
 
-#include <glib.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
-#include <memory>
 #include <system_error>
 #include <utility>
 
@@ -17,13 +16,6 @@ namespace korvo::engine {
 namespace fs = std::filesystem;
 
 namespace {
-
-// Titles that differ in the case of letters only are one.
-std::string folded(std::string_view title) {
-  const std::unique_ptr<char, void (*)(void *)> text(
-      g_utf8_casefold(title.data(), static_cast<gssize>(title.size())), &g_free);
-  return text.get();
-}
 
 constexpr std::string_view indexVersion = "korvo style index 1";
 
@@ -147,7 +139,8 @@ const std::vector<StyleName> &StyleCatalog::all() {
   }
   std::vector<std::pair<std::string, StyleName>> sorted;
   for (StyleName &name : *names_) {
-    sorted.emplace_back(folded(name.title), std::move(name));
+    // Titles that differ in the case of letters only are one.
+    sorted.emplace_back(caseFolded(name.title), std::move(name));
   }
   std::ranges::sort(sorted, {},
                     [](const auto &entry) { return std::tie(entry.first, entry.second.baseName); });
@@ -162,7 +155,7 @@ std::expected<Style, std::string> StyleCatalog::find(std::string_view name) {
   fs::path file = fileOf(name);
   if (file.empty()) {
     all();
-    const auto found = byTitle_.find(folded(name));
+    const auto found = byTitle_.find(caseFolded(name));
     if (found == byTitle_.end()) {
       return std::unexpected("no citation style named \"" + std::string(name) + "\" is installed");
     }

@@ -3,21 +3,18 @@
 // costs microseconds; plain ASCII, most of any library, takes a short cut past it.
 #include "FoldedText.h"
 
+#include <Formats/Unicode.h>
+#include <StandIns/Korvo/Engine/CaseFolding.h>
+
 #include <unicode/translit.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
-#include <algorithm>
 #include <memory>
 #include <stdexcept>
 
 namespace korvo::library {
 namespace {
-
-bool isASCII(std::string_view text) {
-  return std::ranges::all_of(text,
-                             [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
-}
 
 std::unique_ptr<icu::Transliterator> makeTransliterator() {
   UErrorCode status = U_ZERO_ERROR;
@@ -30,7 +27,7 @@ std::unique_ptr<icu::Transliterator> makeTransliterator() {
   return transliterator;
 }
 
-std::string withoutMarksAndCase(std::string_view text) {
+std::string withoutMarks(std::string_view text) {
   static const std::unique_ptr<icu::Transliterator> transliterator = makeTransliterator();
   icu::UnicodeString unicode = icu::UnicodeString::fromUTF8(
       icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
@@ -41,17 +38,8 @@ std::string withoutMarksAndCase(std::string_view text) {
     }
   }
   transliterator->transliterate(unicode);
-  unicode.foldCase();
   std::string result;
   unicode.toUTF8String(result);
-  return result;
-}
-
-std::string lowerCaseASCII(std::string_view text) {
-  std::string result(text);
-  std::ranges::transform(result, result.begin(), [](char byte) {
-    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-  });
   return result;
 }
 
@@ -76,7 +64,8 @@ std::string withSingleBlanks(std::string_view text) {
 }  // namespace
 
 std::string foldedText(std::string_view text) {
-  return withSingleBlanks(isASCII(text) ? lowerCaseASCII(text) : withoutMarksAndCase(text));
+  return withSingleBlanks(
+      engine::caseFolded(formats::isASCII(text) ? std::string(text) : withoutMarks(text)));
 }
 
 }  // namespace korvo::library

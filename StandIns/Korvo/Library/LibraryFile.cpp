@@ -1,10 +1,7 @@
 #include "LibraryFile.h"
 
 #include <algorithm>
-#include <array>
-#include <cctype>
 #include <iterator>
-#include <string_view>
 #include <utility>
 
 namespace korvo::library {
@@ -48,17 +45,9 @@ void removeIfEmpty(const std::filesystem::path &database) {
 
 }  // namespace
 
-bool isImportable(const std::filesystem::path &file) {
-  std::string extension = file.extension().string();
-  std::ranges::transform(extension, extension.begin(),
-                         [](unsigned char byte) { return static_cast<char>(std::tolower(byte)); });
-  constexpr std::array<std::string_view, 3> importable = {".bib", ".ris", ".json"};
-  return std::ranges::find(importable, extension) != importable.end();
-}
-
 std::expected<OpenedLibrary, std::string> openLibraryFile(const std::filesystem::path &file,
                                                           engine::LibraryImporter &importer) {
-  if (!isImportable(file)) {
+  if (!engine::isImportable(file)) {
     auto library = Library::open(file);
     if (!library) {
       return std::unexpected(library.error());

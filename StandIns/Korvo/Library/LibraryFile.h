@@ -19,9 +19,6 @@ struct OpenedLibrary {
   std::vector<engine::ImportProblem> problems;  // entries of the export that are not in it
 };
 
-// Whether the file's extension says that it is imported (.bib, .ris, .json, in any case).
-bool isImportable(const std::filesystem::path &file);
-
 // An export becomes a library in memory: changes to it last until the program ends. The
 // error is one line that names the file.
 std::expected<OpenedLibrary, std::string> openLibraryFile(const std::filesystem::path &file,
