@@ -47,7 +47,7 @@ const std::vector<CommandSyntax> &commandSyntaxes() {
   return syntaxes;
 }
 
-std::string quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
+std::string inQuotes(std::string_view text) { return "\"" + std::string(text) + "\""; }
 
 std::expected<Arguments, std::string> sortArguments(const CommandSyntax &syntax,
                                                     std::span<const char *const> arguments) {
@@ -70,7 +70,7 @@ std::expected<Arguments, std::string> sortArguments(const CommandSyntax &syntax,
       continue;
     }
     if (!syntax.values.contains(name)) {
-      return std::unexpected(std::string(syntax.name) + " knows no option " + quoted(argument));
+      return std::unexpected(std::string(syntax.name) + " knows no option " + inQuotes(argument));
     }
     if (sorted.values.contains(name)) {
       return std::unexpected(std::string(name) + " is given twice");
@@ -96,7 +96,7 @@ std::expected<std::optional<std::chrono::seconds>, std::string> timeoutIn(
   int seconds = 0;
   const auto [end, error] = std::from_chars(text->data(), text->data() + text->size(), seconds);
   if (error != std::errc() || end != text->data() + text->size() || seconds <= 0) {
-    return std::unexpected("--timeout needs a number of seconds, not " + quoted(*text));
+    return std::unexpected("--timeout needs a number of seconds, not " + inQuotes(*text));
   }
   return std::chrono::seconds(seconds);
 }
@@ -118,7 +118,7 @@ std::expected<Command, std::string> makeCommand(const CommandSyntax &syntax,
                                                 const Arguments &arguments) {
   if (arguments.words.size() > syntax.wordCount) {
     return std::unexpected(std::string(syntax.name) + " has no use for " +
-                           quoted(arguments.words[syntax.wordCount]));
+                           inQuotes(arguments.words[syntax.wordCount]));
   }
   if (arguments.words.size() < syntax.wordCount || std::ranges::count(arguments.words, "") > 0) {
     return std::unexpected(std::string(syntax.name) + " needs " + std::string(syntax.word));
@@ -160,7 +160,7 @@ std::expected<Options, std::string> parseOptions(std::span<const char *const> ar
   const std::string_view name = arguments.front();
   const auto syntax = std::ranges::find(commandSyntaxes(), name, &CommandSyntax::name);
   if (syntax == commandSyntaxes().end()) {
-    return std::unexpected("there is no command " + quoted(name) + "; mellel --help lists them");
+    return std::unexpected("there is no command " + inQuotes(name) + "; mellel --help lists them");
   }
   const auto sorted = sortArguments(*syntax, arguments.subspan(1));
   if (!sorted) {

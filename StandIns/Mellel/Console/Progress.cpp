@@ -23,7 +23,7 @@ Progress::Progress() : isOnTerminal_(isatty(STDERR_FILENO) == 1) {}
 
 void Progress::begin(std::string step) {
   stepBeginning_ = Clock::now();
-  pending_.reset();
+  pending_.clear();
   if (isOnTerminal_) {
     tell(step);
   } else {
@@ -32,14 +32,15 @@ void Progress::begin(std::string step) {
 }
 
 std::optional<Progress::Clock::time_point> Progress::due() const {
-  return pending_ ? std::optional(std::max(beginning_ + patience, stepBeginning_ + leastStep))
-                  : std::nullopt;
+  return pending_.empty()
+             ? std::nullopt
+             : std::optional(std::max(beginning_ + patience, stepBeginning_ + leastStep));
 }
 
 void Progress::tick() {
-  if (pending_ && Clock::now() >= *due()) {
-    tell(*pending_);
-    pending_.reset();
+  if (!pending_.empty() && Clock::now() >= *due()) {
+    tell(pending_);
+    pending_.clear();
   }
 }
 

@@ -20,7 +20,7 @@ class Progress {
   // A step begins; the one before is over.
   void begin(std::string step);
   // The step is over, and no other begins.
-  void end() { pending_.reset(); }
+  void end() { pending_.clear(); }
 
   // When tick() wants to be called, while a step is going on.
   std::optional<Clock::time_point> due() const;
@@ -30,8 +30,8 @@ class Progress {
   bool isOnTerminal_;
   Clock::time_point beginning_ = Clock::now();
   Clock::time_point stepBeginning_ = beginning_;
-  // The step that was not told yet.
-  std::optional<std::string> pending_;
+  // The step that was not told yet; empty where there is none.
+  std::string pending_;
 };
 
 }  // namespace mellel::console
