@@ -3,7 +3,7 @@
 #import <HostContract/HostContract.h>
 #import <StandIns/Korvo/Adapter/TextBridge.h>
 
-#include <gmock/gmock.h>
+#include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 
 using hosttest::HostTest;

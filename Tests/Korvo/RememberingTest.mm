@@ -11,7 +11,7 @@
 #import <StandIns/Korvo/Adapter/RememberedMatches.h>
 #import <StandIns/Korvo/Adapter/TextBridge.h>
 
-#include <gmock/gmock.h>
+#include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 

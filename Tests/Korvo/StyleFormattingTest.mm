@@ -5,7 +5,7 @@
 #import <StandIns/Korvo/Adapter/KOFormattedGroup.h>
 #import <StandIns/Korvo/Application/KORehearsal.h>
 
-#include <gmock/gmock.h>
+#include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 
 using hosttest::markup;

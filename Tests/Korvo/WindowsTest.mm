@@ -6,7 +6,7 @@
 #import <StandIns/Korvo/Application/KOApplicationController.h>
 #import <StandIns/Korvo/Windows/Controls.h>
 
-#include <gmock/gmock.h>
+#include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 
 using hosttest::utf8;

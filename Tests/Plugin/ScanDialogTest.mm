@@ -13,7 +13,7 @@
 #include <Formats/ScanRequest.h>
 #include <Platform/Testing/RecordingCarrier.h>
 
-#include <gmock/gmock.h>
+#include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 #import <KOMellelScanController.h>
 #import <KorvoMellelAgent+Private.h>

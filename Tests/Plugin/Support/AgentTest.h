@@ -14,7 +14,7 @@
 #include <Platform/Testing/RecordingCarrier.h>
 
 #import <Cocoa/Cocoa.h>
-#include <gmock/gmock.h>
+#include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 #import <KorvoMellelAgent+Private.h>
 
