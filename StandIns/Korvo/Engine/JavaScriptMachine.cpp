@@ -120,7 +120,9 @@ std::string JavaScriptMachine::describe(JSValueRef exception) const {
   if (message.empty()) {
     message = OwnedString(JSValueToStringCopy(context_, exception, nullptr)).copy();
   }
-  return formats::inOneLine(formats::encodeUTF8(message));
+  // An exception made without memory or stack may not even have words.
+  return message.empty() ? "the script ran out of memory or stack"
+                         : formats::inOneLine(formats::encodeUTF8(message));
 }
 
 JSValueRef JavaScriptMachine::text(std::u16string_view text) const {

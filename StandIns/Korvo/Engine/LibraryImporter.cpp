@@ -17,6 +17,9 @@ namespace korvo::engine {
 
 namespace {
 
+// An abstract has some kilobytes. What is larger than this was made to be.
+constexpr std::size_t largestRecord = 16 * 1'048'576;
+
 // The kinds that the script reads: BibTeX, RIS, CSL-JSON.
 constexpr std::array<std::string_view, 3> kinds = {"bib", "ris", "json"};
 
@@ -47,7 +50,15 @@ ImportResult readAnswer(const JavaScriptMachine &machine, JSObjectRef answer,
   const std::size_t count = machine.length(items);
   result.references.reserve(count);
   for (std::size_t index = 0; index < count; ++index) {
-    result.references.push_back({textAt(keys, index), textAt(items, index)});
+    ImportedReference reference{textAt(keys, index), textAt(items, index)};
+    if (reference.cslJson.size() > largestRecord) {
+      result.problems.push_back({file, 0,
+                                 reference.citationKey + ": it is larger than " +
+                                     std::to_string(largestRecord / 1'048'576) +
+                                     " MiB, and left out"});
+      continue;
+    }
+    result.references.push_back(std::move(reference));
   }
   JSObjectRef lines = machine.objectProperty(answer, "problemLines");
   JSObjectRef reasons = machine.objectProperty(answer, "problemReasons");

@@ -61,6 +61,12 @@ std::expected<std::string, std::string> readFile(const std::filesystem::path &fi
   std::string bytes;
   std::array<char, 65536> buffer{};
   while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), stream.get())) {
+    // Asked of what is read: a pipe or a device has no size, and may have no end.
+    if (bytes.size() + count > largestTextFile) {
+      return std::unexpected(file.string() + ": it is larger than " +
+                             std::to_string(largestTextFile / 1'048'576) +
+                             " MiB, which no library is");
+    }
     bytes.append(buffer.data(), count);
   }
   if (std::ferror(stream.get()) != 0) {
