@@ -197,6 +197,20 @@ TEST_F(CitationParser, CitationFoundByItsTagCountsToo) {
               AllOf(HasSubstr("Citation 2 unknown:"), HasSubstr("Citation 4 strange:")));
 }
 
+// A document may hold more of them than a small number can count.
+TEST_F(CitationParser, NumbersGoBeyondSixteenBits) {
+  host_->matches["known"] = {"known"};
+  constexpr int many = 70'000;
+  NSMutableArray *strings = [NSMutableArray arrayWithCapacity:many];
+  for (int index = 1; index < many; ++index) {
+    [strings addObject:@"known"];
+  }
+  [strings addObject:@"unknown"];
+  [agent_ citationGroupsWithCitationStringArray:strings];
+  ASSERT_THAT(host_->notices, SizeIs(1));
+  EXPECT_THAT(host_->notices[0].second, HasSubstr("Citation 70000 unknown:"));
+}
+
 TEST_F(CitationParser, EachCallCountsFromOne) {
   parse({"a", "b"});
   parse({"c"});

@@ -53,6 +53,23 @@ TEST_F(RequestAfterRequest, FinalScanKeepsTheWishOfALiveBibliography) {
   EXPECT_TRUE(hasBibliography(payloadSent()));
 }
 
+TEST_F(RequestAfterRequest, PreliminaryScanKeepsTheWishOfAFinalScan) {
+  finalScan(7, wanted);
+  deliver("PRSQ", formats::encodePreliminaryScanRequest(7, noCitations_));
+  finalScan(7, notWanted);
+  EXPECT_TRUE(hasBibliography(payloadSent(2)));
+}
+
+TEST_F(RequestAfterRequest, WishOutlivesTheScanThatTheUserBrokeOff) {
+  {
+    const ScriptedDialog closedByTheUser(0, nil);
+    deliver("SCNQ", formats::encodeFinalScanRequest(7, wanted, "", noCitations_));
+  }
+  finalScan(7, notWanted);
+  EXPECT_THAT(eventsSent(), ElementsAre("Rmcr", "SCNR"));
+  EXPECT_TRUE(hasBibliography(payloadSent(1)));
+}
+
 TEST_F(RequestAfterRequest, LiveBibliographyForgetsTheDocumentOfTheScanBefore) {
   finalScan(0x01020304, notWanted);
   EXPECT_EQ(documentID(), 0x01020304u);

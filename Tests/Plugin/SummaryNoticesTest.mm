@@ -61,6 +61,20 @@ TEST_F(SummaryNotices, LibraryAdviceIsGivenOncePerAgentNotOncePerScan) {
   EXPECT_EQ(host_->notices[1].second.find(advice), std::string::npos);
 }
 
+TEST_F(SummaryNotices, DuplicateNoticeDoesNotUseTheLibraryAdviceUp) {
+  duplicates(2);
+  EXPECT_FALSE(hasGivenLibraryAdvice());
+  notFound(1, @"Smith");
+  EXPECT_NE(text().find(advice), std::string::npos);
+}
+
+TEST_F(SummaryNotices, SmallestSummaryHasItsClosingNotesToo) {
+  [agent_ citationGroupsWithCitationStringArray:array({@"a"})];
+  [agent_ citationGroupsWithCitationStringArray:array({@"b"})];
+  ASSERT_THAT(host_->notices, SizeIs(2));
+  EXPECT_EQ(host_->notices[1].second, "\nCitation 1 b: No matches were found.\n" + notes);
+}
+
 TEST_F(SummaryNotices, TextsOfTheUserAreNoFormats) {
   notFound(1, @"100%@ %d %n \\");
   EXPECT_EQ(text().substr(0, 56), "\nCitation 1 100%@ %d %n \\: No matches were found.\n\nThis ");
