@@ -5,7 +5,8 @@
 set(CMAKE_OSX_DEPLOYMENT_TARGET 13.0 CACHE STRING "The oldest macOS that the build runs on")
 set(CMAKE_OSX_ARCHITECTURES "arm64;x86_64" CACHE STRING "Processors of Macs to build for")
 
-# On Linux, GNUstep runs on GCC's Objective-C runtime; left alone, CMake takes clang where it finds one.
+# On Linux, GNUstep runs on GCC's Objective-C runtime; left alone, CMake takes clang where it finds
+# one.
 if(NOT CMAKE_HOST_APPLE)
   if(NOT DEFINED ENV{OBJC})
     set(ENV{OBJC} gcc)

@@ -2,13 +2,17 @@
 
 include(Cocoa)
 include(Signing)
-find_package(GTest)
 find_program(IBTOOL ibtool REQUIRED)
 
-# Beside the product, a Mac builds what tests it there.
+# Beside the product, a Mac builds what tests it there, as far as it has what they take.
 set(platform_rooms)
+find_package(GTest)
 if(GTest_FOUND)
-  set(platform_rooms Tests/Formats)
+  find_package(EXPAT)
+  find_package(nlohmann_json)
+  if(EXPAT_FOUND AND nlohmann_json_FOUND)
+    set(platform_rooms Tests/Formats)
+  endif()
 endif()
 list(APPEND platform_rooms Tests/MacOS/Handshake)
 
@@ -27,10 +31,11 @@ function(make_plugin_bundle target name folder dialog)
       --minimum-deployment-target ${CMAKE_OSX_DEPLOYMENT_TARGET}
       --compile ${nib} ${source}/${dialog}
     DEPENDS ${source}/${dialog} COMMENT "Compiling ${dialog}" VERBATIM)
-  put_into_bundle(${target} Resources ${nib})
+  set(bundle ${CMAKE_BINARY_DIR}/${name}.bundle)
+  put_into_bundle(${target} ${bundle} Resources ${nib})
   foreach(table IN LISTS ARGN)
     cmake_path(GET table PARENT_PATH language)
-    put_into_bundle(${target} Resources/${language} ${source}/${table})
+    put_into_bundle(${target} ${bundle} Resources/${language} ${source}/${table})
   endforeach()
   sign(${target})
   # The prefix is the folder in which the host looks for its plug-ins.
@@ -40,16 +45,18 @@ endfunction()
 # make_application(TARGET NAME FOLDER): makes the executable TARGET an application NAME.app with the
 # property list and the entitlements that lie in FOLDER. The property list declares its signature.
 function(make_application target name folder)
-  set(source ${CMAKE_CURRENT_SOURCE_DIR}/${folder})
+  cmake_path(ABSOLUTE_PATH folder NORMALIZE OUTPUT_VARIABLE source)
   set_target_properties(${target} PROPERTIES
     OUTPUT_NAME ${name} MACOSX_BUNDLE TRUE
     MACOSX_BUNDLE_INFO_PLIST ${source}/Info.plist)
   sign(${target} --entitlements ${source}/${name}.entitlements)
 endfunction()
 
-# A signature covers the resources too: one that changes has the target linked, and so signed, anew.
-function(put_into_bundle target place file)
+# A signature covers the resources too: when one has changed in the bundle, the target is linked,
+# and so signed, anew.
+function(put_into_bundle target bundle place file)
   target_sources(${target} PRIVATE ${file})
   set_source_files_properties(${file} PROPERTIES MACOSX_PACKAGE_LOCATION ${place})
-  set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${file})
+  cmake_path(GET file FILENAME name)
+  set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${bundle}/Contents/${place}/${name})
 endfunction()

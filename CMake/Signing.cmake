@@ -1,5 +1,5 @@
-# Code signatures. Without an identity the signature is an ad-hoc one, which serves on the machine that
-# built it; with one ("Developer ID Application: …") it is a hardened one with a time stamp, as
+# Code signatures. Without an identity the signature is an ad-hoc one, which serves on the machine
+# that built it; with one ("Developer ID Application: …") it is a hardened one with a time stamp, as
 # notarisation wants.
 set(KORVO_SIGNING_IDENTITY "-" CACHE STRING "Identity to sign with; - signs ad hoc")
 find_program(CODESIGN codesign REQUIRED)

@@ -1,0 +1,4 @@
+#pragma once
+
+#import <AppKit/AppKit.h>
+#import <Foundation/Foundation.h>

@@ -1,0 +1,11 @@
+#pragma once
+
+#import <Foundation/NSObject.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+@interface NSNull : NSObject <NSCopying>
++ (NSNull *)null;
+@end
+
+NS_ASSUME_NONNULL_END

@@ -1,0 +1,13 @@
+// The Objective-C run time's functions, as far as this project uses them.
+#pragma once
+
+#include <objc/objc.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+IMP _Nullable class_getMethodImplementation(Class _Nullable cls, SEL _Nonnull name);
+Class _Nullable object_getClass(id _Nullable object);
+#ifdef __cplusplus
+}
+#endif
