@@ -2,7 +2,7 @@
 
 #include "Job.h"
 
-#include <StandIns/Mellel/RTF/FormattedDocument.h>
+#include <StandIns/Mellel/RTF/DocumentRewriting.h>
 
 #include <string>
 #include <vector>
@@ -11,7 +11,7 @@ namespace benchmarks {
 
 namespace {
 
-using mellel::rtf::FormattedText;
+using mellel::rtf::RichText;
 
 constexpr std::size_t citationCount = 1'000;
 
@@ -38,7 +38,7 @@ std::function<void()> writeCopy() {
   const auto document = mellel::rtf::readDocumentText(rtf);
   const auto text = mellel::rtf::readPidginRTF("(Smith, {\\i 1999})");
   require(document && text, "read a draft");
-  const std::vector<std::optional<FormattedText>> texts(citationCount, *text);
+  const std::vector<std::optional<RichText>> texts(citationCount, *text);
   return [rtf, document = *document, texts] {
     require(mellel::rtf::formattedDocument(rtf, document, texts, {}).size() > rtf.size() / 2,
             "write a copy");

@@ -10,9 +10,9 @@ namespace fuzzing {
 
 namespace {
 
-using mellel::rtf::Bibliography;
+using mellel::rtf::BibliographyParagraphs;
 
-void requireSame(const Bibliography &left, const Bibliography &right) {
+void requireSame(const BibliographyParagraphs &left, const BibliographyParagraphs &right) {
   require(left.size() == right.size());
   for (std::size_t index = 0; index < left.size(); ++index) {
     require(isSameText(left[index].text, right[index].text));

@@ -4,7 +4,7 @@
 #include "Support/Target.h"
 
 #include <Formats/Unicode.h>
-#include <StandIns/Mellel/RTF/FormattedDocument.h>
+#include <StandIns/Mellel/RTF/DocumentRewriting.h>
 #include <Tests/Mellel/ReadDocument.h>
 #include <Tests/Mellel/ReferenceRewriting.h>
 
@@ -16,19 +16,19 @@ namespace {
 
 using mellel::rtf::Citation;
 using mellel::rtf::DocumentText;
-using mellel::rtf::FormattedText;
+using mellel::rtf::RichText;
 using mellel_test::Character;
 using mellel_test::charactersOf;
 using mellel_test::citationsAmong;
 using mellel_test::withCitationsReplaced;
 using Characters = std::vector<Character>;
-using Texts = std::vector<std::optional<FormattedText>>;
+using Texts = std::vector<std::optional<RichText>>;
 
 // Stands for a formatted citation. A document that has it already proves nothing.
 const std::string replacement = "☃";
 
-const mellel::rtf::Bibliography bibliography = {
-    {.text = {{.text = "A. "}, {.text = "Title é", .isItalic = true}},
+const mellel::rtf::BibliographyParagraphs bibliography = {
+    {.text = {{.text = "A. "}, {.text = "Title é", .looks = {.isItalic = true}}},
      .format = {},
      .tabStops = {}},
     {.text = {{.text = "{B}"}}, .format = {.leftIndent = 360}, .tabStops = {360}}};
@@ -89,18 +89,18 @@ void replaceCitations(std::string_view rtf, const DocumentText &document,
     return;
   }
   const std::string after = mellel::rtf::formattedDocument(
-      rtf, document, Texts(count, FormattedText{{.text = replacement}}), {});
+      rtf, document, Texts(count, RichText{{.text = replacement}}), {});
   require(charactersOf(after) == withCitationsReplaced(before, replacement));
 
   const std::string without =
-      mellel::rtf::formattedDocument(rtf, document, Texts(count, FormattedText{}), {});
+      mellel::rtf::formattedDocument(rtf, document, Texts(count, RichText{}), {});
   Characters expected = withCitationsReplaced(before, replacement);
   std::erase_if(expected, isReplacement);
   require(charactersOf(without) == expected);
 }
 
 void addBibliography(std::string_view rtf, const DocumentText &document, const Characters &before) {
-  const Texts texts(document.citations.size(), FormattedText{{.text = replacement}});
+  const Texts texts(document.citations.size(), RichText{{.text = replacement}});
   const std::string after = mellel::rtf::formattedDocument(rtf, document, texts, bibliography);
   const std::vector<std::string_view> untouched = untouchedBytes(rtf, document);
   const auto characters = charactersOf(after);

@@ -2,7 +2,7 @@
 // control characters, which no text shows.
 #pragma once
 
-#include <StandIns/Mellel/RTF/FormattedText.h>
+#include <StandIns/Mellel/RTF/RichText.h>
 
 #include <algorithm>
 #include <string>
@@ -28,30 +28,19 @@ inline std::string normalText(std::string_view text) {
   return normal;
 }
 
-inline mellel::rtf::FormattedText normalText(const mellel::rtf::FormattedText &formatted) {
-  mellel::rtf::FormattedText normal;
-  for (const mellel::rtf::FormattedRun &run : formatted) {
-    mellel::rtf::CharacterFormat format;
-    format.isBold = run.isBold;
-    format.isItalic = run.isItalic;
-    format.isUnderlined = run.isUnderlined;
-    format.isSuperscript = run.isSuperscript;
-    format.isSubscript = run.isSubscript;
-    format.isSmallCapitals = run.isSmallCapitals;
-    mellel::rtf::appendText(normal, normalText(run.text), format);
+inline mellel::rtf::RichText normalText(const mellel::rtf::RichText &formatted) {
+  mellel::rtf::RichText normal;
+  for (const mellel::rtf::TextRun &run : formatted) {
+    mellel::rtf::appendText(normal, normalText(run.text), run.looks);
   }
   return normal;
 }
 
-inline bool isSameText(const mellel::rtf::FormattedText &left,
-                       const mellel::rtf::FormattedText &right) {
+inline bool isSameText(const mellel::rtf::RichText &left, const mellel::rtf::RichText &right) {
   const auto normalLeft = normalText(left);
   const auto normalRight = normalText(right);
-  const auto isSameRun = [](const mellel::rtf::FormattedRun &one,
-                            const mellel::rtf::FormattedRun &other) {
-    return one.text == other.text && one.isBold == other.isBold && one.isItalic == other.isItalic &&
-           one.isUnderlined == other.isUnderlined && one.isSuperscript == other.isSuperscript &&
-           one.isSubscript == other.isSubscript && one.isSmallCapitals == other.isSmallCapitals;
+  const auto isSameRun = [](const mellel::rtf::TextRun &one, const mellel::rtf::TextRun &other) {
+    return one.text == other.text && one.looks == other.looks;
   };
   return std::equal(normalLeft.begin(), normalLeft.end(), normalRight.begin(), normalRight.end(),
                     isSameRun);

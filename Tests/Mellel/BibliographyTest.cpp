@@ -22,9 +22,9 @@ const std::string cocoaBibliography =
     "\\pard\\tx360\\li360\\fi-360\\pardirnatural\\partightenfactor0\n\n\\f0\\fs24 \\cf0 "
     "Ko\\uc0\\u322 akowski, L. \n\\f1\\i Main Currents\n\\f0\\i0 .\\\nLi, B. It\\'92s.}";
 
-std::string allText(const Bibliography &bibliography) {
+std::string allText(const BibliographyParagraphs &bibliography) {
   std::string text;
-  for (const BibliographyEntry &entry : bibliography) {
+  for (const BibliographyParagraph &entry : bibliography) {
     text += plainText(entry.text) + '|';
   }
   return text;
@@ -37,13 +37,13 @@ TEST(Bibliography, GNUstepsRTFIsUnderstood) {
             "Smith, J. {2001}. \"“ Café 日 😀 \\ Journal12supusub.|[2]\tSecond\u00A0entry|");
   EXPECT_EQ(bibliography->front().format.leftIndent, 720);
   EXPECT_EQ(bibliography->back().format.firstLineIndent, -720);
-  const FormattedText &runs = bibliography->front().text;
+  const RichText &runs = bibliography->front().text;
   ASSERT_EQ(runs.size(), 7U);
-  EXPECT_TRUE(runs[1].isItalic);
-  EXPECT_TRUE(runs[2].isBold);
-  EXPECT_TRUE(runs[3].isSuperscript);
-  EXPECT_TRUE(runs[4].isUnderlined);
-  EXPECT_TRUE(runs[5].isSubscript);
+  EXPECT_TRUE(runs[1].looks.isItalic);
+  EXPECT_TRUE(runs[2].looks.isBold);
+  EXPECT_TRUE(runs[3].looks.isSuperscript);
+  EXPECT_TRUE(runs[4].looks.isUnderlined);
+  EXPECT_TRUE(runs[5].looks.isSubscript);
 }
 
 TEST(Bibliography, MacOSsRTFIsUnderstood) {
@@ -77,7 +77,7 @@ TEST(Bibliography, WhatIsNoRTFIsRefused) {
 }
 
 TEST(Bibliography, EntriesBringTheirIndentsButNoFonts) {
-  const Bibliography entries = *readBibliography(cocoaBibliography);
+  const BibliographyParagraphs entries = *readBibliography(cocoaBibliography);
   EXPECT_EQ(bibliographyInPlace({entries.front()}),
             "{\\li360\\lin360\\fi-360\\tx360\\b0\\i0\\scaps0\\ulnone\\nosupersub\\uc0 "
             "Ko\\u322 akowski, L. {\\i Main Currents}.\\par}\n");
@@ -87,13 +87,13 @@ TEST(Bibliography, EntriesBringTheirIndentsButNoFonts) {
 }
 
 TEST(Bibliography, BodyFormatThatTheDocumentDoesNotNameIsLeftOut) {
-  const Bibliography entries = *readBibliography("{\\rtf1 a}");
+  const BibliographyParagraphs entries = *readBibliography("{\\rtf1 a}");
   EXPECT_EQ(bibliographyInBodyFormat(entries, {}),
             "{\\pard\\plain\\ql\\li0\\lin0\\fi0\\uc0 a\\par}\n");
 }
 
 TEST(Bibliography, SmallCapitalsAreKept) {
-  const Bibliography entries = *readBibliography("{\\rtf1 {\\scaps Smith}, J.}");
+  const BibliographyParagraphs entries = *readBibliography("{\\rtf1 {\\scaps Smith}, J.}");
   EXPECT_NE(bibliographyInPlace(entries).find("{\\scaps Smith}, J."), std::string::npos);
 }
 

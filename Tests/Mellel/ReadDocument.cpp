@@ -5,7 +5,7 @@
 
 namespace mellel_test {
 
-using mellel::rtf::CharacterFormat;
+using mellel::rtf::CharacterLooks;
 using mellel::rtf::Citation;
 using mellel::rtf::readDocumentText;
 using mellel::rtf::TextEvent;
@@ -74,8 +74,8 @@ std::optional<std::vector<Character>> charactersOf(std::string_view rtf) {
   std::size_t lastStory = 0;
   for (;;) {
     const TextEvent event = reader.next();
-    const CharacterFormat format = reader.characterFormat();
-    Character character{{}, format.isBold, format.isItalic, stories.back(), false};
+    const CharacterLooks looks = reader.characterFormat().looks;
+    Character character{{}, looks.isBold, looks.isItalic, stories.back(), false};
     switch (event.kind) {
       case TextEventKind::text:
         for (std::size_t begin = 0; begin < event.text.size();) {

@@ -3,7 +3,7 @@
 #include "ReadDocument.h"
 #include "ReferenceRewriting.h"
 
-#include <StandIns/Mellel/RTF/FormattedDocument.h>
+#include <StandIns/Mellel/RTF/DocumentRewriting.h>
 
 #include <gtest/gtest.h>
 
@@ -29,16 +29,16 @@ void expectOnlyCitationsChange(const std::string &rtf) {
     return;
   }
   const std::size_t count = document->citations.size();
-  using Texts = std::vector<std::optional<FormattedText>>;
+  using Texts = std::vector<std::optional<RichText>>;
   ASSERT_EQ(formattedDocument(rtf, *document, Texts(count), {}), rtf);
   ASSERT_EQ(count, citationsAmong(*before).size()) << rtf;
   const std::string after =
-      formattedDocument(rtf, *document, Texts(count, FormattedText{{replacementText}}), {});
+      formattedDocument(rtf, *document, Texts(count, RichText{{replacementText}}), {});
   const auto charactersAfter = charactersOf(after);
   ASSERT_TRUE(charactersAfter) << rtf << "\n" << after;
   ASSERT_EQ(*charactersAfter, withCitationsReplaced(*before, replacementText)) << rtf << "\n"
                                                                                << after;
-  const std::string without = formattedDocument(rtf, *document, Texts(count, FormattedText{}), {});
+  const std::string without = formattedDocument(rtf, *document, Texts(count, RichText{}), {});
   auto expected = withCitationsReplaced(*before, replacementText);
   std::erase_if(expected, [](const mellel_test::Character &character) {
     return character.text == replacementText;

@@ -14,7 +14,7 @@
 #include <StandIns/Mellel/Conversation/ScanRequests.h>
 #include <StandIns/Mellel/Documents/Document.h>
 #include <StandIns/Mellel/Documents/Files.h>
-#include <StandIns/Mellel/RTF/FormattedDocument.h>
+#include <StandIns/Mellel/RTF/DocumentRewriting.h>
 
 #include <algorithm>
 #include <iostream>

@@ -9,7 +9,7 @@
 #include <StandIns/Mellel/Documents/Document.h>
 #include <StandIns/Mellel/Documents/Files.h>
 #include <StandIns/Mellel/Documents/FileWatch.h>
-#include <StandIns/Mellel/RTF/FormattedDocument.h>
+#include <StandIns/Mellel/RTF/DocumentRewriting.h>
 
 #include <signal.h>
 #include <unistd.h>
@@ -62,7 +62,7 @@ std::expected<Update, Failure> update(Host &host, Document document, const Forma
   }
   const std::string copy =
       rtf::formattedDocument(document.rtf, document.text, formatted->texts,
-                             formatted->bibliography.value_or(rtf::Bibliography{}));
+                             formatted->bibliography.value_or(rtf::BibliographyParagraphs{}));
   const auto written = writeFile(output, copy, options.input);
   if (!written) {
     return std::unexpected(written.error());

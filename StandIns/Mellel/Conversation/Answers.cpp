@@ -16,11 +16,11 @@
 namespace mellel::conversation {
 
 using rtf::Citation;
-using rtf::FormattedText;
 using rtf::isBlankText;
 using rtf::plainText;
 using rtf::readBibliography;
 using rtf::readPidginRTF;
+using rtf::RichText;
 
 namespace {
 
@@ -67,7 +67,7 @@ bool asksToBeHidden(std::string_view citation) {
 // A document cites the same works again and again: most of its formatted texts come several times.
 class TextsOfReply {
  public:
-  std::expected<FormattedText, std::string> read(std::string_view pidgin) {
+  std::expected<RichText, std::string> read(std::string_view pidgin) {
     const auto [place, isNew] = read_.try_emplace(pidgin);
     if (isNew) {
       place->second = readPidginRTF(wellFormed(pidgin));
@@ -76,7 +76,7 @@ class TextsOfReply {
   }
 
  private:
-  std::unordered_map<std::string_view, std::expected<FormattedText, std::string>> read_;
+  std::unordered_map<std::string_view, std::expected<RichText, std::string>> read_;
 };
 
 std::expected<formats::CitationResolution, std::string> decodeResolution(
@@ -94,7 +94,7 @@ std::expected<formats::CitationResolution, std::string> decodeResolution(
 }
 
 // A text that shows nothing does not take a citation's place, unless the citation asks for that.
-bool isFormatted(const FormattedText &text, std::string_view citation) {
+bool isFormatted(const RichText &text, std::string_view citation) {
   const std::string plain = plainText(text);
   if (isBlankText(plain)) {
     return asksToBeHidden(citation);

@@ -4,7 +4,7 @@
 
 #include <StandIns/Mellel/RTF/Bibliography.h>
 #include <StandIns/Mellel/RTF/CitationFinder.h>
-#include <StandIns/Mellel/RTF/FormattedText.h>
+#include <StandIns/Mellel/RTF/RichText.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -24,9 +24,9 @@ std::optional<std::uint32_t> documentIDOfAnswer(std::string_view payload);
 struct FormattedCitations {
   std::string styleName;  // well-formed UTF-8
   // One for each citation. None where the host formatted nothing: the citation stays as it is.
-  std::vector<std::optional<rtf::FormattedText>> texts;
+  std::vector<std::optional<rtf::RichText>> texts;
   // Nothing if the answer holds none, or none was wanted.
-  std::optional<rtf::Bibliography> bibliography;
+  std::optional<rtf::BibliographyParagraphs> bibliography;
 
   std::size_t count() const;  // of the citations that were formatted
 };

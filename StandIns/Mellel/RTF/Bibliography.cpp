@@ -11,7 +11,7 @@ namespace mellel::rtf {
 
 namespace {
 
-bool isEmpty(const BibliographyEntry &entry) { return isBlankText(plainText(entry.text)); }
+bool isEmpty(const BibliographyParagraph &entry) { return isBlankText(plainText(entry.text)); }
 
 std::string controlWord(std::string_view word, std::int32_t parameter) {
   std::string text = "\\";
@@ -19,7 +19,7 @@ std::string controlWord(std::string_view word, std::int32_t parameter) {
   return text + std::to_string(parameter);
 }
 
-std::string paragraphWords(const BibliographyEntry &entry) {
+std::string paragraphWords(const BibliographyParagraph &entry) {
   const ParagraphFormat &format = entry.format;
   std::string words = controlWord("li", format.leftIndent) + controlWord("lin", format.leftIndent) +
                       controlWord("fi", format.firstLineIndent);
@@ -35,10 +35,10 @@ std::string paragraphWords(const BibliographyEntry &entry) {
   return words;
 }
 
-std::string paragraphs(const Bibliography &bibliography, const std::string &formatBefore,
+std::string paragraphs(const BibliographyParagraphs &bibliography, const std::string &formatBefore,
                        const std::string &formatAfter) {
   std::string rtf;
-  for (const BibliographyEntry &entry : bibliography) {
+  for (const BibliographyParagraph &entry : bibliography) {
     rtf += '{' + formatBefore + paragraphWords(entry) + formatAfter + "\\uc0 " +
            rtfOfText(entry.text) + "\\par}\n";
   }
@@ -47,13 +47,13 @@ std::string paragraphs(const Bibliography &bibliography, const std::string &form
 
 }  // namespace
 
-std::expected<Bibliography, std::string> readBibliography(std::string_view rtf) {
+std::expected<BibliographyParagraphs, std::string> readBibliography(std::string_view rtf) {
   if (rtf.empty()) {
-    return Bibliography{};
+    return BibliographyParagraphs{};
   }
   TextReader reader(rtf);
-  Bibliography bibliography;
-  BibliographyEntry entry;
+  BibliographyParagraphs bibliography;
+  BibliographyParagraph entry;
   const auto endEntry = [&] {
     entry.format = reader.paragraphFormat();
     entry.tabStops.assign(reader.tabStops().begin(), reader.tabStops().end());
@@ -65,7 +65,7 @@ std::expected<Bibliography, std::string> readBibliography(std::string_view rtf) 
       return std::unexpected(reader.error());
     }
     if (event.kind == TextEventKind::text) {
-      appendText(entry.text, event.text, reader.characterFormat());
+      appendText(entry.text, event.text, reader.characterFormat().looks);
       // The format is that at the paragraph's end; without an end, that of its last text.
       entry.format = reader.paragraphFormat();
       entry.tabStops.assign(reader.tabStops().begin(), reader.tabStops().end());
@@ -77,17 +77,19 @@ std::expected<Bibliography, std::string> readBibliography(std::string_view rtf) 
   const auto first = std::find_if_not(bibliography.begin(), bibliography.end(), isEmpty);
   const auto last = std::find_if_not(bibliography.rbegin(), bibliography.rend(), isEmpty);
   if (first == bibliography.end()) {
-    return Bibliography{};
+    return BibliographyParagraphs{};
   }
-  return Bibliography(std::make_move_iterator(first), std::make_move_iterator(last.base()));
+  return BibliographyParagraphs(std::make_move_iterator(first),
+                                std::make_move_iterator(last.base()));
 }
 
-std::string bibliographyInPlace(const Bibliography &bibliography) {
+std::string bibliographyInPlace(const BibliographyParagraphs &bibliography) {
   // What the place itself is emphasised with is not meant for all entries.
   return paragraphs(bibliography, "", "\\b0\\i0\\scaps0\\ulnone\\nosupersub");
 }
 
-std::string bibliographyInBodyFormat(const Bibliography &bibliography, const BodyFormat &body) {
+std::string bibliographyInBodyFormat(const BibliographyParagraphs &bibliography,
+                                     const BodyFormat &body) {
   std::string before = "\\pard\\plain";
   if (body.style >= 0) {
     before += controlWord("s", body.style);

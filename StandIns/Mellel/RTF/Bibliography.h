@@ -6,8 +6,8 @@
 #pragma once
 
 #include "CitationFinder.h"
-#include "FormattedText.h"
 #include "Formatting.h"
+#include "RichText.h"
 
 #include <cstdint>
 #include <expected>
@@ -17,23 +17,24 @@
 
 namespace mellel::rtf {
 
-struct BibliographyEntry {
-  FormattedText text;
+struct BibliographyParagraph {
+  RichText text;
   ParagraphFormat format;
   std::vector<std::int32_t> tabStops;  // twips
 };
 
-using Bibliography = std::vector<BibliographyEntry>;
+using BibliographyParagraphs = std::vector<BibliographyParagraph>;
 
 // The paragraphs of the document, without empty ones at its beginning and end. No bytes at all
 // are no paragraphs. The error is one line; it speaks of the bibliography as "it".
-std::expected<Bibliography, std::string> readBibliography(std::string_view rtf);
+std::expected<BibliographyParagraphs, std::string> readBibliography(std::string_view rtf);
 
 // Paragraphs, each a group that ends with \par, for a place whose paragraph format, font
 // and size they take over.
-std::string bibliographyInPlace(const Bibliography &bibliography);
+std::string bibliographyInPlace(const BibliographyParagraphs &bibliography);
 
 // The same with the format of the document's body, whatever is in force where they are put.
-std::string bibliographyInBodyFormat(const Bibliography &bibliography, const BodyFormat &body);
+std::string bibliographyInBodyFormat(const BibliographyParagraphs &bibliography,
+                                     const BodyFormat &body);
 
 }  // namespace mellel::rtf

@@ -18,30 +18,30 @@ void applyToCharacters(Keyword keyword, const Token &token, CharacterFormat &for
       format.size = token.hasParameter ? token.parameter : -1;
       break;
     case Keyword::bold:
-      format.isBold = switchesOn;
+      format.looks.isBold = switchesOn;
       break;
     case Keyword::italic:
-      format.isItalic = switchesOn;
+      format.looks.isItalic = switchesOn;
       break;
     case Keyword::underline:
-      format.isUnderlined = switchesOn;
+      format.looks.isUnderlined = switchesOn;
       break;
     case Keyword::noUnderline:
-      format.isUnderlined = false;
+      format.looks.isUnderlined = false;
       break;
     case Keyword::superscript:
-      format.isSuperscript = switchesOn;
-      format.isSubscript = false;
+      format.looks.isSuperscript = switchesOn;
+      format.looks.isSubscript = false;
       break;
     case Keyword::subscript:
-      format.isSubscript = switchesOn;
-      format.isSuperscript = false;
+      format.looks.isSubscript = switchesOn;
+      format.looks.isSuperscript = false;
       break;
     case Keyword::noSuperscriptOrSubscript:
-      format.isSuperscript = format.isSubscript = false;
+      format.looks.isSuperscript = format.looks.isSubscript = false;
       break;
     case Keyword::smallCapitals:
-      format.isSmallCapitals = switchesOn;
+      format.looks.isSmallCapitals = switchesOn;
       break;
     case Keyword::deleted:
       format.isDeleted = switchesOn;

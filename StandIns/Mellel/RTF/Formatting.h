@@ -9,16 +9,23 @@
 
 namespace mellel::rtf {
 
-struct CharacterFormat {
-  // Font number and size in half points; -1 where the document's default holds.
-  std::int32_t font = -1;
-  std::int32_t size = -1;
+// What characters keep when they move into another document.
+struct CharacterLooks {
   bool isBold = false;
   bool isItalic = false;
   bool isUnderlined = false;
   bool isSuperscript = false;
   bool isSubscript = false;
   bool isSmallCapitals = false;
+
+  bool operator==(const CharacterLooks &) const = default;
+};
+
+struct CharacterFormat {
+  // Font number and size in half points; -1 where the document's default holds.
+  std::int32_t font = -1;
+  std::int32_t size = -1;
+  CharacterLooks looks;
   // By a tracked change: still in the file, but no text of the document.
   bool isDeleted = false;
 };

@@ -8,7 +8,7 @@
 
 #include <Formats/PidginRTFWriter.h>
 #include <Formats/Unicode.h>
-#include <StandIns/Mellel/RTF/FormattedText.h>
+#include <StandIns/Mellel/RTF/RichText.h>
 
 #include <vector>
 
@@ -16,8 +16,8 @@ namespace fuzzing {
 
 namespace {
 
-using mellel::rtf::CharacterFormat;
-using mellel::rtf::FormattedText;
+using mellel::rtf::CharacterLooks;
+using mellel::rtf::RichText;
 
 void rewrite(std::string_view pidgin) {
   const auto formatted = mellel::rtf::readPidginRTF(pidgin);
@@ -78,16 +78,16 @@ std::string asRead(std::u16string text) {
 
 void writeAndRead(const std::vector<Run> &runs) {
   formats::PidginRTFWriter writer;
-  FormattedText expected;
+  RichText expected;
   for (const Run &run : runs) {
     writer.append(run.text, run.attributes);
-    CharacterFormat format;
-    format.isBold = run.attributes.bold;
-    format.isItalic = run.attributes.italic;
-    format.isUnderlined = run.attributes.underline;
-    format.isSuperscript = run.attributes.superscript;
-    format.isSubscript = run.attributes.subscript;
-    mellel::rtf::appendText(expected, asRead(run.text), format);
+    CharacterLooks looks;
+    looks.isBold = run.attributes.bold;
+    looks.isItalic = run.attributes.italic;
+    looks.isUnderlined = run.attributes.underline;
+    looks.isSuperscript = run.attributes.superscript;
+    looks.isSubscript = run.attributes.subscript;
+    mellel::rtf::appendText(expected, asRead(run.text), looks);
   }
   const auto read = mellel::rtf::readPidginRTF(formats::encodeUTF8(writer.finish()));
   require(read.has_value());

@@ -14,34 +14,29 @@
 
 namespace mellel::rtf {
 
-// Adjacent characters with the same formatting.
-struct FormattedRun {
+// Adjacent characters with the same looks.
+struct TextRun {
   std::string text;  // UTF-8; U+2028 breaks the line within the paragraph
-  bool isBold = false;
-  bool isItalic = false;
-  bool isUnderlined = false;
-  bool isSuperscript = false;
-  bool isSubscript = false;
-  bool isSmallCapitals = false;
+  CharacterLooks looks{};
 };
 
-using FormattedText = std::vector<FormattedRun>;
+using RichText = std::vector<TextRun>;
 
-// Appends text in the formatting of the format, to the last run if that has it too.
-void appendText(FormattedText &formatted, std::string_view text, const CharacterFormat &format);
+// Appends text with these looks, to the last run if that has them too.
+void appendText(RichText &formatted, std::string_view text, const CharacterLooks &looks);
 
 // The characters without the formatting, UTF-8.
-std::string plainText(const FormattedText &formatted);
+std::string plainText(const RichText &formatted);
 
 // RTF for the text, ASCII only, each formatted run a group of its own. Characters are written
 // as \u without fallback: what goes around it must say \uc0.
-std::string rtfOfText(const FormattedText &formatted);
+std::string rtfOfText(const RichText &formatted);
 
 // A group that can stand wherever a character can stand, and leaves nothing behind it changed.
-std::string groupOfText(const FormattedText &formatted);
+std::string groupOfText(const RichText &formatted);
 
 // A formatted citation as it comes from the host: RTF without header, with character formatting
 // only. Refused with one line if it is not well-formed.
-std::expected<FormattedText, std::string> readPidginRTF(std::string_view pidgin);
+std::expected<RichText, std::string> readPidginRTF(std::string_view pidgin);
 
 }  // namespace mellel::rtf

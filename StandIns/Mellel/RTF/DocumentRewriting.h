@@ -3,7 +3,7 @@
 
 #include "Bibliography.h"
 #include "CitationFinder.h"
-#include "FormattedText.h"
+#include "RichText.h"
 
 #include <cstddef>
 #include <optional>
@@ -20,8 +20,8 @@ namespace mellel::rtf {
 //
 // `texts` belong to the citations of `document`, which was read from `rtf`.
 std::string formattedDocument(std::string_view rtf, const DocumentText &document,
-                              const std::vector<std::optional<FormattedText>> &texts,
-                              const Bibliography &bibliography);
+                              const std::vector<std::optional<RichText>> &texts,
+                              const BibliographyParagraphs &bibliography);
 
 // The document with the citation, braces included, at a place that findEndOfText gave.
 std::string documentWithCitation(std::string_view rtf, std::size_t place,

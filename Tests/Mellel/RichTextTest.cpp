@@ -1,5 +1,5 @@
 #include <StandIns/Mellel/RTF/Escape.h>
-#include <StandIns/Mellel/RTF/FormattedText.h>
+#include <StandIns/Mellel/RTF/RichText.h>
 
 #include <gtest/gtest.h>
 
@@ -11,39 +11,39 @@ std::string roundTrip(std::string_view pidgin) {
   return formatted ? groupOfText(*formatted) : formatted.error();
 }
 
-TEST(FormattedText, PidginGroupsKeepTheirFormatting) {
+TEST(RichText, PidginGroupsKeepTheirFormatting) {
   EXPECT_EQ(roundTrip("(Smith {\\i et al.}, {\\b x}{\\super 1}{\\sub 2}{\\ul u})"),
             "{(Smith {\\i et al.}, {\\b x}{\\super 1}{\\sub 2}{\\ul u})}");
 }
 
-TEST(FormattedText, NestedPidginGroupsAddUp) {
+TEST(RichText, NestedPidginGroupsAddUp) {
   EXPECT_EQ(roundTrip("{\\b A}{\\i {\\b B}}"), "{{\\b A}{\\i\\b B}}");
 }
 
-TEST(FormattedText, PidginEscapesAreCharacters) {
+TEST(RichText, PidginEscapesAreCharacters) {
   EXPECT_EQ(plainText(*readPidginRTF("it\\'27s \\'7b x\\'7d  \\'5c caf\\uc0\\u233 "
                                      "\\uc0\\u-10179 \\uc0\\u-8704 ")),
             "it's {x} \\café😀");
 }
 
-TEST(FormattedText, CharactersOutsideASCIIDoNotLeakTheirFallbackCount) {
+TEST(RichText, CharactersOutsideASCIIDoNotLeakTheirFallbackCount) {
   EXPECT_EQ(roundTrip("\\uc0\\u233 "), "{\\uc0 \\u233 }");
 }
 
-TEST(FormattedText, UTF8InPidginIsUnderstood) { EXPECT_EQ(roundTrip("é"), "{\\uc0 \\u233 }"); }
+TEST(RichText, UTF8InPidginIsUnderstood) { EXPECT_EQ(roundTrip("é"), "{\\uc0 \\u233 }"); }
 
-TEST(FormattedText, EscapedLineFeedBecomesALineBreakThatEndsNoParagraph) {
+TEST(RichText, EscapedLineFeedBecomesALineBreakThatEndsNoParagraph) {
   EXPECT_EQ(roundTrip("a\\\nb"), "{\\uc0 a\\line b}");
 }
 
-TEST(FormattedText, UnbalancedPidginIsRefused) {
+TEST(RichText, UnbalancedPidginIsRefused) {
   EXPECT_FALSE(readPidginRTF("a}"));
   EXPECT_FALSE(readPidginRTF("{a"));
   EXPECT_FALSE(readPidginRTF("a\\"));
   EXPECT_FALSE(readPidginRTF("}{"));
 }
 
-TEST(FormattedText, UnknownWordsOfPidginDoNotReachTheDocument) {
+TEST(RichText, UnknownWordsOfPidginDoNotReachTheDocument) {
   EXPECT_EQ(roundTrip("a\\cell\\trowd\\f9 b{\\*\\x y}"), "{\\uc0 a\\line b}");
 }
 

@@ -1,4 +1,4 @@
-#include "FormattedText.h"
+#include "RichText.h"
 
 #include "Escape.h"
 #include "Lexer.h"
@@ -6,43 +6,25 @@
 
 #include <Formats/Unicode.h>
 
-#include <utility>
-
 namespace mellel::rtf {
 
 namespace {
 
 constexpr std::string_view lineSeparator = "\xE2\x80\xA8";
 
-FormattedRun emptyRun(const CharacterFormat &format) {
-  return {{},
-          format.isBold,
-          format.isItalic,
-          format.isUnderlined,
-          format.isSuperscript,
-          format.isSubscript,
-          format.isSmallCapitals};
-}
-
-bool haveSameFormat(const FormattedRun &left, const FormattedRun &right) {
-  return left.isBold == right.isBold && left.isItalic == right.isItalic &&
-         left.isUnderlined == right.isUnderlined && left.isSuperscript == right.isSuperscript &&
-         left.isSubscript == right.isSubscript && left.isSmallCapitals == right.isSmallCapitals;
-}
-
-std::string controlWords(const FormattedRun &run) {
+std::string controlWords(const CharacterLooks &looks) {
   std::string words;
   const auto add = [&](bool isOn, std::string_view word) {
     if (isOn) {
       words += word;
     }
   };
-  add(run.isUnderlined, "\\ul");
-  add(run.isItalic, "\\i");
-  add(run.isBold, "\\b");
-  add(run.isSmallCapitals, "\\scaps");
-  add(run.isSuperscript, "\\super");
-  add(run.isSubscript, "\\sub");
+  add(looks.isUnderlined, "\\ul");
+  add(looks.isItalic, "\\i");
+  add(looks.isBold, "\\b");
+  add(looks.isSmallCapitals, "\\scaps");
+  add(looks.isSuperscript, "\\super");
+  add(looks.isSubscript, "\\sub");
   return words;
 }
 
@@ -64,29 +46,28 @@ std::string withoutBlanksOfEscapes(std::string_view pidgin) {
 
 }  // namespace
 
-void appendText(FormattedText &formatted, std::string_view text, const CharacterFormat &format) {
+void appendText(RichText &formatted, std::string_view text, const CharacterLooks &looks) {
   if (text.empty()) {
     return;
   }
-  FormattedRun run = emptyRun(format);
-  if (formatted.empty() || !haveSameFormat(formatted.back(), run)) {
-    formatted.push_back(std::move(run));
+  if (formatted.empty() || formatted.back().looks != looks) {
+    formatted.push_back({{}, looks});
   }
   formatted.back().text += text;
 }
 
-std::string plainText(const FormattedText &formatted) {
+std::string plainText(const RichText &formatted) {
   std::string text;
-  for (const FormattedRun &run : formatted) {
+  for (const TextRun &run : formatted) {
     text += run.text;
   }
   return text;
 }
 
-std::string rtfOfText(const FormattedText &formatted) {
+std::string rtfOfText(const RichText &formatted) {
   std::string rtf;
-  for (const FormattedRun &run : formatted) {
-    const std::string words = controlWords(run);
+  for (const TextRun &run : formatted) {
+    const std::string words = controlWords(run.looks);
     if (!words.empty()) {
       rtf += '{' + words + ' ';
     }
@@ -98,25 +79,25 @@ std::string rtfOfText(const FormattedText &formatted) {
   return rtf;
 }
 
-std::string groupOfText(const FormattedText &formatted) {
+std::string groupOfText(const RichText &formatted) {
   const std::string rtf = rtfOfText(formatted);
   return (formats::isASCII(plainText(formatted)) ? "{" : "{\\uc0 ") + rtf + '}';
 }
 
-std::expected<FormattedText, std::string> readPidginRTF(std::string_view pidgin) {
+std::expected<RichText, std::string> readPidginRTF(std::string_view pidgin) {
   std::string document = "{\\rtf1\\ansi\\ansicpg65001 ";
   document += withoutBlanksOfEscapes(pidgin);
   document += '}';
   TextReader reader(document);
-  FormattedText formatted;
+  RichText formatted;
   for (;;) {
     const TextEvent event = reader.next();
     switch (event.kind) {
       case TextEventKind::text:
-        appendText(formatted, event.text, reader.characterFormat());
+        appendText(formatted, event.text, reader.characterFormat().looks);
         break;
       case TextEventKind::paragraphEnd:
-        appendText(formatted, lineSeparator, reader.characterFormat());
+        appendText(formatted, lineSeparator, reader.characterFormat().looks);
         break;
       case TextEventKind::documentEnd:
         return formatted;

@@ -1,4 +1,4 @@
-#include "FormattedDocument.h"
+#include "DocumentRewriting.h"
 
 #include "Edits.h"
 #include "Escape.h"
@@ -30,7 +30,7 @@ void replace(std::vector<Edit> &edits, const std::vector<CharacterSpan> &spans, 
 }
 
 void addBibliography(std::vector<Edit> &edits, const DocumentText &document,
-                     const Bibliography &bibliography) {
+                     const BibliographyParagraphs &bibliography) {
   if (bibliography.empty()) {
     return;
   }
@@ -52,8 +52,8 @@ void addBibliography(std::vector<Edit> &edits, const DocumentText &document,
 }  // namespace
 
 std::string formattedDocument(std::string_view rtf, const DocumentText &document,
-                              const std::vector<std::optional<FormattedText>> &texts,
-                              const Bibliography &bibliography) {
+                              const std::vector<std::optional<RichText>> &texts,
+                              const BibliographyParagraphs &bibliography) {
   std::vector<Edit> edits;
   for (std::size_t index = 0; index < document.citations.size(); ++index) {
     if (texts.at(index)) {
