@@ -28,7 +28,8 @@ constexpr char16_t byteOrderMark = 0xFEFF;
 constexpr char16_t byteOrderMarkTurnedRound = 0xFFFE;
 
 // Nil for lone surrogates in GNUstep. Each message to a class by its name looks the name up, which
-// takes as long as half of the string.
+// takes as long as half of the string. A host has the like of its own: it shares with the plug-in
+// only Formats, which knows no Cocoa.
 NSString *stringOrNil(std::u16string_view text) {
   static const Class stringClass = [NSString class];
   // Cocoa takes the first code unit as it is. GNUstep drops a byte order mark, and turns round the

@@ -1,20 +1,20 @@
-#import "HostFixture.h"
+#import "AdapterFixture.h"
 
 #import <HostContract/HostContract.h>
-#import <StandIns/Korvo/Adapter/TextBridge.h>
+#import <StandIns/Korvo/Adapter/StringConversion.h>
 
 #include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 
-using hosttest::HostTest;
-using hosttest::utf8;
+using korvo_test::AdapterFixture;
+using korvo_test::utf8;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::SizeIs;
 
 namespace {
 
-class Adapter : public HostTest {
+class Adapter : public AdapterFixture {
  protected:
   NSUInteger matches(NSString *tag) {
     return [[adapter_.get() referencesMatchingTag:tag inLibrary:library_.get()] count];

@@ -1,20 +1,20 @@
-#import "HostFixture.h"
+#import "AdapterFixture.h"
 
 #import <HostContract/HostContract.h>
 #import <StandIns/Korvo/Adapter/AttributedCitations.h>
 #import <StandIns/Korvo/Adapter/PidginRTFText.h>
-#import <StandIns/Korvo/Adapter/TextBridge.h>
+#import <StandIns/Korvo/Adapter/StringConversion.h>
 
 #include <gtest/gtest.h>
 
 using korvo::engine::Bibliography;
 using korvo::engine::FormattedText;
 using Piece = korvo::engine::Run;
-using hosttest::markup;
-using hosttest::utf8;
 using korvo::adapter::attributedBibliography;
 using korvo::adapter::attributedText;
 using korvo::engine::VerticalPosition;
+using korvo_test::markup;
+using korvo_test::utf8;
 
 // A text for which a plug-in brings a conversion of its own.
 @interface ConvertibleText : NSAttributedString
@@ -44,7 +44,7 @@ using korvo::engine::VerticalPosition;
 
 namespace {
 
-class AttributedText : public hosttest::HostTest {};
+class AttributedText : public korvo_test::AdapterFixture {};
 
 Bibliography twoEntries() {
   Bibliography bibliography;

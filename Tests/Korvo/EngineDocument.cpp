@@ -6,7 +6,7 @@
 
 #include <utility>
 
-namespace enginetest {
+namespace korvo_test {
 
 const Items &library() {
   static const Items items = {
@@ -100,4 +100,4 @@ std::string printOne(std::string_view styleName, const CiteGroup &group, const I
   return print(styleName, {group}, items).groups.at(0);
 }
 
-}  // namespace enginetest
+}  // namespace korvo_test

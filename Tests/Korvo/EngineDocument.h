@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-namespace enginetest {
+namespace korvo_test {
 
 using korvo::engine::Cite;
 using korvo::engine::CiteGroup;
@@ -44,4 +44,4 @@ Printed print(std::string_view styleName, const std::vector<CiteGroup> &groups,
 std::string printOne(std::string_view styleName, const CiteGroup &group,
                      const Items &items = library());
 
-}  // namespace enginetest
+}  // namespace korvo_test

@@ -11,7 +11,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-using namespace enginetest;
+using namespace korvo_test;
 
 namespace {
 

@@ -6,7 +6,7 @@
 
 #include <fstream>
 
-using namespace enginetest;
+using namespace korvo_test;
 
 namespace {
 

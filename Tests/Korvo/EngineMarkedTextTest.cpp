@@ -11,8 +11,8 @@ namespace {
 
 std::string read(std::u16string_view marked) {
   const korvo::engine::MarkedText result = korvo::engine::readMarkedText(marked);
-  return (result.firstField ? enginetest::markup(*result.firstField) + "|" : "") +
-         enginetest::markup(result.text);
+  return (result.firstField ? korvo_test::markup(*result.firstField) + "|" : "") +
+         korvo_test::markup(result.text);
 }
 
 }  // namespace

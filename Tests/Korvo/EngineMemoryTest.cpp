@@ -8,7 +8,7 @@
 
 #include <functional>
 
-using namespace enginetest;
+using namespace korvo_test;
 using korvo::engine::RememberedDocuments;
 
 namespace {

@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-using namespace enginetest;
+using namespace korvo_test;
 
 namespace {
 

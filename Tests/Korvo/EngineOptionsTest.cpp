@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-using namespace enginetest;
+using namespace korvo_test;
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <fstream>
 #include <iterator>
 
-namespace enginetest {
+namespace korvo_test {
 
 std::string collidingItem(std::mt19937 &random, std::size_t index) {
   constexpr std::array families = {"Smith", "Jones", "van Gogh", "Müller", "de la Cruz", "Li"};
@@ -65,4 +65,4 @@ korvo::engine::CitationProcessor &referenceProcessor() {
   return shared;
 }
 
-}  // namespace enginetest
+}  // namespace korvo_test

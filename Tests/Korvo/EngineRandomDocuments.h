@@ -6,7 +6,7 @@
 
 #include <random>
 
-namespace enginetest {
+namespace korvo_test {
 
 // A work of few possible names, titles and years; the index tells it from all others.
 std::string collidingItem(std::mt19937 &random, std::size_t index);
@@ -21,4 +21,4 @@ std::vector<CiteGroup> randomGroups(std::mt19937 &random, std::size_t count, std
 // Formats citation by citation, as the authors of citeproc-js meant it to be used.
 korvo::engine::CitationProcessor &referenceProcessor();
 
-}  // namespace enginetest
+}  // namespace korvo_test

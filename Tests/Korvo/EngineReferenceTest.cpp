@@ -11,7 +11,7 @@
 #include <chrono>
 #include <random>
 
-using namespace enginetest;
+using namespace korvo_test;
 
 namespace {
 

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-using namespace enginetest;
+using namespace korvo_test;
 
 namespace {
 

@@ -1,15 +1,15 @@
 // What the host remembers of a document is what a host that remembers nothing would answer.
-#import "HostFixture.h"
+#import "AdapterFixture.h"
 #include "TemporaryDirectory.h"
 
 #import <HostContract/HostContract.h>
 #import <StandIns/Korvo/Adapter/AttributedCitations.h>
 #import <StandIns/Korvo/Adapter/CitedDocument.h>
 #import <StandIns/Korvo/Adapter/DocumentFormatter.h>
-#import <StandIns/Korvo/Adapter/KOFormattedText.h>
+#import <StandIns/Korvo/Adapter/KOConvertedText.h>
 #import <StandIns/Korvo/Adapter/PidginRTFText.h>
 #import <StandIns/Korvo/Adapter/RememberedMatches.h>
-#import <StandIns/Korvo/Adapter/TextBridge.h>
+#import <StandIns/Korvo/Adapter/StringConversion.h>
 
 #include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
@@ -19,11 +19,11 @@
 #include <random>
 #include <set>
 
-using hosttest::markup;
-using hosttest::utf8;
 using korvo::adapter::Owned;
 using korvo::library::Library;
 using korvo::library::NewReference;
+using korvo_test::markup;
+using korvo_test::utf8;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -36,7 +36,7 @@ NewReference book(const std::string &identifier, const std::string &family, int 
 }
 
 // A library in a file, and another program that has it open.
-class Remembering : public hosttest::HostTest {
+class Remembering : public korvo_test::AdapterFixture {
  protected:
   Remembering() {
     auto opened = Library::openOrCreate(file_);
@@ -394,13 +394,13 @@ TEST_F(RandomEdits, AreAnsweredAsByAHostThatRemembersNothing) {
   }
 }
 
-class FormattedText : public hosttest::HostTest {
+class ConvertedText : public korvo_test::AdapterFixture {
  protected:
-  FormattedText() {
+  ConvertedText() {
     const korvo::engine::FormattedText text{
         {korvo::engine::Run{.text = u"plain "}, korvo::engine::Run{.text = u"é{", .italic = true}}};
     plain_ = korvo::adapter::attributedText(text);
-    text_ = [[[KOFormattedText alloc] initWithAttributedString:plain_] autorelease];
+    text_ = [[[KOConvertedText alloc] initWithAttributedString:plain_] autorelease];
   }
 
   static NSData *rtf(NSAttributedString *text, NSRange range, NSDictionary *attributes) {
@@ -408,24 +408,24 @@ class FormattedText : public hosttest::HostTest {
   }
 
   NSAttributedString *plain_ = nil;
-  KOFormattedText *text_ = nil;
+  KOConvertedText *text_ = nil;
 };
 
-TEST_F(FormattedText, IsTheTextThatItWasMadeOf) {
+TEST_F(ConvertedText, IsTheTextThatItWasMadeOf) {
   EXPECT_TRUE([text_ isEqualToAttributedString:plain_]);
   EXPECT_EQ(markup(text_), "plain <i>é{</i>");
   EXPECT_EQ([[text_ copy] autorelease], text_);
-  KOFormattedText *bare = [[[KOFormattedText alloc] initWithString:@"x"
+  KOConvertedText *bare = [[[KOConvertedText alloc] initWithString:@"x"
                                                         attributes:nil] autorelease];
   EXPECT_EQ(markup(bare), "x");
 }
 
-TEST_F(FormattedText, IsConvertedOnce) {
+TEST_F(ConvertedText, IsConvertedOnce) {
   EXPECT_EQ(utf8([text_ pidginRTF]), utf8(korvo::adapter::pidginRTF(plain_)));
   EXPECT_EQ([text_ pidginRTF], [text_ pidginRTF]);
 }
 
-TEST_F(FormattedText, ItsRTFIsThatOfTheRangeAndTheAttributesAskedFor) {
+TEST_F(ConvertedText, ItsRTFIsThatOfTheRangeAndTheAttributesAskedFor) {
   const NSRange all = NSMakeRange(0, [plain_ length]);
   const NSRange part = NSMakeRange(2, 5);
   NSDictionary *narrow = [NSDictionary dictionaryWithObject:[NSNumber numberWithInt:10]
@@ -441,7 +441,7 @@ TEST_F(FormattedText, ItsRTFIsThatOfTheRangeAndTheAttributesAskedFor) {
   EXPECT_EQ(rtf(text_, all, narrow), rtf(text_, all, narrow));
 }
 
-TEST_F(FormattedText, AttributesThatAreChangedAfterwardsAreOtherAttributes) {
+TEST_F(ConvertedText, AttributesThatAreChangedAfterwardsAreOtherAttributes) {
   const NSRange all = NSMakeRange(0, [plain_ length]);
   NSMutableDictionary *attributes =
       [NSMutableDictionary dictionaryWithObject:[NSNumber numberWithInt:10]

@@ -1,5 +1,5 @@
 // Documents formatted by real styles, asked for in the order in which plug-ins ask.
-#import "HostFixture.h"
+#import "AdapterFixture.h"
 
 #import <HostContract/HostContract.h>
 #import <StandIns/Korvo/Adapter/KOFormattedGroup.h>
@@ -8,14 +8,14 @@
 #include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 
-using hosttest::markup;
-using hosttest::utf8;
+using korvo_test::markup;
+using korvo_test::utf8;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
 namespace {
 
-class StyleFormatting : public hosttest::HostTest {
+class StyleFormatting : public korvo_test::AdapterFixture {
  protected:
   // The groups' texts, after the style has seen the whole document.
   std::vector<std::string> formatted(NSString *style,

@@ -1,7 +1,7 @@
-#import "HostFixture.h"
+#import "AdapterFixture.h"
 #include "TemporaryDirectory.h"
 
-#import <StandIns/Korvo/Adapter/TextBridge.h>
+#import <StandIns/Korvo/Adapter/StringConversion.h>
 #import <StandIns/Korvo/Application/KOApplication.h>
 #import <StandIns/Korvo/Application/KOApplicationController.h>
 #import <StandIns/Korvo/Windows/Controls.h>
@@ -9,18 +9,18 @@
 #include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
 
-using hosttest::utf8;
 using korvo::library::ListOrder;
 using korvo::library::SortColumn;
+using korvo_test::utf8;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
 namespace {
 
-class Windows : public hosttest::HostTest {
+class Windows : public korvo_test::AdapterFixture {
  protected:
   Windows()
-      : otherLibrary_(hosttest::smallLibrary()),
+      : otherLibrary_(korvo_test::smallLibrary()),
         controller_(korvo::adapter::Owned<KOApplicationController *>::taking(
             [[KOApplicationController alloc]
                 initWithLibraries:[NSArray

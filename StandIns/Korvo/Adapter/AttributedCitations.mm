@@ -2,7 +2,7 @@
 
 #import "BodyFonts.h"
 #import "Owned.h"
-#import "TextBridge.h"
+#import "StringConversion.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #import "CitedDocument.h"
 
 #import "AttributedCitations.h"
-#import "TextBridge.h"
+#import "StringConversion.h"
 
 #include <utility>
 

@@ -8,7 +8,7 @@
 
 #import "AskedDocument.h"
 #import "CitedDocument.h"
-#import "FormattedTexts.h"
+#import "ConvertedTexts.h"
 
 #include <StandIns/Korvo/Engine/CitationProcessor.h>
 
@@ -40,7 +40,7 @@ class DocumentFormatter {
                         std::shared_ptr<const engine::FormattedDocument> formatted);
 
   engine::CitationProcessor processor_;
-  FormattedTexts formattedTexts_;
+  ConvertedTexts convertedTexts_;
   // What was asked last, where it could be told apart from what will be asked, and the answer.
   std::optional<AskedDocument> asked_;
   DocumentTexts answer_;

@@ -39,7 +39,7 @@ std::expected<const DocumentTexts *, std::string> DocumentFormatter::format(
 
 DocumentTexts DocumentFormatter::textsOf(
     const CitedDocument &document, std::shared_ptr<const engine::FormattedDocument> formatted) {
-  const FormattedTexts::Document made = formattedTexts_.of(std::move(formatted));
+  const ConvertedTexts::Document made = convertedTexts_.of(std::move(formatted));
   DocumentTexts texts;
   texts.bibliography = Owned<NSAttributedString *>::retaining(made.bibliography.get());
   texts.groups.reserve(document.groups.size());

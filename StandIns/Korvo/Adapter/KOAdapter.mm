@@ -3,13 +3,13 @@
 #import "CitationGroupString.h"
 #import "KOCitation.h"
 #import "KOCitationGroup.h"
-#import "KOFormattedText.h"
+#import "KOConvertedText.h"
 #import "KOLibrary.h"
 #import "KOReference.h"
 #import "NoticeText.h"
 #import "PidginRTFText.h"
+#import "StringConversion.h"
 #import "StyleShelf.h"
-#import "TextBridge.h"
 
 namespace {
 
@@ -121,8 +121,8 @@ KOReference *ownReference(id reference) {
 }
 
 - (NSString *)pidginRTFForAttributedString:(NSAttributedString *)text {
-  static const Class formattedClass = [KOFormattedText class];
-  return [text isKindOfClass:formattedClass] ? [(KOFormattedText *)text pidginRTF]
+  static const Class formattedClass = [KOConvertedText class];
+  return [text isKindOfClass:formattedClass] ? [(KOConvertedText *)text pidginRTF]
                                              : korvo::adapter::pidginRTF(text);
 }
 

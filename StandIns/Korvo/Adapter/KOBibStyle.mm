@@ -6,7 +6,7 @@
 #import "KOCitationGroup.h"
 #import "KOFormattedGroup.h"
 #import "Owned.h"
-#import "TextBridge.h"
+#import "StringConversion.h"
 
 #include <algorithm>
 #include <span>

@@ -1,7 +1,7 @@
 #import "KOCitation.h"
 
 #import "KOFormattedGroup.h"
-#import "TextBridge.h"
+#import "StringConversion.h"
 
 @implementation KOCitation
 

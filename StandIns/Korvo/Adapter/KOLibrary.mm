@@ -1,7 +1,7 @@
 #import "KOLibrary.h"
 
 #import "KOReference.h"
-#import "TextBridge.h"
+#import "StringConversion.h"
 
 #import <AppKit/AppKit.h>
 

@@ -1,6 +1,6 @@
 #import "KOReference.h"
 
-#import "TextBridge.h"
+#import "StringConversion.h"
 
 @implementation KOReference
 

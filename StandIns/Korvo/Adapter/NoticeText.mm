@@ -1,7 +1,7 @@
 #import "NoticeText.h"
 
 #import "KOReference.h"
-#import "TextBridge.h"
+#import "StringConversion.h"
 
 #include <string_view>
 

@@ -1,6 +1,6 @@
 #import "PidginRTFText.h"
 
-#import "TextBridge.h"
+#import "StringConversion.h"
 
 #include <Formats/PidginRTFWriter.h>
 #import <HostContract/KorvoAttributePredicates.h>

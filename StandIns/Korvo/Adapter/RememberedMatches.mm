@@ -1,7 +1,7 @@
 #import "RememberedMatches.h"
 
 #import "KOReference.h"
-#import "TextBridge.h"
+#import "StringConversion.h"
 
 #include <utility>
 

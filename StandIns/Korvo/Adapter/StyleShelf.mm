@@ -1,6 +1,6 @@
 #import "StyleShelf.h"
 
-#import "TextBridge.h"
+#import "StringConversion.h"
 
 #include <utility>
 

@@ -2,7 +2,7 @@
 
 #include "Effects.h"
 
-#import <StandIns/Korvo/Adapter/TextBridge.h>
+#import <StandIns/Korvo/Adapter/StringConversion.h>
 #import <StandIns/Korvo/Windows/Controls.h>
 
 #include <string>

@@ -1,6 +1,6 @@
 #import "PlugInLoader.h"
 
-#import <StandIns/Korvo/Adapter/TextBridge.h>
+#import <StandIns/Korvo/Adapter/StringConversion.h>
 
 // How a plug-in hands out the one instance that it keeps for itself.
 @interface NSObject (KorvoPlugInInstance)

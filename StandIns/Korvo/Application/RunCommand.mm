@@ -13,7 +13,7 @@
 #include <Formats/EventTable.h>
 #include <Platform/AppleEventsProcess.h>
 #import <StandIns/Korvo/Adapter/Owned.h>
-#import <StandIns/Korvo/Adapter/TextBridge.h>
+#import <StandIns/Korvo/Adapter/StringConversion.h>
 #include <StandIns/Korvo/Library/LibraryFile.h>
 #import <StandIns/Korvo/Windows/MainMenu.h>
 

@@ -2,7 +2,7 @@
 
 #import "Controls.h"
 
-#import <StandIns/Korvo/Adapter/TextBridge.h>
+#import <StandIns/Korvo/Adapter/StringConversion.h>
 #include <StandIns/Korvo/Library/FoldedText.h>
 
 #include <algorithm>

@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr const char *settingsVariable = "KORVO_HOST_TEST_SETTINGS";
+constexpr const char *settingsVariable = "KORVO_ADAPTER_TEST_SETTINGS";
 
 // Foundation reads its configuration before main begins: the process starts over with it.
 // Returns only when that fails.

@@ -2,7 +2,7 @@
 // the same text gives the same object, with all that it was converted to.
 #pragma once
 
-#import "KOFormattedText.h"
+#import "KOConvertedText.h"
 #import "Owned.h"
 
 #include <StandIns/Korvo/Engine/FormattedText.h>
@@ -14,11 +14,11 @@
 
 namespace korvo::adapter {
 
-class FormattedTexts {
+class ConvertedTexts {
  public:
   struct Document {
-    std::vector<Owned<KOFormattedText *>> groups;  // as many as the engine's
-    Owned<KOFormattedText *> bibliography;
+    std::vector<Owned<KOConvertedText *>> groups;  // as many as the engine's
+    Owned<KOConvertedText *> bibliography;
   };
 
   // Forgets what is not of this document.
@@ -33,11 +33,11 @@ class FormattedTexts {
     bool operator()(const engine::FormattedText *one, const engine::FormattedText *other) const;
   };
   using Texts =
-      std::unordered_map<const engine::FormattedText *, Owned<KOFormattedText *>, Hash, Equal>;
+      std::unordered_map<const engine::FormattedText *, Owned<KOConvertedText *>, Hash, Equal>;
 
   std::shared_ptr<const engine::FormattedDocument> formatted_;
   Texts texts_;
-  Owned<KOFormattedText *> bibliography_;
+  Owned<KOConvertedText *> bibliography_;
 };
 
 }  // namespace korvo::adapter

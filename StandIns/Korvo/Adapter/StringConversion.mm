@@ -1,4 +1,4 @@
-#import "TextBridge.h"
+#import "StringConversion.h"
 
 #include <Formats/Unicode.h>
 
@@ -9,7 +9,8 @@ namespace {
 constexpr char16_t byteOrderMark = 0xFEFF;
 constexpr char16_t byteOrderMarkTurnedRound = 0xFFFE;
 
-// Nil for lone surrogates in GNUstep; Cocoa makes a string of them.
+// Nil for lone surrogates in GNUstep; Cocoa makes a string of them. The plug-in has the like of its
+// own: it shares with the host only Formats, which knows no Cocoa.
 NSString *stringOrNil(std::u16string_view text) {
   // GNUstep drops a byte order mark, and turns round the bytes of all others behind one that is
   // turned round; Cocoa takes either for a character.

@@ -1,4 +1,4 @@
-#import "FormattedTexts.h"
+#import "ConvertedTexts.h"
 
 #import "AttributedCitations.h"
 
@@ -9,13 +9,13 @@
 namespace korvo::adapter {
 namespace {
 
-Owned<KOFormattedText *> formattedText(NSAttributedString *text) {
-  return Owned<KOFormattedText *>::taking([[KOFormattedText alloc] initWithAttributedString:text]);
+Owned<KOConvertedText *> formattedText(NSAttributedString *text) {
+  return Owned<KOConvertedText *>::taking([[KOConvertedText alloc] initWithAttributedString:text]);
 }
 
 }  // namespace
 
-std::size_t FormattedTexts::Hash::operator()(const engine::FormattedText *text) const {
+std::size_t ConvertedTexts::Hash::operator()(const engine::FormattedText *text) const {
   // Texts with other looks are few among those with the same characters.
   std::size_t hash = text->runs.size();
   for (const engine::Run &run : text->runs) {
@@ -24,12 +24,12 @@ std::size_t FormattedTexts::Hash::operator()(const engine::FormattedText *text) 
   return hash;
 }
 
-bool FormattedTexts::Equal::operator()(const engine::FormattedText *one,
+bool ConvertedTexts::Equal::operator()(const engine::FormattedText *one,
                                        const engine::FormattedText *other) const {
   return *one == *other;
 }
 
-FormattedTexts::Document FormattedTexts::of(
+ConvertedTexts::Document ConvertedTexts::of(
     std::shared_ptr<const engine::FormattedDocument> formatted) {
   Document document;
   document.groups.reserve(formatted->groups.size());

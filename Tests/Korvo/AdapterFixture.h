@@ -27,17 +27,17 @@
 }
 @end
 
-namespace hosttest {
+namespace korvo_test {
 
 // SMI2001 (book by Smith), JON1999 (article by Jones and Lee, title with markup), a book by
 // van Gogh of 1888 without an identifier, two books of Doe 2005 without identifiers, and a
 // reference with nothing in it.
 korvo::adapter::Owned<KOLibrary *> smallLibrary();
 
-class HostTest : public testing::Test {
+class AdapterFixture : public testing::Test {
  protected:
-  HostTest();
-  ~HostTest() override;
+  AdapterFixture();
+  ~AdapterFixture() override;
 
   // The reference of the small library that the tag names; nil when it is not exactly one.
   KOReference *reference(NSString *tag);
@@ -57,4 +57,4 @@ std::string utf8(NSString *text);
 // With <b>, <i>, <u>, <sup> and <sub>, as the predicates tell.
 std::string markup(NSAttributedString *text);
 
-}  // namespace hosttest
+}  // namespace korvo_test

@@ -5,7 +5,7 @@
 
 #import <Cocoa/Cocoa.h>
 
-@interface KOFormattedText : NSAttributedString {
+@interface KOConvertedText : NSAttributedString {
   NSAttributedString *text_;
   NSString *pidginRTF_;
   NSData *rtf_;

@@ -1,8 +1,8 @@
-#import "KOFormattedText.h"
+#import "KOConvertedText.h"
 
 #import "PidginRTFText.h"
 
-@implementation KOFormattedText
+@implementation KOConvertedText
 
 // Without a message to super: the initializers of the abstract class call each other.
 - (id)initWithAttributedString:(NSAttributedString *)text {

@@ -1,7 +1,7 @@
-#import "HostFixture.h"
+#import "AdapterFixture.h"
 
 #import <HostContract/HostContract.h>
-#import <StandIns/Korvo/Adapter/TextBridge.h>
+#import <StandIns/Korvo/Adapter/StringConversion.h>
 
 @implementation RecordingInterface
 
@@ -23,7 +23,7 @@
 
 @end
 
-namespace hosttest {
+namespace korvo_test {
 
 using korvo::adapter::Owned;
 
@@ -56,7 +56,7 @@ Owned<KOLibrary *> smallLibrary() {
   return Owned<KOLibrary *>::taking([[KOLibrary alloc] initWithLibrary:*std::move(made)]);
 }
 
-HostTest::HostTest()
+AdapterFixture::AdapterFixture()
     : pool_([[NSAutoreleasePool alloc] init]),
       library_(smallLibrary()),
       interface_(Owned<RecordingInterface *>::taking([[RecordingInterface alloc] init])),
@@ -67,15 +67,15 @@ HostTest::HostTest()
   shelf_.setReporter(adapter_.get());
 }
 
-HostTest::~HostTest() { [pool_ release]; }
+AdapterFixture::~AdapterFixture() { [pool_ release]; }
 
-KOReference *HostTest::reference(NSString *tag) {
+KOReference *AdapterFixture::reference(NSString *tag) {
   NSSet *found = [adapter_.get() referencesMatchingTag:tag inLibrary:library_.get()];
   EXPECT_EQ([found count], 1U) << utf8(tag);
   return [found count] == 1 ? [found anyObject] : nil;
 }
 
-KOCitation *HostTest::citation(NSString *tag, NSString *searchString) {
+KOCitation *AdapterFixture::citation(NSString *tag, NSString *searchString) {
   KOCitation *made = (KOCitation *)[adapter_.get() createCitation];
   [made setSearchString:searchString != nil ? searchString : tag];
   NSSet *found = [adapter_.get() referencesMatchingTag:tag inLibrary:library_.get()];
@@ -85,7 +85,7 @@ KOCitation *HostTest::citation(NSString *tag, NSString *searchString) {
   return made;
 }
 
-KOCitationGroup *HostTest::group(std::initializer_list<KOCitation *> citations) {
+KOCitationGroup *AdapterFixture::group(std::initializer_list<KOCitation *> citations) {
   KOCitationGroup *made = (KOCitationGroup *)[adapter_.get() createCitationGroup];
   for (KOCitation *member : citations) {
     [made addCitation:member];
@@ -93,7 +93,7 @@ KOCitationGroup *HostTest::group(std::initializer_list<KOCitation *> citations) 
   return made;
 }
 
-NSArray *HostTest::citationsOf(std::initializer_list<KOCitationGroup *> groups) {
+NSArray *AdapterFixture::citationsOf(std::initializer_list<KOCitationGroup *> groups) {
   NSMutableArray *array = [NSMutableArray array];
   for (KOCitationGroup *member : groups) {
     [array addObject:member];
@@ -126,4 +126,4 @@ std::string markup(NSAttributedString *text) {
   return result;
 }
 
-}  // namespace hosttest
+}  // namespace korvo_test
