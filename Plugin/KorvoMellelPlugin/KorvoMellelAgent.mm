@@ -85,6 +85,16 @@ static id<KorvoWordProcessorIntegrationAdapter> adapter = nil;
   return YES;
 }
 
+- (id)init {
+  self = [super init];
+  if (self != nil) {
+    displayedWrongLibraryMessage = NO;
+    documentID = 0;
+    generateBibliography = NO;
+  }
+  return self;
+}
+
 - (void)dealloc {
   if (instance != nil) {
     [self unregisterMellelEventHandlers];

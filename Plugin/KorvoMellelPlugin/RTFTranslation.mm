@@ -10,7 +10,10 @@
 #include <Formats/PidginRTFWriter.h>
 #import <HostContract/HostContract.h>
 
+#import <objc/runtime.h>
+
 #include <bit>
+#include <optional>
 
 namespace {
 
@@ -22,6 +25,7 @@ formats::ControlCharacters controlCharacters(BOOL escaped) {
 template <typename Result, typename... Arguments>
 class FoundMethod {
  public:
+  FoundMethod() = default;
   FoundMethod(id receiver, SEL selector)
       : receiver_(receiver),
         selector_(selector),
@@ -34,9 +38,9 @@ class FoundMethod {
  private:
   using Function = Result (*)(id, SEL, Arguments...);
 
-  id receiver_;
-  SEL selector_;
-  Function function_;
+  id receiver_ = nil;
+  SEL selector_ = nullptr;
+  Function function_ = nullptr;
 };
 
 class Predicates {
@@ -69,31 +73,40 @@ class Predicates {
   Predicate isSubscript_;
 };
 
-// The text of an attributed string as it is now, however it changes while it is read.
+// The text of an attributed string, unit by unit as it is at that moment: a predicate is the host's
+// code, and may change the text or put another string in its place, which ends the old one.
 class Characters {
  public:
   explicit Characters(NSAttributedString *text)
-      : text_(text),
-        lengthNow_(text, @selector(length)),
-        fetchedLength_(lengthNow_()),
-        unitAt_([text string], @selector(characterAtIndex:)) {}
+      : length_(text, @selector(length)), string_(text, @selector(string)) {}
 
-  NSUInteger length() const { return lengthNow_(); }
+  NSUInteger length() const { return length_(); }
 
-  char16_t at(NSUInteger index) {
-    // Some classes answer -string with a copy, which a change of the text leaves behind.
-    if (const NSUInteger length = lengthNow_(); length != fetchedLength_) {
-      fetchedLength_ = length;
-      unitAt_ = { [text_ string], @selector(characterAtIndex:) };
+  // Nothing where the text has become too short.
+  std::optional<char16_t> at(NSUInteger index) {
+    NSString *string = string_();
+    // The class as well: a new string may lie where the old one was.
+    if (string != known_ || object_getClass(string) != knownClass_) {
+      getToKnow(string);
     }
-    return unitAt_(index);
+    return index < lengthOfKnown_() ? std::optional<char16_t>(unitOfKnown_(index)) : std::nullopt;
   }
 
  private:
-  NSAttributedString *text_;
-  FoundMethod<NSUInteger> lengthNow_;
-  NSUInteger fetchedLength_;
-  FoundMethod<unichar, NSUInteger> unitAt_;
+  void getToKnow(NSString *string) {
+    known_ = string;
+    knownClass_ = object_getClass(string);
+    lengthOfKnown_ = { string, @selector(length) };
+    unitOfKnown_ = { string, @selector(characterAtIndex:) };
+  }
+
+  FoundMethod<NSUInteger> length_;
+  FoundMethod<NSString *> string_;
+  // Only compared: it may be gone.
+  NSString *known_ = nil;
+  Class knownClass_ = Nil;
+  FoundMethod<NSUInteger> lengthOfKnown_;
+  FoundMethod<unichar, NSUInteger> unitOfKnown_;
 };
 
 }  // namespace
@@ -117,9 +130,8 @@ class Characters {
   formats::PidginRTFWriter writer(characters.length());
   for (NSUInteger index = 0; index < characters.length(); ++index) {
     const formats::PidginAttributes attributes = predicates.at(index);
-    // A predicate is the host's code, and could have cut the text.
-    if (index < characters.length()) {
-      writer.append(characters.at(index), attributes);
+    if (const std::optional<char16_t> unit = characters.at(index)) {
+      writer.append(*unit, attributes);
     }
   }
   return stringWithCodeUnits(writer.finish());

@@ -79,6 +79,16 @@ TEST_F(AgentTest, FreshAgentKnowsNoDocumentAndHasBothFlagsOff) {
   EXPECT_FALSE(hasGivenLibraryAdvice());
 }
 
+TEST_F(AgentTest, SecondInitSetsTheVariablesAnew) {
+  setDocumentID(0x100000007);
+  setGeneratesBibliography(true);
+  [(id)agent_ setValue:[NSNumber numberWithBool:YES] forKey:@"displayedWrongLibraryMessage"];
+  EXPECT_EQ([agent_ init], agent_);
+  EXPECT_EQ(documentID(), 0u);
+  EXPECT_FALSE(generatesBibliography());
+  EXPECT_FALSE(hasGivenLibraryAdvice());
+}
+
 TEST_F(AgentTest, InstanceVariablesStandInTheirOrder) {
   unsigned count = 0;
   Ivar *variables = class_copyIvarList(agentClass_, &count);

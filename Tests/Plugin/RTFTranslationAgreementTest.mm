@@ -100,6 +100,27 @@
 
 @end
 
+// Puts another string in the place of its own while it is asked about one unit; nobody else holds
+// the old one.
+@interface SwappedText : PatternedText {
+ @public
+  NSUInteger swapWhenAskedAbout_;
+}
+@end
+
+@implementation SwappedText
+
+- (BOOL)isBoldAtIndex:(NSUInteger)index {
+  if (index == swapWhenAskedAbout_) {
+    NSMutableString *next = [[NSMutableString alloc] initWithString:@"UVWXYZ"];
+    [text_ release];
+    text_ = next;
+  }
+  return [super isBoldAtIndex:index];
+}
+
+@end
+
 namespace plugin_test {
 namespace {
 
@@ -206,6 +227,16 @@ TEST_F(RTFTranslationAgreement, ATextThatAnswersWithCopiesIsReadAsItIsNow) {
   CopiedText *subject = [[[CopiedText alloc] initWithString:@"abcdef" attributes:nil] autorelease];
   subject->becomesWhenAsked_ = @"ABCDEFGH";
   EXPECT_EQ(str([subject asPidginRTF]), "ABCDEFGH");
+}
+
+TEST_F(RTFTranslationAgreement, AStringOfTheSameLengthPutInItsPlaceIsReadFromThenOn) {
+  for (const auto &[index, expected] :
+       {std::pair(0u, "UVWXYZ"), std::pair(1u, "aVWXYZ"), std::pair(5u, "abcdeZ")}) {
+    SwappedText *subject = [[[SwappedText alloc] initWithString:@"abcdef"
+                                                     attributes:nil] autorelease];
+    subject->swapWhenAskedAbout_ = index;
+    EXPECT_EQ(str([subject asPidginRTF]), expected);
+  }
 }
 
 TEST_F(RTFTranslationAgreement, ATextThatShrinksBehindTheQuestionIsReadToItsNewEnd) {
