@@ -25,7 +25,12 @@ NSString *const KOMellelScanLastStylePrefKey = @"Last Style Used For Mellel Scan
 + (KOMellelScanController *)openMellelScanControllerWithAdapter:
     (id<KorvoWordProcessorIntegrationAdapter>)hostAdapter {
   KOMellelScanController *controller = [[[self alloc] initWithAdapter:hostAdapter] autorelease];
+// Deprecated on macOS since 10.8, and there all the same. What came after it is not in GNUstep, and
+// has other rules for who owns the window.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
   [NSBundle loadNibNamed:@"MellelScanDialog" owner:controller];
+#pragma GCC diagnostic pop
   return controller;
 }
 

@@ -19,6 +19,20 @@ struct OwnedDescriptor {
 constexpr NSInteger stuckWindowLevel = 8;
 constexpr NSInteger normalWindowLevel = 0;
 
+// The Process Manager's calls, deprecated on macOS since 10.9 and there all the same. What came
+// after them knows processes by their bundles; Mellel is known by its signature, as it is in every
+// event.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+OSErr advanceToNextProcess(ProcessSerialNumber &process) { return GetNextProcess(&process); }
+
+OSErr readInformation(const ProcessSerialNumber &process, ProcessInfoRec &information) {
+  return GetProcessInformation(&process, &information);
+}
+
+OSErr bringToFront(const ProcessSerialNumber &process) { return SetFrontProcess(&process); }
+#pragma GCC diagnostic pop
+
 }  // namespace
 
 @implementation KorvoMellelAgent (Transport)
@@ -62,12 +76,12 @@ constexpr NSInteger normalWindowLevel = 0;
 
 - (ProcessSerialNumber)getProcessWithSignature:(OSType)signature {
   ProcessSerialNumber process = {0, kNoProcess};
-  while (GetNextProcess(&process) == noErr) {
+  while (advanceToNextProcess(process) == noErr) {
     ProcessInfoRec information = {};
     information.processInfoLength = sizeof information;
     information.processName = nullptr;
     information.processAppRef = nullptr;
-    if (GetProcessInformation(&process, &information) != noErr) {
+    if (readInformation(process, information) != noErr) {
       break;
     }
     if (information.processSignature == signature) {
@@ -82,7 +96,7 @@ constexpr NSInteger normalWindowLevel = 0;
   if (mellel.lowLongOfPSN == 0) {
     return NO;
   }
-  const OSErr error = SetFrontProcess(&mellel);
+  const OSErr error = bringToFront(mellel);
   if (error != noErr) {
     NSLog(@"KorvoMellelAgent.activateMellel: Error .......%d,%d", error, 0);
     return NO;

@@ -7,16 +7,20 @@
 #include <utility>
 
 @interface KorvoMellelPayloadStrings : NSArray {
- @public
   NSData *payload;
   std::vector<std::string_view> strings;
 }
+- (instancetype)initWithStrings:(std::vector<std::string_view>)views inPayload:(NSData *)data;
 @end
 
 @implementation KorvoMellelPayloadStrings
 
-// NSArray's own would want a subclass that stores objects.
-- (id)init {
+- (instancetype)initWithStrings:(std::vector<std::string_view>)views inPayload:(NSData *)data {
+  self = [super init];
+  if (self != nil) {
+    payload = [data retain];
+    strings = std::move(views);
+  }
   return self;
 }
 
@@ -40,14 +44,18 @@
 @end
 
 @interface KorvoMellelRecordMarkups : NSArray {
- @public
   NSArray *citations;
 }
+- (instancetype)initWithCitations:(NSArray *)texts;
 @end
 
 @implementation KorvoMellelRecordMarkups
 
-- (id)init {
+- (instancetype)initWithCitations:(NSArray *)texts {
+  self = [super init];
+  if (self != nil) {
+    citations = [texts retain];
+  }
   return self;
 }
 
@@ -68,14 +76,10 @@
 @end
 
 NSArray *stringsInPayload(NSData *payload, std::vector<std::string_view> strings) {
-  KorvoMellelPayloadStrings *array = [[KorvoMellelPayloadStrings alloc] init];
-  array->payload = [payload retain];
-  array->strings = std::move(strings);
-  return [array autorelease];
+  return [[[KorvoMellelPayloadStrings alloc] initWithStrings:std::move(strings)
+                                                   inPayload:payload] autorelease];
 }
 
 NSArray *recordMarkupsOfCitations(NSArray *citations) {
-  KorvoMellelRecordMarkups *array = [[KorvoMellelRecordMarkups alloc] init];
-  array->citations = [citations retain];
-  return [array autorelease];
+  return [[[KorvoMellelRecordMarkups alloc] initWithCitations:citations] autorelease];
 }
