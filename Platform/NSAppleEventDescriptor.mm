@@ -40,6 +40,10 @@ bool succeeded(OSErr status) {
   return [self descriptorWithDescriptorType:descriptorType bytes:[data bytes] length:[data length]];
 }
 
++ (NSAppleEventDescriptor *)descriptorWithInt32:(SInt32)signedInt {
+  return [self descriptorWithDescriptorType:typeSInt32 bytes:&signedInt length:sizeof signedInt];
+}
+
 + (NSAppleEventDescriptor *)appleEventWithEventClass:(AEEventClass)eventClass
                                              eventID:(AEEventID)eventID
                                     targetDescriptor:(NSAppleEventDescriptor *)targetDescriptor

@@ -176,7 +176,8 @@ void requireDocumentedOutcome(const Event &event, const Carrier::Answer &answer,
     require(answer.status == errAEEventNotHandled && sent.empty());
     return;
   }
-  require(answer.status == noErr || answer.status == errAEEventFailed);
+  // Nothing that a host throws leaves a handler.
+  require(answer.status == noErr);
   require(sent.size() <= 1);
   const AEEventID told = sent.empty() ? 0 : sent[0].eventID;
   const bool isCancelled = told == answer::cancel;
@@ -193,8 +194,8 @@ void requireDocumentedOutcome(const Event &event, const Carrier::Answer &answer,
       break;
     case request::liveBibliography:
       require(sent.empty() || isCancelled);
-      require((reply ? 1 : 0) + (isCancelled ? 1 : 0) + (answer.status != noErr ? 1 : 0) <= 1);
-      require(!event.wantsReply || reply || isCancelled || answer.status != noErr);
+      require((reply ? 1 : 0) + (isCancelled ? 1 : 0) + (answer.errorNumber() ? 1 : 0) <= 1);
+      require(!event.wantsReply || reply || isCancelled || answer.errorNumber());
       complete = reply;
       break;
     case request::insertCitation:

@@ -11,6 +11,7 @@
 #include <Platform/EventDispatch.h>
 
 #include <algorithm>
+#include <cstring>
 #include <functional>
 #include <optional>
 #include <string>
@@ -61,6 +62,16 @@ class RecordingCarrier final : public Carrier {
     // The bytes of the reply's direct object, if it has one.
     std::optional<std::string> directObject() const {
       return bytesUnder(parameters, keyDirectObject);
+    }
+    // What the reply says of how the handler failed, if it says so.
+    std::optional<SInt32> errorNumber() const {
+      const auto bytes = bytesUnder(parameters, keyErrorNumber);
+      SInt32 number = 0;
+      if (!bytes || bytes->size() != sizeof number) {
+        return std::nullopt;
+      }
+      std::memcpy(&number, bytes->data(), sizeof number);
+      return number;
     }
   };
 

@@ -2,6 +2,7 @@
 // the requests that older versions served.
 
 #import "AtEndOfScope.h"
+#import "ExceptionBoundary.h"
 #import "HostArray.h"
 #import "KorvoMellelAgent+Private.h"
 #import "OutgoingBuffer.h"
@@ -21,19 +22,24 @@ constexpr NSUInteger expectedTextLength = 100;
 }  // namespace
 
 @interface KorvoMellelAgent (InsertionSteps)
+- (void)openCitedReference:(NSData *)data;
 - (void)postNotice:(NSString *)message;
 @end
 
 @implementation KorvoMellelAgent (Insertion)
 
 - (void)handleFindStringEvent:(NSAppleEventDescriptor *)__attribute__((unused)) event
-               withReplyEvent:(NSAppleEventDescriptor *)__attribute__((unused)) reply {
+               withReplyEvent:(NSAppleEventDescriptor *)reply {
   // Also where there is nothing to insert, or the host failed: it is all that Mellel then hears.
   const AtEndOfScope activation([self] { [self activateMellel]; });
-  NSString *text = [self assembleSelectedCitations];
-  if (text != nil && [text length] > 0) {
-    [self insertCitation:text];
-  }
+  const ExceptionBoundary boundary("handleFindStringEvent", formats::request::insertCitation,
+                                   reply);
+  boundary.holds([&] {
+    NSString *text = [self assembleSelectedCitations];
+    if (text != nil && [text length] > 0) {
+      [self insertCitation:text];
+    }
+  });
 }
 
 // A reference without a tag leaves its place empty, so that the author sees where one is missing.
@@ -96,14 +102,43 @@ constexpr NSUInteger expectedTextLength = 100;
                    @"identifier\" field nor sufficient information (author,year) to create one."];
 }
 
+// Nothing sends it, on purpose: an empty selection brings Mellel back to the front without a word,
+// and the user sees that nothing was inserted. The notice stays in the agent's vocabulary.
 - (void)postNoSelectionNotice {
   [self postNotice:@"Please select one or more references in your Korvo collections before "
                    @"attempting to insert into Mellel."];
 }
 
 - (void)handleFindCitationEvent:(NSAppleEventDescriptor *)event
-                 withReplyEvent:(NSAppleEventDescriptor *)__attribute__((unused)) reply {
-  NSData *data = [[event paramDescriptorForKeyword:keyDirectObject] data];
+                 withReplyEvent:(NSAppleEventDescriptor *)reply {
+  const ExceptionBoundary boundary("handleFindCitationEvent", formats::request::findCitation,
+                                   reply);
+  boundary.holds(
+      [&] { [self openCitedReference:[[event paramDescriptorForKeyword:keyDirectObject] data]]; });
+}
+
+// Retired without a word. There is nothing in it that an exception could leave.
+- (void)handleImportCitationsEvent:(NSAppleEventDescriptor *)__attribute__((unused)) event
+                    withReplyEvent:(NSAppleEventDescriptor *)__attribute__((unused)) reply {
+}
+
+- (void)handleScanCitationsEvent:(NSAppleEventDescriptor *)__attribute__((unused)) event
+                  withReplyEvent:(NSAppleEventDescriptor *)reply {
+  const ExceptionBoundary boundary("handleScanCitationsEvent", formats::request::scanCitations,
+                                   reply);
+  boundary.holds([] {
+    // With the two blanks, by which the line is known.
+    NSLog(
+        @"KorvoMellelAgent.handleScanCitation:  Got a Rmci event - this is obsolete and no longer "
+        @"supported.");
+  });
+}
+
+@end
+
+@implementation KorvoMellelAgent (InsertionSteps)
+
+- (void)openCitedReference:(NSData *)data {
   if (data == nil) {
     return;
   }
@@ -124,20 +159,6 @@ constexpr NSUInteger expectedTextLength = 100;
   }
   [self activateMellel];
 }
-
-- (void)handleImportCitationsEvent:(NSAppleEventDescriptor *)__attribute__((unused)) event
-                    withReplyEvent:(NSAppleEventDescriptor *)__attribute__((unused)) reply {
-}
-
-- (void)handleScanCitationsEvent:(NSAppleEventDescriptor *)__attribute__((unused)) event
-                  withReplyEvent:(NSAppleEventDescriptor *)__attribute__((unused)) reply {
-  NSLog(@"KorvoMellelAgent.handleScanCitation:  Got a Rmci event - this is obsolete and no longer "
-        @"supported.");
-}
-
-@end
-
-@implementation KorvoMellelAgent (InsertionSteps)
 
 - (void)postNotice:(NSString *)message {
   id<KorvoWordProcessorIntegrationAdapter> adapter = [KorvoMellelAgent adapter];

@@ -5,6 +5,7 @@
 // once to copy; where the two differ, that is a programming error of the host's.
 
 #import "AtEndOfScope.h"
+#import "ExceptionBoundary.h"
 #import "KOMellelScanController.h"
 #import "KorvoMellelAgent+Private.h"
 #import "LoopPool.h"
@@ -20,6 +21,7 @@
 #include <Formats/ScanRequest.h>
 #include <Formats/VerifiedMarker.h>
 
+#include <optional>
 #include <utility>
 
 namespace {
@@ -37,25 +39,30 @@ struct ScanReplyContent {
   std::size_t size = 0;
 };
 
-// Mellel waits until it is answered. If an exception ends the request first, this tells it so.
-class CancelUnlessAnswered {
- public:
-  explicit CancelUnlessAnswered(KorvoMellelAgent *agent) : agent_(agent) {}
-  ~CancelUnlessAnswered() {
-    const AtEndOfScope cancel([this] { [agent_ sendCancel]; });
-  }
-  CancelUnlessAnswered(const CancelUnlessAnswered &) = delete;
-  CancelUnlessAnswered &operator=(const CancelUnlessAnswered &) = delete;
+// Under which names a reply is known in the log where it fails.
+struct ReplyNames {
+  SEL method;
+  NSInteger sizeMismatchLine;
+  NSString *sizeMismatch;
+  NSString *outOfMemory;
+};
 
-  void answered() { agent_ = nil; }
-
- private:
-  KorvoMellelAgent *agent_;
+struct ScanReply {
+  OutgoingBuffer buffer;
+  // Bytes that were really written: the whole buffer, unless the host's texts have become shorter.
+  std::size_t stored = 0;
 };
 
 }  // namespace
 
 @interface KorvoMellelAgent (ScanSteps)
+- (void)cancelWhateverHappens;
+- (void)answerPreliminaryScan:(NSData *)data as:(SEL)handler;
+- (void)answerFinalScan:(NSData *)data;
+- (void)answerLiveBibliography:(NSData *)data in:(NSAppleEventDescriptor *)reply;
+- (std::optional<ScanReply>)replyForCitations:(NSArray *)citations
+                                      inStyle:(id<KorvoBibStyle>)style
+                                           as:(const ReplyNames &)names;
 - (id<KorvoBibStyle>)styleChosenInDialog;
 - (int32_t)actionChosenInWindow:(NSWindow *)window of:(KOMellelScanController *)controller;
 - (NSData *)bibliographyForCitations:(NSArray *)citations inStyle:(id<KorvoBibStyle>)style;
@@ -65,25 +72,16 @@ class CancelUnlessAnswered {
 @implementation KorvoMellelAgent (Scan)
 
 - (void)handlePreliminaryScanEvent:(NSAppleEventDescriptor *)event
-                    withReplyEvent:(NSAppleEventDescriptor *)__attribute__((unused)) reply {
-  CancelUnlessAnswered cancel(self);
-  NSData *data = [[event paramDescriptorForKeyword:keyDirectObject] data];
-  if (data == nil && [data length] >= 10) {
-    NSLog(@"KorvoMellelAgent.handlePreliminaryScanEvent: illegal payload");
-    return;
+                    withReplyEvent:(NSAppleEventDescriptor *)reply {
+  const ExceptionBoundary boundary("handlePreliminaryScanEvent", formats::request::preliminaryScan,
+                                   reply);
+  const SEL handler = _cmd;
+  if (!boundary.holds([&] {
+        [self answerPreliminaryScan:[[event paramDescriptorForKeyword:keyDirectObject] data]
+                                 as:handler];
+      })) {
+    [self cancelWhateverHappens];
   }
-  documentID = formats::documentIDOfScanRequest(bytesOf(data));
-  formats::PreliminaryScanRequest request = formats::decodePreliminaryScanRequest(bytesOf(data));
-  NSArray *citations = stringsInPayload(data, std::move(request.citations));
-  if (request.announcedCount != [citations count]) {
-    reportProgrammingError(
-        _cmd, self, countMismatchLine,
-        [NSString stringWithFormat:@"Bad PRSQ message. count mismatch (%ld vs %ld)",
-                                   static_cast<long>(request.announcedCount),
-                                   static_cast<long>([citations count])]);
-  }
-  [self reportCitationResolution:citations];
-  cancel.answered();
 }
 
 // Whether a citation matches does not change its record, so that every citation stays as its author
@@ -151,19 +149,134 @@ class CancelUnlessAnswered {
 }
 
 - (void)handleFinalScanEvent:(NSAppleEventDescriptor *)event
-              withReplyEvent:(NSAppleEventDescriptor *)__attribute__((unused)) reply {
-  CancelUnlessAnswered cancel(self);
-  NSData *data = [[event paramDescriptorForKeyword:keyDirectObject] data];
+              withReplyEvent:(NSAppleEventDescriptor *)reply {
+  const ExceptionBoundary boundary("handleFinalScanEvent", formats::request::finalScan, reply);
+  if (!boundary.holds([&] {
+        [self answerFinalScan:[[event paramDescriptorForKeyword:keyDirectObject] data]];
+      })) {
+    [self cancelWhateverHappens];
+  }
+}
+
+- (void)sendScanReplyForCitations:(NSArray *)citations withStyle:(id<KorvoBibStyle>)style {
+  // No method has the name by which the log knows a lack of memory here: it is kept for those who
+  // search a log for it.
+  const ReplyNames names = {
+      _cmd, scanReplySizeMismatchLine,
+      @"Programming error - buffer size mismatch in sendScanReplyForCitations()",
+      @"KorvoMellelAgent.scanCitations: out of memory"};
+  if (const auto reply = [self replyForCitations:citations inStyle:style as:names]) {
+    [self sendAppleEventWithClass:mellelSignature
+                          eventID:formats::answer::finalScan
+                           buffer:reply->buffer.bytes()
+                       bufferSize:reply->buffer.size()];
+  }
+  // Behind a cancel for the second time: the cancel's own activation is part of the cancel.
+  [self activateMellel];
+}
+
+- (void)handleCreateBibliographyEvent:(NSAppleEventDescriptor *)event
+                       withReplyEvent:(NSAppleEventDescriptor *)reply {
+  const ExceptionBoundary boundary("handleCreateBibliographyEvent",
+                                   formats::request::liveBibliography, reply);
+  // Mellel waits for the reply, in which the boundary puts an error: a cancel would come beside it.
+  boundary.holds([&] {
+    [self answerLiveBibliography:[[event paramDescriptorForKeyword:keyDirectObject] data] in:reply];
+  });
+}
+
+- (void)sendLiveBiblioReplyEvent:(NSAppleEventDescriptor *)reply
+                    forCitations:(NSArray *)citations
+                       withStyle:(id<KorvoBibStyle>)style {
+  const ReplyNames names = {
+      _cmd, liveReplySizeMismatchLine,
+      @"Programming error - buffer size mismatch in sendLiveBiblioReplyEvent()",
+      @"KorvoMellelAgent.sendLiveBiblioReplyEvent: out of memory"};
+  if (const auto answer = [self replyForCitations:citations inStyle:style as:names]) {
+    NSAppleEventDescriptor *directObject =
+        [NSAppleEventDescriptor descriptorWithDescriptorType:formats::textDescriptorType
+                                                       bytes:answer->buffer.bytes()
+                                                      length:answer->stored];
+    // Where no reply is wanted, the reply event is a null descriptor, which takes no parameters.
+    if ([reply descriptorType] != typeNull) {
+      [reply setDescriptor:directObject forKeyword:keyDirectObject];
+    }
+  }
+  [self activateMellel];
+}
+
+- (int64_t)assembleScanBuffer:(formats::PayloadWriter &)buffer
+     withCitationGroupStrings:(NSArray *)groupStrings
+                      rtfData:(NSData *)rtfData
+                     forStyle:(id<KorvoBibStyle>)style {
+  id<KorvoWordProcessorIntegrationAdapter> adapter = [KorvoMellelAgent adapter];
+  const NSUInteger count = [groupStrings count];
+  const bool usesSuperscript = [style useSuperscriptInInTextCitations];
+  const std::u16string styleName = codeUnits([style name]);
+  formats::writeScanReplyHeader(buffer, {.documentID = static_cast<std::uint32_t>(documentID),
+                                         .usesSuperscript = usesSuperscript,
+                                         .hasBibliography = rtfData != nil,
+                                         .styleName = styleName,
+                                         .groupCount = static_cast<std::uint32_t>(count)});
+  // The second of the two conversions. The host is asked again, so that a reply takes one buffer of
+  // the exact size and no memory for a document's texts beside it.
+  CodeUnitReader codeUnitsOf;
+  LoopPool pool;
+  for (NSUInteger index = 0; index < count; ++index) {
+    NSAttributedString *text = [groupStrings objectAtIndex:index];
+    buffer.writeString(codeUnitsOf([adapter pidginRTFForAttributedString:text]));
+    pool.endTurn();
+  }
+  pool.drain();
+  buffer.writeBytes(bytesOf(rtfData));
+  return static_cast<int64_t>(buffer.written());
+}
+
+@end
+
+@implementation KorvoMellelAgent (ScanSteps)
+
+// Behind an exception there may be another, as where memory is short; and whoever is told last has
+// nobody to tell.
+- (void)cancelWhateverHappens {
+  const AtEndOfScope cancel([self] { [self sendCancel]; });
+}
+
+- (void)answerPreliminaryScan:(NSData *)data as:(SEL)handler {
+  // Holds for no payload, since absent data has no length: every payload is answered as what it
+  // reads as. A guard that did refuse one would leave a Mellel waiting that has its answer today.
+  if (data == nil && [data length] >= 10) {
+    NSLog(@"KorvoMellelAgent.handlePreliminaryScanEvent: illegal payload");
+    return;
+  }
+  documentID = formats::documentIDOfScanRequest(bytesOf(data));
+  formats::PreliminaryScanRequest request = formats::decodePreliminaryScanRequest(bytesOf(data));
+  NSArray *citations = stringsInPayload(data, std::move(request.citations));
+  if (request.announcedCount != [citations count]) {
+    reportProgrammingError(
+        handler, self, countMismatchLine,
+        [NSString stringWithFormat:@"Bad PRSQ message. count mismatch (%ld vs %ld)",
+                                   static_cast<long>(request.announcedCount),
+                                   static_cast<long>([citations count])]);
+  }
+  [self reportCitationResolution:citations];
+}
+
+- (void)answerFinalScan:(NSData *)data {
+  // Holds for no payload, as in the preliminary scan and for the same reason.
   if (data == nil && [data length] >= 14) {
     NSLog(@"KorvoMellelAgent.handleFinalScanEvent: Illegal payload");
     return;
   }
   // Nothing was asked: no dialog may surprise the user, and Mellel must not wait.
   if (data == nil) {
+    [self sendCancel];
     return;
   }
   documentID = formats::documentIDOfScanRequest(bytesOf(data));
   formats::FinalScanRequest request = formats::decodeFinalScanRequest(bytesOf(data));
+  // Set and never cleared, on purpose: once a request has asked for a bibliography, every later
+  // answer carries one, and Mellel takes it where it asked.
   if (request.wantsBibliography) {
     generateBibliography = YES;
   }
@@ -179,49 +292,19 @@ class CancelUnlessAnswered {
   }
   [self sendScanReplyForCitations:stringsInPayload(data, std::move(request.citations))
                         withStyle:style];
-  cancel.answered();
 }
 
-- (void)sendScanReplyForCitations:(NSArray *)citations withStyle:(id<KorvoBibStyle>)style {
-  // The user closed the dialog, or the host has no style at all: there is nothing to format with.
-  if (style == nil) {
-    [self sendCancel];
-    [self activateMellel];
-    return;
-  }
-  const ScanReplyContent content = [self contentForCitations:citations inStyle:style];
-  OutgoingBuffer buffer([self allocateOutgoingBytes:content.size], content.size);
-  if (buffer) {
-    formats::PayloadWriter writer = buffer.writer();
-    const int64_t written = [self assembleScanBuffer:writer
-                            withCitationGroupStrings:content.groupStrings
-                                             rtfData:content.rtfData
-                                            forStyle:style];
-    if (written != static_cast<int64_t>(content.size)) {
-      reportProgrammingError(
-          _cmd, self, scanReplySizeMismatchLine,
-          @"Programming error - buffer size mismatch in sendScanReplyForCitations()");
-    }
-    [self sendAppleEventWithClass:mellelSignature
-                          eventID:formats::answer::finalScan
-                           buffer:buffer.bytes()
-                       bufferSize:buffer.size()];
-  } else {
-    NSLog(@"KorvoMellelAgent.scanCitations: out of memory");
-    [self sendCancel];
-  }
-  [self activateMellel];
-}
-
-- (void)handleCreateBibliographyEvent:(NSAppleEventDescriptor *)event
-                       withReplyEvent:(NSAppleEventDescriptor *)reply {
-  NSData *data = [[event paramDescriptorForKeyword:keyDirectObject] data];
+- (void)answerLiveBibliography:(NSData *)data in:(NSAppleEventDescriptor *)reply {
+  // Holds for no payload, as in the scans and for the same reason.
   if (data == nil && [data length] >= 14) {
     NSLog(@"KorvoMellelAgent.handleCreateBibliographyEvent: Illegal payload");
     return;
   }
+  // Not the document that the request names: the answer lies in the request's own reply, and is
+  // known by that.
   documentID = 0;
   formats::LiveBibliographyRequest request = formats::decodeLiveBibliographyRequest(bytesOf(data));
+  // Never cleared, as in the final scan.
   if (request.wantsBibliography) {
     generateBibliography = YES;
   }
@@ -240,73 +323,37 @@ class CancelUnlessAnswered {
                        withStyle:style];
 }
 
-- (void)sendLiveBiblioReplyEvent:(NSAppleEventDescriptor *)reply
-                    forCitations:(NSArray *)citations
-                       withStyle:(id<KorvoBibStyle>)style {
+// Nothing where there can be no reply; Mellel has then got a cancel.
+- (std::optional<ScanReply>)replyForCitations:(NSArray *)citations
+                                      inStyle:(id<KorvoBibStyle>)style
+                                           as:(const ReplyNames &)names {
+  // The user closed the dialog, or the host has no style at all: there is nothing to format with.
   if (style == nil) {
     [self sendCancel];
-    [self activateMellel];
-    return;
+    return std::nullopt;
   }
   const ScanReplyContent content = [self contentForCitations:citations inStyle:style];
-  OutgoingBuffer buffer([self allocateOutgoingBytes:content.size], content.size);
-  if (buffer) {
-    formats::PayloadWriter writer = buffer.writer();
-    const int64_t written = [self assembleScanBuffer:writer
-                            withCitationGroupStrings:content.groupStrings
-                                             rtfData:content.rtfData
-                                            forStyle:style];
-    if (written != static_cast<int64_t>(content.size)) {
-      reportProgrammingError(
-          _cmd, self, liveReplySizeMismatchLine,
-          @"Programming error - buffer size mismatch in sendLiveBiblioReplyEvent()");
-    }
-    NSAppleEventDescriptor *directObject =
-        [NSAppleEventDescriptor descriptorWithDescriptorType:formats::textDescriptorType
-                                                       bytes:buffer.bytes()
-                                                      length:writer.stored()];
-    // Where no reply is wanted, the reply event is a null descriptor, which takes no parameters.
-    if ([reply descriptorType] != typeNull) {
-      [reply setDescriptor:directObject forKeyword:keyDirectObject];
-    }
-  } else {
-    NSLog(@"KorvoMellelAgent.sendLiveBiblioReplyEvent: out of memory");
+  ScanReply reply = {{[self allocateOutgoingBytes:content.size], content.size}};
+  if (!reply.buffer) {
+    NSLog(@"%@", names.outOfMemory);
     [self sendCancel];
+    return std::nullopt;
   }
-  [self activateMellel];
-}
-
-- (int64_t)assembleScanBuffer:(formats::PayloadWriter &)buffer
-     withCitationGroupStrings:(NSArray *)groupStrings
-                      rtfData:(NSData *)rtfData
-                     forStyle:(id<KorvoBibStyle>)style {
-  id<KorvoWordProcessorIntegrationAdapter> adapter = [KorvoMellelAgent adapter];
-  const NSUInteger count = [groupStrings count];
-  const bool usesSuperscript = [style useSuperscriptInInTextCitations];
-  const std::u16string styleName = codeUnits([style name]);
-  formats::writeScanReplyHeader(buffer, {.documentID = static_cast<std::uint32_t>(documentID),
-                                         .usesSuperscript = usesSuperscript,
-                                         .hasBibliography = rtfData != nil,
-                                         .styleName = styleName,
-                                         .groupCount = static_cast<std::uint32_t>(count)});
-  CodeUnitReader codeUnitsOf;
-  LoopPool pool;
-  for (NSUInteger index = 0; index < count; ++index) {
-    NSAttributedString *text = [groupStrings objectAtIndex:index];
-    buffer.writeString(codeUnitsOf([adapter pidginRTFForAttributedString:text]));
-    pool.endTurn();
+  formats::PayloadWriter writer = reply.buffer.writer();
+  const int64_t written = [self assembleScanBuffer:writer
+                          withCitationGroupStrings:content.groupStrings
+                                           rtfData:content.rtfData
+                                          forStyle:style];
+  if (written != static_cast<int64_t>(content.size)) {
+    reportProgrammingError(names.method, self, names.sizeMismatchLine, names.sizeMismatch);
   }
-  pool.drain();
-  buffer.writeBytes(bytesOf(rtfData));
-  return static_cast<int64_t>(buffer.written());
+  reply.stored = writer.stored();
+  return reply;
 }
-
-@end
-
-@implementation KorvoMellelAgent (ScanSteps)
 
 // The host comes to the front for the dialog, and goes back to where it was, also when the dialog
-// fails. Events that arrive meanwhile wait: the dialog's loop dispatches none of them.
+// fails. On macOS events that arrive meanwhile may be dispatched by the dialog's loop; on Linux
+// they wait.
 - (id<KorvoBibStyle>)styleChosenInDialog {
   id<KorvoWordProcessorIntegrationAdapter> adapter = [KorvoMellelAgent adapter];
   KOMellelScanController *controller = nil;
@@ -367,6 +414,7 @@ class CancelUnlessAnswered {
   [style setPropertiesInCitationArray:hostCitations];
   content.groupStrings = [self citationGroupStringsWithGroupArray:groups andStyle:style];
   const NSUInteger count = [content.groupStrings count];
+  // The first of the two conversions, which only measures.
   CodeUnitReader codeUnitsOf;
   LoopPool pool;
   for (NSUInteger index = 0; index < count; ++index) {

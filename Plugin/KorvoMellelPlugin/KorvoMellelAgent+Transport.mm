@@ -1,3 +1,4 @@
+#import "ExceptionBoundary.h"
 #import "KorvoMellelAgent+Private.h"
 #import "TextBridge.h"
 
@@ -113,6 +114,8 @@ OSErr bringToFront(const ProcessSerialNumber &process) { return SetFrontProcess(
   [self activateMellel];
 }
 
+// The payload is constants of this version: nobody sets them, and none is a setting of the user's.
+// What each of them means is Mellel's affair.
 - (void)sendPreferences {
   const auto payload = formats::encodePreferences();
   const OSStatus status = [self sendAppleEventWithClass:mellelSignature
@@ -150,14 +153,19 @@ OSErr bringToFront(const ProcessSerialNumber &process) { return SetFrontProcess(
 // preferences. They go out for an empty or absent payload too: a Mellel that says nothing of itself
 // is no reason to keep it waiting.
 - (void)handleHandshakeEvent:(NSAppleEventDescriptor *)event
-              withReplyEvent:(NSAppleEventDescriptor *)__attribute__((unused)) reply {
-  NSData *data = [[event paramDescriptorForKeyword:keyDirectObject] data];
-  if (data == nil && [data length] / 2 >= 2) {
-    NSLog(@"KorvoMellelAgent: handshake event - illegal payload");
-    return;
-  }
-  [[maybe_unused]] const formats::Handshake handshake = formats::decodeHandshake(bytesOf(data));
-  [self sendPreferences];
+              withReplyEvent:(NSAppleEventDescriptor *)reply {
+  const ExceptionBoundary boundary("handleHandshakeEvent", formats::request::handshake, reply);
+  boundary.holds([&] {
+    NSData *data = [[event paramDescriptorForKeyword:keyDirectObject] data];
+    // Holds for no payload, since absent data has no length; a guard that did refuse one would keep
+    // the preferences from a Mellel that gets them today.
+    if (data == nil && [data length] / 2 >= 2) {
+      NSLog(@"KorvoMellelAgent: handshake event - illegal payload");
+      return;
+    }
+    [[maybe_unused]] const formats::Handshake handshake = formats::decodeHandshake(bytesOf(data));
+    [self sendPreferences];
+  });
 }
 
 @end

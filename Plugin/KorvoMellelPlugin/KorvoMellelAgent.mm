@@ -1,3 +1,4 @@
+#import "ExceptionBoundary.h"
 #import "KorvoMellelAgent+Private.h"
 
 #include <Formats/EventTable.h>
@@ -30,14 +31,16 @@ static id<KorvoWordProcessorIntegrationAdapter> adapter = nil;
       {formats::request::finalScan, @selector(handleFinalScanEvent:withReplyEvent:)},
       {formats::request::importCitations, @selector(handleImportCitationsEvent:withReplyEvent:)},
   };
-  KorvoMellelAgent *agent = [self defaultInstance];
-  for (const Registration &registration : registrations) {
-    [[NSAppleEventManager sharedAppleEventManager] setEventHandler:agent
-                                                       andSelector:registration.selector
-                                                     forEventClass:mellelSignature
-                                                        andEventID:registration.eventID];
-  }
-  [agent sendPreferences];
+  ExceptionBoundary("initialize").holds([&] {
+    KorvoMellelAgent *agent = [self defaultInstance];
+    for (const Registration &registration : registrations) {
+      [[NSAppleEventManager sharedAppleEventManager] setEventHandler:agent
+                                                         andSelector:registration.selector
+                                                       forEventClass:mellelSignature
+                                                          andEventID:registration.eventID];
+    }
+    [agent sendPreferences];
+  });
 }
 
 + (KorvoMellelAgent *)defaultInstance {
@@ -97,7 +100,7 @@ static id<KorvoWordProcessorIntegrationAdapter> adapter = nil;
 
 - (void)dealloc {
   if (instance != nil) {
-    [self unregisterMellelEventHandlers];
+    ExceptionBoundary("dealloc").holds([&] { [self unregisterMellelEventHandlers]; });
   }
   instance = nil;
   [super dealloc];
@@ -126,6 +129,8 @@ static id<KorvoWordProcessorIntegrationAdapter> adapter = nil;
 
 @implementation KorvoMellelAgent (Lifecycle)
 
+// The four oldest, and only these, on purpose: the others stay installed for the next agent, which
+// puts its own in their place. Until then they point at an agent that is gone.
 - (void)unregisterMellelEventHandlers {
   const AEEventID eventIDs[] = {formats::request::scanCitations, formats::request::insertCitation,
                                 formats::request::findCitation, formats::request::handshake};

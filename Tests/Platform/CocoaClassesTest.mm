@@ -39,6 +39,14 @@ TEST(NSAppleEventDescriptor, KeepsTypeAndBytes) {
   EXPECT_TRUE([[descriptor data] isEqual:bytes]);
 }
 
+TEST(NSAppleEventDescriptor, NumberIsInThisMachinesOrder) {
+  const AutoreleasePool pool;
+  const SInt32 number = errAEEventFailed;
+  NSAppleEventDescriptor *descriptor = [NSAppleEventDescriptor descriptorWithInt32:number];
+  EXPECT_EQ([descriptor descriptorType], code("long"));
+  EXPECT_TRUE([[descriptor data] isEqual:[NSData dataWithBytes:&number length:4]]);
+}
+
 TEST(NSAppleEventDescriptor, DataOutlivesItsDescriptor) {
   const AutoreleasePool pool;
   NSData *data = nil;

@@ -183,12 +183,16 @@ TEST_F(LiveBibliography, TextThatShrinksLeavesTheBytesReallyWritten) {
   EXPECT_EQ(payload, "\0\0\0\0\0\0\0\0\0\0\0\0\0\0APA\0\0\0\0\1ab\0"s);
 }
 
-TEST_F(LiveBibliography, HostThatRaisesGivesTheSenderAStatus) {
+TEST_F(LiveBibliography, HostThatRaisesGivesTheSenderAnErrorNumberInTheReply) {
   hostScript().split = [](NSString *) -> NSArray * {
     [NSException raise:@"HostFailure" format:@"no library"];
     return nil;
   };
-  EXPECT_EQ(deliver("LVBQ", request("APA", {{"a", ""}}), true).status, errAEEventFailed);
+  const Answer answer = deliver("LVBQ", request("APA", {{"a", ""}}), true);
+  EXPECT_EQ(answer.status, noErr);
+  EXPECT_EQ(answer.errorNumber(), errAEEventFailed);
+  EXPECT_EQ(answer.directObject(), std::nullopt);
+  EXPECT_THAT(eventsSent(), testing::IsEmpty());
 }
 
 }  // namespace

@@ -26,8 +26,10 @@ enum {
   typeAppleEvent = 0x61657674,    /* 'aevt' */
   typeApplSignature = 0x7369676E, /* 'sign': the four bytes of an OSType in this machine's order */
   typeChar = 0x54455854,          /* 'TEXT' */
+  typeSInt32 = 0x6C6F6E67,        /* 'long': in this machine's order */
 
   keyDirectObject = 0x2D2D2D2D, /* '----' */
+  keyErrorNumber = 0x6572726E,  /* 'errn': in a reply, how the handler failed; a typeSInt32 */
 
   kCoreEventClass = 0x61657674, /* 'aevt' */
   kAEAnswer = 0x616E7372        /* 'ansr': the event ID of every reply */

@@ -24,6 +24,8 @@
 // nil when memory is short. Nil data counts as empty data.
 + (NSAppleEventDescriptor *)descriptorWithDescriptorType:(DescType)descriptorType
                                                     data:(NSData *)data;
+// Of typeSInt32. nil when memory is short.
++ (NSAppleEventDescriptor *)descriptorWithInt32:(SInt32)signedInt;
 // An event without parameters; the target may be nil.
 + (NSAppleEventDescriptor *)appleEventWithEventClass:(AEEventClass)eventClass
                                              eventID:(AEEventID)eventID

@@ -75,6 +75,15 @@ std::optional<std::string> directObjectOf(const AppleEvent &event) {
   return bytes;
 }
 
+// What a handler that failed says in its reply; noErr in every other.
+OSStatus errorOf(const AppleEvent &reply) {
+  SInt32 number = noErr;
+  return AEGetParamPtr(&reply, keyErrorNumber, typeSInt32, nullptr, &number, sizeof number,
+                       nullptr) == noErr
+             ? number
+             : OSStatus{noErr};
+}
+
 OSStatus makeEvent(const Request &request, OwnedDescriptor &event) {
   OwnedDescriptor target;
   OSStatus status = AECreateDesc(typeApplSignature, &formats::korvoSignature,
@@ -172,6 +181,9 @@ class Host::State {
                                      : static_cast<long>(kNoTimeOut));
     }
     progress_.end();
+    if (status == noErr) {
+      status = errorOf(reply);
+    }
     if (status != noErr) {
       return std::unexpected(failureOfStatus(status));
     }

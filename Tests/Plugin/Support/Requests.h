@@ -29,10 +29,13 @@ struct Outcome {
   OSStatus status = noErr;
   // Of the reply event.
   std::optional<std::string> reply;
+  std::optional<SInt32> errorNumber;
   std::vector<std::string> events;  // "SCNR"
   std::vector<std::optional<std::string>> payloads;
   std::size_t activations = 0;
   std::vector<std::string> calls;  // see CallLog.h
+  // Lines in the log that tell of an exception.
+  std::size_t exceptionsLogged = 0;
 
   bool operator==(const Outcome &) const = default;
 };

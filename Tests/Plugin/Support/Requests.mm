@@ -356,6 +356,12 @@ std::string faultInLiveBibliography(std::optional<Bytes> payload, const Outcome 
              : fault;
 }
 
+std::size_t exceptionsIn(const std::vector<std::string> &lines) {
+  return static_cast<std::size_t>(std::ranges::count_if(lines, [](const std::string &line) {
+    return line.find("an exception") != std::string::npos;
+  }));
+}
+
 bool isCancelOf(std::uint32_t documentID, const Outcome &outcome) {
   return isCancel(outcome) && !outcome.reply && outcome.payloads.at(0) == cancelPayload(documentID);
 }
@@ -393,7 +399,7 @@ std::string faultInFormOfScan(Bytes payload, const Outcome &outcome, bool hostTh
 }
 
 std::string faultInFormOfLiveBibliography(Bytes payload, const Outcome &outcome, bool hostThrew) {
-  const bool failed = outcome.status == errAEEventFailed && outcome.events.empty();
+  const bool failed = outcome.errorNumber == errAEEventFailed && outcome.events.empty();
   if (failed || (isCancelOf(0, outcome) && !hostThrew)) {
     return outcome.reply ? "a reply of a request that failed" : "";
   }
@@ -423,7 +429,9 @@ const GoldenRequest &goldenRequestNamed(std::string_view name) {
 }
 
 std::ostream &operator<<(std::ostream &stream, const Outcome &outcome) {
-  stream << "status " << outcome.status << ", " << outcome.activations << " activations, reply "
+  stream << "status " << outcome.status << ", " << outcome.activations << " activations, "
+         << outcome.exceptionsLogged << " exceptions logged, error number "
+         << testing::PrintToString(outcome.errorNumber) << ", reply "
          << testing::PrintToString(outcome.reply) << ", events "
          << testing::PrintToString(outcome.events) << ", calls";
   for (const std::string &call : outcome.calls) {
@@ -486,8 +494,14 @@ Outcome RequestTest::deliver(std::string_view eventID, std::optional<std::string
   } else {
     dispatch();
   }
-  Outcome outcome{answer.status, answer.directObject(), eventsSent(), {}, carrier_.activated.size(),
-                  calls()};
+  Outcome outcome{answer.status,
+                  answer.directObject(),
+                  answer.errorNumber(),
+                  eventsSent(),
+                  {},
+                  carrier_.activated.size(),
+                  calls(),
+                  exceptionsIn(log_->lines())};
   for (const platform::OutgoingEvent &sent : carrier_.sent) {
     outcome.payloads.push_back(platform::RecordingCarrier::directObject(sent));
   }
@@ -523,9 +537,11 @@ std::string RequestTest::fault(std::string_view eventID, std::optional<std::stri
 std::string RequestTest::faultInForm(std::string_view eventID,
                                      std::optional<std::string_view> payload,
                                      const Outcome &outcome, bool hostThrew) {
-  if (outcome.status != (hostThrew ? errAEEventFailed : noErr) &&
-      (hostThrew || outcome.status != errAEEventFailed)) {
-    return "wrong status";
+  if (outcome.status != noErr) {
+    return "an exception left the handler";
+  }
+  if (outcome.exceptionsLogged > 1 || (hostThrew && outcome.exceptionsLogged == 0)) {
+    return "not one line in the log for an exception";
   }
   const Bytes bytes = payload.value_or("");
   if (eventID == "FIND") {
