@@ -5,6 +5,7 @@
 // once to copy; where the two differ, that is a programming error of the host's.
 
 #import "AtEndOfScope.h"
+#include "Conversation.h"
 #import "ExceptionBoundary.h"
 #import "KOMellelScanController.h"
 #import "KorvoMellelAgent+Private.h"
@@ -53,6 +54,9 @@ struct ScanReply {
   std::size_t stored = 0;
 };
 
+// Whether a scan waits in its dialog. There is one dialog at a time.
+BOOL dialogIsOpen = NO;
+
 }  // namespace
 
 @interface KorvoMellelAgent (ScanSteps)
@@ -73,6 +77,7 @@ struct ScanReply {
 
 - (void)handlePreliminaryScanEvent:(NSAppleEventDescriptor *)event
                     withReplyEvent:(NSAppleEventDescriptor *)reply {
+  const Conversation conversation(documentID, generateBibliography);
   const ExceptionBoundary boundary("handlePreliminaryScanEvent", formats::request::preliminaryScan,
                                    reply);
   const SEL handler = _cmd;
@@ -150,6 +155,7 @@ struct ScanReply {
 
 - (void)handleFinalScanEvent:(NSAppleEventDescriptor *)event
               withReplyEvent:(NSAppleEventDescriptor *)reply {
+  const Conversation conversation(documentID, generateBibliography);
   const ExceptionBoundary boundary("handleFinalScanEvent", formats::request::finalScan, reply);
   if (!boundary.holds([&] {
         [self answerFinalScan:[[event paramDescriptorForKeyword:keyDirectObject] data]];
@@ -177,6 +183,7 @@ struct ScanReply {
 
 - (void)handleCreateBibliographyEvent:(NSAppleEventDescriptor *)event
                        withReplyEvent:(NSAppleEventDescriptor *)reply {
+  const Conversation conversation(documentID, generateBibliography);
   const ExceptionBoundary boundary("handleCreateBibliographyEvent",
                                    formats::request::liveBibliography, reply);
   // Mellel waits for the reply, in which the boundary puts an error: a cancel would come beside it.
@@ -280,6 +287,12 @@ struct ScanReply {
   if (request.wantsBibliography) {
     generateBibliography = YES;
   }
+  // A second scan while the first one waits for the user: one dialog over the other would leave the
+  // user to guess which document each is about.
+  if (dialogIsOpen) {
+    [self sendCancel];
+    return;
+  }
   for (std::string_view &citation : request.citations) {
     citation = formats::withoutVerifiedMarkers(citation);
   }
@@ -365,7 +378,9 @@ struct ScanReply {
     [NSApp activateIgnoringOtherApps:YES];
   }
   {
+    dialogIsOpen = YES;
     const AtEndOfScope goingBack([=] {
+      dialogIsOpen = NO;
       [self makeSureNextWindowIsNotStuck];
       if (wasHidden) {
         [NSApp hide:self];
