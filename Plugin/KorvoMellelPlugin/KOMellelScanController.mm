@@ -71,7 +71,9 @@ NSString *const KOMellelScanLastStylePrefKey = @"Last Style Used For Mellel Scan
   if (title == nil) {
     return;
   }
+  // Asked for a second time, behind the selection: the host may have lost the style meanwhile.
   if ([adapter bibStyleNamed:title] == nil) {
+    // With the two blanks, here and below, by which the lines are known.
     NSLog(@"KOMellelScanController.buttonClicked:  Can't find style named %@", title);
     return;
   }
@@ -136,6 +138,7 @@ NSString *const KOMellelScanLastStylePrefKey = @"Last Style Used For Mellel Scan
       [[NSUserDefaults standardUserDefaults] stringForKey:KOMellelScanLastStylePrefKey];
   if (lastStyle != nil) {
     index = [formatSelectorPopUpButton indexOfItemWithTitle:lastStyle];
+    // -1 is the answer for none; a menu that looks it up in an array could say NSNotFound.
     if (index < 0 || index == NSNotFound) {
       index = 0;
     }

@@ -34,6 +34,24 @@ OSErr readInformation(const ProcessSerialNumber &process, ProcessInfoRec &inform
 OSErr bringToFront(const ProcessSerialNumber &process) { return SetFrontProcess(&process); }
 #pragma GCC diagnostic pop
 
+// macOS asks the user once whether this application may send events to Mellel. Said when the
+// refusal begins, not with each event that is lost to it.
+void tellOfRefusedPermission(OSStatus status) {
+  static bool isRefused = false;
+  if (status != errAEEventNotPermitted) {
+    isRefused = isRefused && status != noErr;
+    return;
+  }
+  if (!isRefused) {
+    NSLog(
+        @"KorvoMellelAgent.sendAppleEvent: this application may not send events to Mellel (error "
+        @"%d). Allow it in System Settings, Privacy & Security, Automation, and repeat the command "
+        @"in Mellel.",
+        static_cast<int>(status));
+  }
+  isRefused = true;
+}
+
 }  // namespace
 
 @implementation KorvoMellelAgent (Transport)
@@ -72,6 +90,7 @@ OSErr bringToFront(const ProcessSerialNumber &process) { return SetFrontProcess(
   if (status == noErr) {
     status = AESendMessage(&event.descriptor, &reply.descriptor, kAENoReply, kNoTimeOut);
   }
+  tellOfRefusedPermission(status);
   return status;
 }
 

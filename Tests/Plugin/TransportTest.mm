@@ -239,5 +239,28 @@ TEST_F(AgentTest, WithoutWindowsNothingIsStuck) {
   EXPECT_THAT(calls(), IsEmpty());
 }
 
+TEST_F(AgentTest, RefusedPermissionIsSaidOnceUntilItIsGiven) {
+  const std::string error = "KorvoMellelAgent.sendPreferences: Error sending message -1743";
+  carrier_.sendResult = std::unexpected(OSStatus{errAEEventNotPermitted});
+  deliver("IMHR", "\0\5\0\1");
+  ASSERT_EQ(log_->lines().size(), 2u);
+  EXPECT_NE(log_->lines()[0].find("Automation"), std::string::npos) << log_->lines()[0];
+  EXPECT_EQ(log_->lines()[1], error);
+  deliver("IMHR", "\0\5\0\1");
+  // Nobody is there: that says nothing about the permission.
+  carrier_.sendResult = std::unexpected(OSStatus{procNotFound});
+  deliver("IMHR", "\0\5\0\1");
+  carrier_.sendResult = std::unexpected(OSStatus{errAEEventNotPermitted});
+  deliver("IMHR", "\0\5\0\1");
+  EXPECT_EQ(log_->lines().size(), 5u);
+  carrier_.sendResult = {};
+  deliver("IMHR", "\0\5\0\1");
+  carrier_.sendResult = std::unexpected(OSStatus{errAEEventNotPermitted});
+  deliver("IMHR", "\0\5\0\1");
+  EXPECT_EQ(log_->lines().size(), 7u);
+  carrier_.sendResult = {};
+  deliver("IMHR", "\0\5\0\1");
+}
+
 }  // namespace
 }  // namespace plugin_test
