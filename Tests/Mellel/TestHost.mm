@@ -53,7 +53,7 @@ void send(formats::FourCharacterCode eventClass, formats::FourCharacterCode even
   AEDisposeDesc(&target);
 }
 
-void activateWordProcessor() {
+void activateMellel() {
   ProcessSerialNumber number{0, kNoProcess};
   while (GetNextProcess(&number) == noErr) {
     ProcessInfoRec information{};
@@ -69,7 +69,7 @@ void activateWordProcessor() {
 void cancel(std::uint32_t documentID) {
   const auto payload = formats::encodeCancel(documentID);
   send(formats::mellelSignature, formats::answer::cancel, {payload.data(), payload.size()});
-  activateWordProcessor();
+  activateMellel();
 }
 
 // Writes a payload of whatever size the writing needs.
@@ -226,7 +226,7 @@ std::string described(std::string_view request, bool wantsBibliography, std::str
   }
   send(formats::mellelSignature, formats::answer::finalScan,
        scanReplyTo(request, request.documentID));
-  activateWordProcessor();
+  activateMellel();
 }
 
 - (void)liveBibliography:(NSAppleEventDescriptor *)event reply:(NSAppleEventDescriptor *)reply {
@@ -245,7 +245,7 @@ std::string described(std::string_view request, bool wantsBibliography, std::str
                                                                       bytes:answer.data()
                                                                      length:answer.size()]
             forKeyword:keyDirectObject];
-  activateWordProcessor();
+  activateMellel();
 }
 
 - (void)insertCitation:(NSAppleEventDescriptor *)event reply:(NSAppleEventDescriptor *)reply {
@@ -259,14 +259,14 @@ std::string described(std::string_view request, bool wantsBibliography, std::str
            formats::writeInsertion(writer, citation, markup);
          }));
   }
-  activateWordProcessor();
+  activateMellel();
 }
 
 - (void)findCitation:(NSAppleEventDescriptor *)event reply:(NSAppleEventDescriptor *)reply {
   (void)reply;
   const std::string payload = payloadOf(event);
   tell("find " + std::string(payload.c_str()) + (payload.ends_with('\0') ? "" : " (no NUL)"));
-  activateWordProcessor();
+  activateMellel();
 }
 
 - (void)handshake:(NSAppleEventDescriptor *)event reply:(NSAppleEventDescriptor *)reply {
