@@ -87,6 +87,15 @@ TEST(EngineOptions, YearOnlyPrintsTheYearWhereTheStyleHasNothingButTheAuthor) {
   EXPECT_EQ(printOne("modern-language-association", {yearOnly(cite("jones1999", u"45"))}), "(45)");
 }
 
+TEST(EngineOptions, AYearThatTheStyleDrawsTogetherIsPrintedOnce) {
+  const Cite plain = cite("smith2001");
+  EXPECT_EQ(printOne("springer-basic-author-date", {cite("smith2001", u"45"), plain}),
+            "(Smith 2001, p. 45)");
+  EXPECT_EQ(printOne("springer-basic-author-date",
+                     {cite("smith2001", u"45"), between(plain, u"see", u"")}),
+            "(Smith 2001, p. 45, see 2001)");
+}
+
 TEST(EngineOptions, ACiteNotShownIsListedAndNumbered) {
   const Printed printed = print("ieee", {{notShown(cite("smith2001"))}, {cite("jones1999")}});
   EXPECT_EQ(printed.groups, (std::vector<std::string>{"", "[2]"}));

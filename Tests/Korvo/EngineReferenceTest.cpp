@@ -4,6 +4,8 @@
 #include "EngineDocument.h"
 #include "EngineRandomDocuments.h"
 
+#include <StandIns/Korvo/Engine/EmbeddedScripts.h>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -102,6 +104,82 @@ INSTANTIATE_TEST_SUITE_P(Styles, EngineTypography,
                                          "chicago-author-date", "oscola", "cell",
                                          "din-1505-2-alphanumeric", "iso690-author-date-fr"),
                          nameOfTest);
+
+// What the program prints otherwise on purpose.
+class EngineDifferences : public testing::Test {
+ protected:
+  static korvo::engine::FormattedDocument format(korvo::engine::CitationProcessor &by,
+                                                 const char *styleName, const Items &items,
+                                                 const std::vector<CiteGroup> &groups) {
+    auto document = by.formatDocument(style(styleName), lookUpIn(items), groups, true);
+    EXPECT_TRUE(document) << document.error();
+    return document ? *std::move(document) : korvo::engine::FormattedDocument();
+  }
+};
+
+TEST_F(EngineDifferences, AYearStandsInPlaceOfAPlaceholderForProgrammers) {
+  const Items items = {{"bare", R"({"type":"book","issued":{"date-parts":[[1999]]}})"}};
+  const std::vector<CiteGroup> groups = {{cite("bare")}};
+  const char *mla = "modern-language-association";
+  EXPECT_EQ(markup(format(processor(), mla, items, groups).groups[0]), "(1999)");
+  EXPECT_EQ(markup(format(referenceProcessor(), mla, items, groups).groups[0]),
+            "([CSL STYLE ERROR: reference with no printed form.])");
+}
+
+// In Turkish letters I comes after i.
+TEST_F(EngineDifferences, TheOrderIsNotThatOfTheLanguageOfTheWorkPrintedLast) {
+  const Items items = {
+      {"first", R"({"type":"book","title":"T","author":[{"family":"Ia"}],"language":"tr"})"},
+      {"second", R"({"type":"book","title":"T","author":[{"family":"iz"}],"language":"tr"})"}};
+  const std::vector<CiteGroup> groups = {{cite("second")}, {cite("first")}};
+  const auto order = [&](korvo::engine::CitationProcessor &by) {
+    std::vector<std::string> ids;
+    for (const auto &entry : format(by, "apa", items, groups).bibliography.entries) {
+      ids.push_back(entry.itemId);
+    }
+    return ids;
+  };
+  EXPECT_EQ(order(processor()), (std::vector<std::string>{"first", "second"}));
+  EXPECT_EQ(order(referenceProcessor()), (std::vector<std::string>{"second", "first"}));
+}
+
+// Looking for something in a list costs a step for each of its elements up to it.
+constexpr std::string_view countingSteps = R"(
+  var steps = 0;
+  const find = Array.prototype.indexOf;
+  Array.prototype.indexOf = function (...wanted) {
+    const place = find.apply(this, wanted);
+    steps += place < 0 ? this.length : place + 1;
+    return place;
+  };
+)";
+constexpr std::string_view showingSteps = R"(
+  const format = korvo.formatDocument;
+  korvo = {
+    formatDocument(...request) {
+      steps = 0;
+      const answer = format(...request);
+      answer.groups[0] = String(steps);
+      return answer;
+    },
+  };
+)";
+
+TEST(EngineSteps, GrowWithTheCitationsOfOneWork) {
+  const std::string script = std::string(countingSteps) +
+                             std::string(korvo::engine::citationScript()) +
+                             std::string(showingSteps);
+  const auto stepsFor = [&](std::size_t citations) {
+    korvo::engine::CitationProcessor counting("/usr/share/citation-style-language/locales", script);
+    const std::vector<CiteGroup> groups(citations, {cite("smith2001")});
+    const auto document = counting.formatDocument(style("apa"), lookUpIn(library()), groups, false);
+    EXPECT_TRUE(document) << document.error();
+    return document ? std::stod(markup(document->groups[0])) : 0;
+  };
+  const double few = stepsFor(1000);
+  EXPECT_GT(few, 0);
+  EXPECT_LT(stepsFor(2000), 2.2 * few);
+}
 
 // In a machine that is warm, but has seen neither the items nor the document.
 double secondsFor(const char *styleName, std::size_t citations, unsigned seed) {

@@ -10,10 +10,9 @@ if (!directory) {
   process.exit(2);
 }
 
-// Citations/nameRegister.js and hotPaths.js stand in for parts of citeproc-js; recalling.js and
-// numbering.js list what its printing reads. Another version has to be compared with all four before
-// it is named here; then EngineTest's long run of edits shows whether they still agree (see
-// EngineEditsTest.cpp).
+// What stands in Patches takes the place of parts of citeproc-js; recalling.js and numbering.js list
+// what its printing reads. Another version has to be compared with all of them before it is named
+// here; then EngineTest's long run of edits shows whether they still agree (see EngineEditsTest.cpp).
 const citeprocKnown = "2.4.63";
 const citeproc = new URL("node_modules/citeproc/package.json", import.meta.url);
 const { version } = JSON.parse(readFileSync(citeproc, "utf8"));
@@ -22,7 +21,7 @@ if (version !== citeprocKnown) {
   process.exit(1);
 }
 
-await build({
+const { metafile } = await build({
   entryPoints: {
     citations: "Citations/citations.js",
     "citations-reference": "Citations/reference.js",
@@ -40,4 +39,14 @@ await build({
   charset: "ascii",
   legalComments: "none",
   logLevel: "warning",
+  metafile: true,
 });
+
+// The tests compare with citeproc-js as it is.
+const isReference = ([file]) => file.endsWith("citations-reference.js");
+const [[, reference]] = Object.entries(metafile.outputs).filter(isReference);
+const patches = Object.keys(reference.inputs).filter((file) => file.startsWith("Patches/"));
+if (patches.length > 0) {
+  console.error(`the reference contains ${patches.join(", ")}`);
+  process.exit(1);
+}

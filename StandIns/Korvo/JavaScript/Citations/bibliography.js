@@ -1,6 +1,7 @@
 // The bibliography, as entries and how they are laid out.
 import CSL from "citeproc";
 
+import { printEntries } from "../Patches/entries.js";
 import { plainReference } from "./items.js";
 import { endOfId } from "./markers.js";
 import { placeholder } from "./placeholder.js";
@@ -19,33 +20,6 @@ function exclusions(engine) {
 
 const isExcluded = (item, rules) =>
   rules.some(({ field, value }) => (value === true ? Boolean(item[field]) : item[field] === value));
-
-// makeBibliography on some of the items: its layout and what it prints.
-function printEntries(engine, ids, lastName = false) {
-  const { registry } = engine;
-  const { reflist, getSortedIds } = registry;
-  // It goes through this list for the widest first field, which is found out at the end.
-  registry.reflist = [];
-  registry.getSortedIds = () => ids;
-  firstNames.set(engine, lastName);
-  try {
-    return engine.makeBibliography({ exclude: [] });
-  } finally {
-    firstNames.delete(engine);
-    Object.assign(registry, { reflist, getSortedIds });
-  }
-}
-
-// The names that the entry before has printed, which makeBibliography forgets at its start.
-const firstNames = new WeakMap();
-const printCite = CSL.getCite;
-CSL.getCite = function (...cite) {
-  if (this.tmp.area === "bibliography" && firstNames.has(this)) {
-    this.tmp.last_rendered_name = firstNames.get(this);
-    firstNames.delete(this);
-  }
-  return printCite.apply(this, cite);
-};
 
 function textsById(printed) {
   const texts = new Map();
@@ -97,7 +71,7 @@ export function printBibliography(engine, items, position) {
     .getSortedIds()
     .filter((id) => !isExcluded(engine.refetchItem(id), rules));
   const recall = recallOf(engine);
-  const { texts, printedIds } = recall?.hasSingleEntries(wanted)
+  const { texts, printedIds } = recall.hasSingleEntries(wanted)
     ? printOneByOne(engine, recall, wanted, position)
     : printTogether(engine, wanted, position);
   if (engine.opt.update_mode === CSL.NUMERIC) {

@@ -7,6 +7,7 @@
 // The engine is used up by that: a second printing can come out differently.
 import CSL from "citeproc";
 
+import { evaluatePositions } from "../Patches/positions.js";
 import { printBibliography } from "./bibliography.js";
 import { isNoteStyle, makeEngine } from "./engine.js";
 import { contentNumber, memoryOf } from "./memory.js";
@@ -41,25 +42,6 @@ function register(engine, sortKeys, citation) {
   if (needsPositions(engine)) {
     sortCites(engine, sortKeys, citation.sortedItems);
   }
-}
-
-// processCitationCluster takes one citation to print and evaluates the positions of all.
-// It sorts the others anew, without grouping, to print them again: that is undone.
-function evaluatePositions(engine, citations) {
-  const orders = citations.map((citation) => [...citation.sortedItems]);
-  const [first, ...rest] = citations;
-  engine.process_CitationCluster = () => "";
-  engine.tmp.taintedItemIDs = {};
-  engine.processCitationCluster(
-    first,
-    [],
-    rest.map((citation) => [citation.citationID, citation.properties.noteIndex]),
-    CSL.ASSUME_ALL_ITEMS_REGISTERED,
-  );
-  delete engine.process_CitationCluster;
-  citations.slice(1).forEach((citation, index) => {
-    citation.sortedItems = orders[index + 1];
-  });
 }
 
 function describe(request, citation) {
@@ -125,18 +107,13 @@ function findUnprintable(makeFresh, ids) {
   return suspects[0];
 }
 
-// An engine that knows every item of the document, in the order of first mention. `adapt` is
-// shown each engine that is made.
-export function prepare(request, readLocale, adapt = () => {}) {
-  const items = readItems(request);
-  request.listed.forEach((listed, index) => {
-    if (!listed) {
-      items.get(itemId(index)).unlisted = "yes";
-    }
-  });
+// An engine that knows every item of the document.
+function prepare(request, readLocale, items) {
+  const memory = memoryOf(request.style, request.locale);
+  const numbers = new Map(request.items.map((json, index) => [itemId(index), contentNumber(json)]));
   const makeFresh = () => {
-    const made = makeEngine(request.style, request.locale, readLocale, items);
-    adapt(made);
+    const made = makeEngine(request, readLocale, items);
+    startRecalling(made, memory, numbers, request.style);
     return made;
   };
   const engine = makeFresh();
@@ -148,15 +125,12 @@ export function prepare(request, readLocale, adapt = () => {}) {
       `${request.ids[itemIndex(id)]}: the style's rules fail on it: ${messageOf(error)}`,
     );
   }
-  return { engine, items };
+  return engine;
 }
 
 export function formatDocument(request, readLocale) {
-  const memory = memoryOf(request.style, request.locale);
-  const numbers = new Map(request.items.map((json, index) => [itemId(index), contentNumber(json)]));
-  const { engine, items } = prepare(request, readLocale, (made) =>
-    startRecalling(made, memory, numbers, request.style),
-  );
+  const items = readItems(request);
+  const engine = prepare(request, readLocale, items);
   const groups = printCitations(request, engine);
   const bibliography = request.wantsBibliography
     ? attemptBibliography(request, engine, items)

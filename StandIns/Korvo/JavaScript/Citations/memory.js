@@ -5,10 +5,10 @@
 // memory if
 //   - its key is the same: the items with all their fields, the cites, what disambiguation
 //     found out about the items, their numbers; whoever prints puts it together,
-//   - the register of names answers all questions as it did then (see nameRegister.js),
+//   - the register of names answers all questions as it did then (see Patches/nameRegister.js),
 // and then the printing's effects on the engine are carried out: names are registered, and
 // `restore` does the rest. Nothing is remembered of a printing that looked further.
-import { makePlaces } from "./nameRegister.js";
+import { makePlaces } from "../Patches/nameRegister.js";
 
 // Texts of all styles together, about a kilobyte each with what they depend on.
 const textCapacity = 100000;

@@ -8,7 +8,7 @@
 // are filled in afterwards (see numbering.js).
 import CSL from "citeproc";
 
-import { NameRegister } from "./nameRegister.js";
+import { NameRegister } from "../Patches/nameRegister.js";
 import { fillHoles, Holes, mayHaveHoles, printWithHoles, shapeOf } from "./numbering.js";
 
 // What a style says of itself by the words it contains: it cannot print what it does not name.
@@ -369,15 +369,3 @@ export function startRecalling(engine, memory, numbers, style) {
 }
 
 export const recallOf = (engine) => recalls.get(engine);
-
-const printSortKeys = CSL.getSortKeys;
-CSL.getSortKeys = function (item, area) {
-  const print = () => printSortKeys.call(this, item, area);
-  return recalls.get(this)?.sortKeys(item, area, print) ?? print();
-};
-
-const printShortForm = CSL.getAmbiguousCite;
-CSL.getAmbiguousCite = function (item, config, visualForm, cite) {
-  const print = () => printShortForm.call(this, item, config, visualForm, cite);
-  return recalls.get(this)?.shortForm(item, config, visualForm, cite, print) ?? print();
-};

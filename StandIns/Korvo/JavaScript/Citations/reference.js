@@ -1,12 +1,13 @@
-// The same document formatted as citeproc-js itself does it, citation by citation and with all of
-// its own functions: slow, and what the fast way is compared with in the tests.
-import { isNoteStyle } from "./engine.js";
-import { prepare } from "./document.js";
+// The same document formatted as citeproc-js itself does it, citation by citation and with nothing
+// of it replaced: slow, and what the fast way is compared with in the tests.
+import { isNoteStyle, makeEngine } from "./engine.js";
 import { endOfId, outputFormat } from "./markers.js";
-import { itemIndex, readCitations } from "./request.js";
+import { itemIndex, readCitations, readItems } from "./request.js";
 
 export function formatDocument(request, readLocale) {
-  const { engine } = prepare(request, readLocale);
+  const items = readItems(request);
+  const engine = makeEngine(request, readLocale, items);
+  engine.updateItems([...items.keys()]);
   const citations = readCitations(request, isNoteStyle(engine));
   const groups = new Array(request.groupSizes.length).fill("");
   engine.rebuildProcessorState(citations, outputFormat).forEach(([, , text], index) => {

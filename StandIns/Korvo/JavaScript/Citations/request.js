@@ -16,6 +16,7 @@ export const option = { yearOnly: 1, hidden: 2, stripEnclosure: 4, suppressSuper
 export const itemId = (index) => "item" + index;
 export const itemIndex = (id) => Number(id.slice(4));
 
+// The items by their ids, in the order of first mention.
 export function readItems(request) {
   const items = new Map();
   request.ids.forEach((id, index) => {
@@ -23,6 +24,9 @@ export function readItems(request) {
       items.set(itemId(index), itemFromJson(request.items[index], itemId(index)));
     } catch (error) {
       throw new Error(`${id}: its data cannot be read: ${error.message}`);
+    }
+    if (!request.listed[index]) {
+      items.get(itemId(index)).unlisted = "yes";
     }
   });
   return items;

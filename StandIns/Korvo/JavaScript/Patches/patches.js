@@ -1,0 +1,7 @@
+import "./cites.js";
+import "./comparing.js";
+import "./numbers.js";
+import "./recalled.js";
+import "./rules.js";
+import "./texts.js";
+import "./words.js";
