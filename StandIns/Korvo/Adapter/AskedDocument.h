@@ -34,7 +34,11 @@ class AskedDocument {
   static std::optional<AskedDocument> of(const DocumentRequest &request,
                                          const CitedDocument::Versions &versions);
 
-  // Whether whoever answered the first time would give the same answer to this.
+  // Whether nobody has written to its libraries since.
+  bool isUpToDate() const;
+
+  // Whether whoever answered the first time would give the same answer to this, as long as it is up
+  // to date.
   bool isAskedAgainBy(const DocumentRequest &request) const;
 
  private:

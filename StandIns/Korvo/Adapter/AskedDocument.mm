@@ -26,14 +26,17 @@ std::optional<AskedDocument> AskedDocument::of(const DocumentRequest &request,
   return asked;
 }
 
+bool AskedDocument::isUpToDate() const {
+  return std::ranges::all_of(sources_, [](const Source &source) {
+    return [source.library.get() libraryOfThisTurn].version() == source.version;
+  });
+}
+
 bool AskedDocument::isAskedAgainBy(const DocumentRequest &request) const {
   return request.citations.size() == citations_.size() &&
          std::ranges::equal(request.groups, groups_) && request.style.file == styleFile_ &&
          request.style.locale == locale_ && request.styleText == styleText_ &&
-         std::ranges::equal(citations_, request.citations, isSame) &&
-         std::ranges::all_of(sources_, [](const Source &source) {
-           return [source.library.get() libraryOfThisTurn].version() == source.version;
-         });
+         std::ranges::equal(citations_, request.citations, isSame);
 }
 
 bool AskedDocument::isSame(const Citation &citation, KOCitation *other) {

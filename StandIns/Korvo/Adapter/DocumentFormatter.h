@@ -1,18 +1,18 @@
-// Formats documents as attributed texts, and remembers the last one.
+// Formats documents as attributed texts, and remembers the last few.
 //
-// An author scans a document again and again, mostly without a change between two scans. The engine
-// has the answer then; but only to ask it, every reference has to be read from its library, and
-// what it answers has to be made into attributed texts and those into RTF. So what is asked is
-// compared with what was asked last, before anything is read or made.
+// An author scans a document again and again, mostly without a change between two scans, takes a
+// change back, or compares two styles. So what is asked is compared with what was asked before,
+// before a reference is read from its library or a text is made; the same text keeps what it was
+// converted to.
 #pragma once
 
 #import "AskedDocument.h"
 #import "CitedDocument.h"
-#import "ConvertedTexts.h"
 
 #include <StandIns/Korvo/Engine/CitationProcessor.h>
 
 #include <expected>
+#include <list>
 #include <optional>
 #include <span>
 #include <string>
@@ -36,14 +36,18 @@ class DocumentFormatter {
                                                            std::span<const CitedGroup> groups);
 
  private:
-  DocumentTexts textsOf(const CitedDocument &document,
-                        std::shared_ptr<const engine::FormattedDocument> formatted);
+  struct Answered {
+    // Nothing where it cannot be told apart from what will be asked.
+    std::optional<AskedDocument> asked;
+    DocumentTexts texts;
+  };
+
+  const DocumentTexts *find(const DocumentRequest &request);
+  void forgetSome();
 
   engine::CitationProcessor processor_;
-  ConvertedTexts convertedTexts_;
-  // What was asked last, where it could be told apart from what will be asked, and the answer.
-  std::optional<AskedDocument> asked_;
-  DocumentTexts answer_;
+  // What was asked last comes first.
+  std::list<Answered> answered_;
 };
 
 }  // namespace korvo::adapter

@@ -1,7 +1,6 @@
 #include "CitationProcessor.h"
 
 #include "CitedItems.h"
-#include "DocumentQuestion.h"
 #include "EmbeddedScripts.h"
 #include "JavaScriptMachine.h"
 #include "MarkedText.h"
@@ -190,39 +189,17 @@ std::expected<FormattedDocument, std::string> CitationProcessor::formatDocument(
   if (!styleText) {
     return std::unexpected(styleText.error());
   }
-  const auto document = sharedDocument(style, *styleText, lookUp, groups, wantsBibliography);
-  if (!document) {
-    return std::unexpected(document.error());
-  }
-  return **document;
+  return formatDocument(style, *styleText, lookUp, groups, wantsBibliography);
 }
 
-std::expected<std::shared_ptr<const FormattedDocument>, std::string>
-CitationProcessor::sharedDocument(const Style &style, std::string_view styleText,
-                                  const ItemLookup &lookUp, std::span<const CiteGroup> groups,
-                                  bool wantsBibliography) {
+std::expected<FormattedDocument, std::string> CitationProcessor::formatDocument(
+    const Style &style, std::string_view styleText, const ItemLookup &lookUp,
+    std::span<const CiteGroup> groups, bool wantsBibliography) {
   const CitedItems cited(groups);
-  const auto data = readItems(cited, lookUp);
-  if (!data) {
-    return std::unexpected(data.error());
+  const auto items = readItems(cited, lookUp);
+  if (!items) {
+    return std::unexpected(items.error());
   }
-  std::string question =
-      documentQuestion(styleText, style.locale, wantsBibliography, *data, groups);
-  if (auto known = remembered_.find(question)) {
-    return known;
-  }
-  auto formatted = format(style, styleText, cited, *data, groups, wantsBibliography);
-  if (!formatted) {
-    return std::unexpected(std::move(formatted.error()));
-  }
-  auto document = std::make_shared<const FormattedDocument>(*std::move(formatted));
-  remembered_.remember(std::move(question), document);
-  return document;
-}
-
-std::expected<FormattedDocument, std::string> CitationProcessor::format(
-    const Style &style, std::string_view styleText, const CitedItems &cited,
-    std::span<const std::string> items, std::span<const CiteGroup> groups, bool wantsBibliography) {
   if (auto started = start(); !started) {
     return std::unexpected(std::move(started.error()));
   }
@@ -231,7 +208,7 @@ std::expected<FormattedDocument, std::string> CitationProcessor::format(
   machine.set(request, "style", machine.text(formats::decodeUTF8(styleText)));
   machine.set(request, "locale", machine.text(formats::decodeUTF8(style.locale)));
   machine.set(request, "wantsBibliography", machine.number(wantsBibliography ? 1 : 0));
-  fillItems(machine, request, cited, items);
+  fillItems(machine, request, cited, *items);
   fillGroups(machine, request, cited, groups);
   const JavaScriptMachine::TextFunction readLocale =
       [this](std::u16string_view name) -> JavaScriptMachine::Text {

@@ -5,12 +5,10 @@
 // "ibid.". So a document is always formatted as a whole. The rules of the style language
 // are carried out by citeproc-js in a JavaScript machine, which stays warm between
 // documents while the engine inside it is made afresh for each; time grows in proportion
-// to the citations. The last documents are remembered, so that one that was not changed
-// costs next to nothing.
+// to the citations.
 #pragma once
 
 #include "FormattedText.h"
-#include "RememberedDocuments.h"
 #include "StyleCatalog.h"
 
 #include <expected>
@@ -66,26 +64,20 @@ class CitationProcessor {
                                                                std::span<const CiteGroup> groups,
                                                                bool wantsBibliography);
 
-  // The same without a copy, of a style whose file was read before. While the answer to a question
-  // is remembered, the same question gets the same object.
-  std::expected<std::shared_ptr<const FormattedDocument>, std::string> sharedDocument(
-      const Style &style, std::string_view styleText, const ItemLookup &lookUp,
-      std::span<const CiteGroup> groups, bool wantsBibliography);
+  // The same with a style whose file was read before.
+  std::expected<FormattedDocument, std::string> formatDocument(const Style &style,
+                                                               std::string_view styleText,
+                                                               const ItemLookup &lookUp,
+                                                               std::span<const CiteGroup> groups,
+                                                               bool wantsBibliography);
 
  private:
   struct Machine;
   std::expected<void, std::string> start();
-  std::expected<FormattedDocument, std::string> format(const Style &style,
-                                                       std::string_view styleText,
-                                                       const CitedItems &cited,
-                                                       std::span<const std::string> items,
-                                                       std::span<const CiteGroup> groups,
-                                                       bool wantsBibliography);
 
   std::filesystem::path locales_;
   std::string_view script_;
   std::unique_ptr<Machine> machine_;
-  RememberedDocuments remembered_;
 };
 
 }  // namespace korvo::engine

@@ -1,6 +1,7 @@
 // Text as a citation style prints it: runs of UTF-16 text, each with the look it has.
 #pragma once
 
+#include <compare>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -20,7 +21,7 @@ struct Run {
   bool smallCaps = false;
   VerticalPosition verticalPosition = VerticalPosition::normal;
 
-  bool operator==(const Run &) const = default;
+  auto operator<=>(const Run &) const = default;
 };
 
 // Neighbouring runs differ in their look, and no run is empty.
@@ -30,7 +31,7 @@ struct FormattedText {
   bool isEmpty() const { return runs.empty(); }
   std::u16string plainText() const;
 
-  bool operator==(const FormattedText &) const = default;
+  auto operator<=>(const FormattedText &) const = default;
 };
 
 struct BibliographyEntry {
