@@ -1,3 +1,25 @@
+// All that takes the place of functions of citeproc-js, each of them once (see replace.js). The
+// reference that tests compare with has none of it. Times are of the processor.
+//
+// What has to be otherwise:
+//   cites.js         getCite: a year in place of nothing, and the names before an entry
+//   entries.js       some entries of the bibliography, where makeBibliography prints all
+//   positions.js     positions evaluated once for a whole document; 200,000 citations of one work in
+//                    apa take 2.1 s, with citeproc-js's own loop over all before each of them 6.7 s
+//   nameRegister.js  the register of names, which keeps a record for recalled.js
+//   recalled.js      getSortKeys, getAmbiguousCite: from memory. After one change a document of
+//                    1,000 citations in apa takes 0.4 s, where nothing is remembered 5.4 s
+//   numbers.js       NumericBlob: texts with holes for numbers that move
+//
+// What is only quicker. Small functions do something dear for every piece of text or every rule of
+// a style: a third of the time of long documents. Without rules.js, texts.js and words.js a first
+// document of 1,000 citations takes 1.4 to 1.6 times as long in apa and 1.4 times in nature. What
+// each of them saves alone (1.0 to 1.3 times) could not be told apart well: in single runs the
+// most were FlipFlopper, setDecorations and tokenExec, the least Blob.
+//   rules.js         tokenExec, Stack.value, getNodesByName, setDecorations
+//   texts.js         Blob, getSafeEscape, FlipFlopper
+//   words.js         toLocaleLowerCase, toLocaleUpperCase
+//   comparing.js     getSortCompare: one collator a language; 1.0 to 1.2 times
 import "./cites.js";
 import "./comparing.js";
 import "./numbers.js";
