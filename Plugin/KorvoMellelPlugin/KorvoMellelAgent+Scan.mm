@@ -404,6 +404,9 @@ BOOL dialogIsOpen = NO;
     return KOMellelScanNoAction;
   }
   const AtEndOfScope closing([window] { [window close]; });
+  // GNUstep's newer releases give the keyboard to a window that they run modally only if it is
+  // visible.
+  [window makeKeyAndOrderFront:self];
   [NSApp runModalForWindow:window];
   return [controller chosenAction];
 }

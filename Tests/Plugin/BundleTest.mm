@@ -53,6 +53,16 @@ TEST_F(PluginBundle, NamesItsPrincipalClassAndIdentifier) {
   EXPECT_TRUE([[bundle() bundleIdentifier] isEqual:@"org.korvo.mellel-plugin"]);
 }
 
+// GNUstep has classes of these names, which carry no event to another process: a plug-in that got
+// them would wait for ever.
+TEST_F(PluginBundle, TakesThePlatformsAppleEventClassesAndNoneOfGNUsteps) {
+  const std::set<std::string> wanted = undefinedSymbols([[bundle() executablePath] UTF8String]);
+  for (const std::string name : {"AppleEventManager", "AppleEventDescriptor"}) {
+    EXPECT_TRUE(wanted.contains("__objc_class_name_Korvo" + name));
+    EXPECT_FALSE(wanted.contains("__objc_class_name_NS" + name));
+  }
+}
+
 TEST_F(PluginBundle, PrincipalClassAnswersTheHostsQuestions) {
   Class agent = [bundle() principalClass];
   ASSERT_NE(agent, Nil);

@@ -155,11 +155,12 @@ TEST_F(FinalScan, GroupsWithoutCitationsKeepTheirPlaces) {
 TEST_F(FinalScan, EmptyStyleNameOpensTheDialog) {
   const ScriptedDialog dialog(generateCopy, style_);
   deliver("SCNQ", request("", {{"a", ""}}));
-  const std::vector<std::string> expected = {"isHidden",     "activateIgnoringOtherApps YES",
-                                             "openDialog",   "runModal",
-                                             "chosenAction", "close",
-                                             "deactivate",   "selectedBibStyle"};
-  EXPECT_THAT(std::vector<std::string>(calls().begin(), calls().begin() + 8),
+  const std::vector<std::string> expected = {"isHidden",        "activateIgnoringOtherApps YES",
+                                             "openDialog",      "makeKeyAndOrderFront",
+                                             "runModal",        "chosenAction",
+                                             "close",           "deactivate",
+                                             "selectedBibStyle"};
+  EXPECT_THAT(std::vector<std::string>(calls().begin(), calls().begin() + 9),
               testing::ElementsAreArray(expected));
   EXPECT_THAT(groupsSent(), ElementsAre("(a)"));
 }
@@ -176,9 +177,10 @@ TEST_F(FinalScan, HiddenHostIsShownForTheDialogAndHiddenAgain) {
   application_->hidden = YES;
   const ScriptedDialog dialog(generateCopy, style_);
   deliver("SCNQ", request("", {}));
-  EXPECT_THAT(callsOf({"isHidden", "hide", "unhide", "activateIgnoring", "deactivate", "runModal",
-                       "close"}),
-              ElementsAre("isHidden", "unhide", "runModal", "close", "hide"));
+  EXPECT_THAT(
+      callsOf({"isHidden", "hide", "unhide", "activateIgnoring", "deactivate", "makeKey",
+               "runModal", "close"}),
+      ElementsAre("isHidden", "unhide", "makeKeyAndOrderFront", "runModal", "close", "hide"));
 }
 
 TEST_F(FinalScan, StuckWindowsAreFreedAfterTheDialogClosedAndBeforeTheHostStepsBack) {

@@ -31,6 +31,9 @@ std::function<void()> &duringModalLoop() {
   logCall("setLevel " + std::to_string(level));
   windowLevel = level;
 }
+- (void)makeKeyAndOrderFront:(id)__attribute__((unused)) sender {
+  logCall("makeKeyAndOrderFront");
+}
 - (void)close {
   logCall("close");
 }

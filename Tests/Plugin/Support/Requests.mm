@@ -318,6 +318,7 @@ std::string faultInFinalScan(std::optional<Bytes> payload, const Outcome &outcom
                                                   "isHidden",
                                                   "activateIgnoringOtherApps",
                                                   "openDialog",
+                                                  "makeKeyAndOrderFront",
                                                   "runModal",
                                                   "chosenAction",
                                                   "close",

@@ -117,6 +117,8 @@ NSInteger ScriptedUser::runModal(NSWindow *window) {
                                          userInfo:nil
                                           repeats:NO];
   [[NSRunLoop currentRunLoop] addTimer:timer forMode:NSModalPanelRunLoopMode];
+  // As the agent does.
+  [window makeKeyAndOrderFront:nil];
   start();
   const NSInteger code = [NSApp runModalForWindow:window];
   [timer invalidate];
