@@ -5,6 +5,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <string_view>
+
 namespace {
 
 using namespace endtoend;
@@ -85,6 +90,18 @@ TEST(Styles, ApaSetsCitationsInTableCellsAndFootnotes) {
             "(Franklin & Gosling, 1953, both cautious; Watson & Crick, 1953, p. 737)");
 }
 
+// Whether the style, as it is installed here, makes a range of successive numbers: editions of ieee
+// differ.
+bool collapsesNumbers(const std::string &style) {
+  std::ifstream file("/usr/share/citation-style-language/styles/" + style + ".csl");
+  const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+  const std::size_t begin = text.find("<citation");
+  EXPECT_NE(begin, std::string::npos) << style;
+  const std::string_view element =
+      std::string_view(text).substr(begin, text.find('>', begin) - begin);
+  return element.find("collapse=\"citation-number\"") != std::string_view::npos;
+}
+
 TEST(Styles, IeeeNumbersInOrderOfAppearance) {
   const Scan copy = scanInStyle(essay, "ieee");
   EXPECT_EQ(copy.formatted("{Mars Climate Orbiter Board 1999#mco1999}"), "[1]");
@@ -93,7 +110,7 @@ TEST(Styles, IeeeNumbersInOrderOfAppearance) {
   EXPECT_EQ(copy.formatted("{Alder 2002#alder2002}"), "[12]");
   EXPECT_EQ(
       copy.formatted("{Merton 1968#merton1968; Price 1965#price1965; Garfield 1955#garfield1955}"),
-      "[28]–[30]");
+      collapsesNumbers("ieee") ? "[28]–[30]" : "[28], [29], [30]");
   EXPECT_THAT(copy.bibliography(), HasSubstr("[2]"));
 }
 
