@@ -2,7 +2,7 @@
 """Counts the instructions of the jobs under callgrind and compares them with those recorded.
 
 Status 0 where no job takes more than five percent above its recorded count, 1 where one does, and 77
-(not comparable) where compiler, libraries or valgrind are not those that the counts were recorded with.
+(not comparable) where compiler, libraries or valgrind are not those that its counts were recorded with.
 With --renew the counts are recorded anew.
 
 Instructions do not depend on how busy or how fast a machine is, but the C library chooses between variants
@@ -24,7 +24,7 @@ sys.path.append(str(pathlib.Path(__file__).resolve().parent.parent / "Page"))
 
 import machine  # noqa: E402: in the folder named above
 
-RECORD = pathlib.Path(__file__).resolve().parent / "InstructionCounts.json"
+RECORDS = pathlib.Path(__file__).resolve().parent / "Recorded"
 NOT_COMPARABLE = 77
 LARGEST_CHANGE = 5  # percent
 
@@ -83,6 +83,11 @@ def environment():
     }
 
 
+def record_of(compiler):
+    """Where the counts of a compiler are kept: each of its yearly releases makes other code."""
+    return RECORDS / f"gcc-{compiler.partition('.')[0]}.json"
+
+
 def toolchain():
     """What the counts depend on beside our code."""
     valgrind = subprocess.run(
@@ -92,9 +97,9 @@ def toolchain():
         "glibc": "libc6",
         "libstdc++": "libstdc++6",
         "libobjc": "libobjc4",
-        "GNUstep base": "libgnustep-base1.28",
+        "GNUstep base": "libgnustep-base1.*",
         "SQLite": "libsqlite3-0",
-        "ICU": "libicu72",
+        "ICU": "libicu[0-9]*",
         "systemd (sd-bus)": "libsystemd0",
     }
     return {
@@ -169,9 +174,10 @@ def main():
     )
     arguments = parser.parse_args()
     tools = toolchain()
+    path = record_of(tools["GCC"])
     record = (
-        json.loads(RECORD.read_text(encoding="utf-8"))
-        if RECORD.exists()
+        json.loads(path.read_text(encoding="utf-8"))
+        if path.exists()
         else {"toolchain": {}, "counts": {}}
     )
     if not arguments.renew and record["toolchain"] != tools:
@@ -188,7 +194,7 @@ def main():
         sys.exit(f"guard: {failure}")
     wrong = report(record["counts"], counts)
     if arguments.renew:
-        RECORD.write_text(
+        path.write_text(
             json.dumps({"toolchain": tools, "counts": counts}, indent=1, ensure_ascii=False) + "\n",
             encoding="utf-8",
         )

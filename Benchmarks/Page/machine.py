@@ -8,8 +8,8 @@ import subprocess
 
 # By the name for readers; those of Debian that every group depends on.
 PACKAGES = {
-    "GNUstep base": "libgnustep-base1.28",
-    "GNUstep gui": "libgnustep-gui0.29",
+    "GNUstep base": "libgnustep-base1.*",
+    "GNUstep gui": "libgnustep-gui0.*",
     "systemd (sd-bus)": "libsystemd0",
     "JavaScriptCore": "libjavascriptcoregtk-4.1-0",
     "SQLite": "libsqlite3-0",

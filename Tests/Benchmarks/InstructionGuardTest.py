@@ -37,6 +37,12 @@ class Comparing(unittest.TestCase):
         )
 
 
+class Choosing(unittest.TestCase):
+    def test_each_yearly_release_of_the_compiler_has_its_counts(self):
+        self.assertEqual(guard.record_of("12.2.0"), guard.record_of("12.3.1"))
+        self.assertNotEqual(guard.record_of("12.2.0"), guard.record_of("14.2.0"))
+
+
 class Reading(unittest.TestCase):
     def count_in(self, text):
         with tempfile.TemporaryDirectory() as directory:
