@@ -29,8 +29,7 @@ function(add_fuzz_target name)
   endif()
   # The run time of libFuzzer comes with clang: g++, which compiles the Objective-C++, cannot link it.
   set_target_properties(${program} PROPERTIES LINKER_LANGUAGE CXX)
-  target_include_directories(${program} PRIVATE ${CMAKE_SOURCE_DIR}/Fuzzing ${CMAKE_SOURCE_DIR})
-  target_link_libraries(${program} PRIVATE ProjectOptions ${ARG_LINKS})
+  target_link_libraries(${program} PRIVATE ProjectOptions FuzzingSupport TestSupport ${ARG_LINKS})
   set(${name}_program ${program} PARENT_SCOPE)
 endfunction()
 

@@ -4,7 +4,7 @@
 
 #include "Citations.h"
 
-#import <HostContract/Testing/PassiveHost.h>
+#import <Tests/Support/PassiveHost.h>
 
 #include <array>
 #include <cstddef>

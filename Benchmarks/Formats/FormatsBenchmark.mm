@@ -4,19 +4,21 @@
 
 #include "CocoaWriters.h"
 #include "Jobs.h"
-#include "OtherProgram.h"
 #include "Report.h"
+
+#include <Tests/Support/ChildProcess.h>
+#include <Tests/Support/TemporaryDirectory.h>
 
 #import <Foundation/Foundation.h>
 #include <malloc.h>
 #include <time.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
-#include <fstream>
 #include <limits>
 #include <map>
 #include <optional>
@@ -62,31 +64,6 @@ void measure(const std::vector<Job> &jobs, int rounds, Rates &rates) {
   }
 }
 
-class TemporaryDirectory {
- public:
-  TemporaryDirectory() {
-    std::string name = (std::filesystem::temp_directory_path() / "formats.XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr) {
-      throw std::runtime_error("no temporary directory can be made");
-    }
-    path_ = name;
-  }
-  ~TemporaryDirectory() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  TemporaryDirectory(const TemporaryDirectory &) = delete;
-  TemporaryDirectory &operator=(const TemporaryDirectory &) = delete;
-
-  std::filesystem::path write(const std::string &name, const std::string &contents) const {
-    std::ofstream(path_ / name, std::ios::binary) << contents;
-    return path_ / name;
-  }
-
- private:
-  std::filesystem::path path_;
-};
-
 // A program that makes text of an RTF file, given as its last argument.
 struct RTFReader {
   std::string name;
@@ -94,32 +71,34 @@ struct RTFReader {
   std::size_t bytes;
 };
 
-Work runOn(const RTFReader &reader, const std::filesystem::path &document) {
+// What it said and how long it took. An error is one line.
+test_support::Result runOn(const RTFReader &reader, const std::filesystem::path &document) {
+  constexpr std::chrono::minutes limit{10};
   std::vector<std::string> arguments = reader.arguments;
   arguments.push_back(document);
-  const auto work = run(arguments, document.string() + ".out");
-  if (!work) {
-    throw std::runtime_error(work.error());
+  test_support::Result result = test_support::run(arguments, limit);
+  if (result.status != 0) {
+    throw std::runtime_error(reader.name + " failed");
   }
-  return *work;
+  return result;
 }
 
 // The time of an almost empty document is taken off: what is left is the reading.
 void measureProgram(const RTFReader &reader, int rounds, Rates &rates,
                     std::vector<double> &startMilliseconds) {
-  const TemporaryDirectory directory;
+  const test_support::TemporaryDirectory directory;
   const auto small = directory.write("small.rtf", "{\\rtf1\\ansi x}\n");
   const std::string document = documentOfPidginRTF(reader.bytes);
   const auto large = directory.write("large.rtf", document);
   for (int round = 0; round < rounds; ++round) {
-    const double start = runOn(reader, small).seconds;
-    const Work work = runOn(reader, large);
-    if (work.produced < document.size() / 2) {
+    const double start = runOn(reader, small).processorSeconds;
+    const test_support::Result work = runOn(reader, large);
+    if (work.standardOutput.size() < document.size() / 2) {
       throw std::runtime_error(reader.name + " read only a part of the document");
     }
     startMilliseconds.push_back(start * 1e3);
-    rates[reader.name].push_back(static_cast<double>(document.size()) / (work.seconds - start) /
-                                 1e6);
+    rates[reader.name].push_back(static_cast<double>(document.size()) /
+                                 (work.processorSeconds - start) / 1e6);
   }
 }
 

@@ -1,11 +1,11 @@
 // The answer to a preliminary scan: what is complete is read like the slow reference reads it,
 // everything else is refused; and what the sender writes is what the receiver reads.
 
-#include "SlowReader.h"
 #include "Written.h"
 
 #include <Formats/CitationResolution.h>
 #include <Formats/RecordMarkup.h>
+#include <Tests/Support/SlowReader.h>
 
 #include <vector>
 
@@ -15,7 +15,7 @@ namespace {
 
 void read(std::string_view payload) {
   const auto resolution = formats::decodeCitationResolution(payload);
-  SlowReader reader(payload);
+  test_support::SlowReader reader(payload);
   reader.integer(2);
   const std::uint32_t documentID = reader.integer(4);
   const std::uint32_t count = reader.integer(4);

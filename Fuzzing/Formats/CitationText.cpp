@@ -1,13 +1,12 @@
 // The syntax of a citation: read like the slow reference reads it, and every text that comes out is
 // a piece of the text that went in.
 
-#include "Support/FuzzedData.h"
-#include "Support/Target.h"
-
 #include <Formats/CitationText.h>
 #include <Formats/VerifiedMarker.h>
-#include <Tests/Formats/ReferenceCitationText.h>
-#include <Tests/Formats/ReferenceVerifiedMarker.h>
+#include <Fuzzing/Support/FuzzedData.h>
+#include <Fuzzing/Support/Target.h>
+#include <Tests/Support/ReferenceCitationText.h>
+#include <Tests/Support/ReferenceVerifiedMarker.h>
 
 #include <functional>
 

@@ -1,11 +1,11 @@
 // The inserted citation: two complete strings and nothing else are read, everything else is
 // refused; and what the sender writes is what the receiver reads.
 
-#include "SlowReader.h"
 #include "Written.h"
 
 #include <Formats/Insertion.h>
 #include <Formats/RecordMarkup.h>
+#include <Tests/Support/SlowReader.h>
 
 namespace fuzzing {
 
@@ -13,7 +13,7 @@ namespace {
 
 void read(std::string_view payload) {
   const auto insertion = formats::decodeInsertion(payload);
-  SlowReader reader(payload);
+  test_support::SlowReader reader(payload);
   const std::string citation = reader.string();
   const std::string markup = reader.string();
   require(insertion.has_value() == (!reader.isCutShort() && reader.isAtEnd()));

@@ -1,10 +1,9 @@
 // The lenient reader of pidgin RTF: it reads anything, like the slow reference reads it.
 
-#include "Support/FuzzedData.h"
-#include "Support/Target.h"
-
 #include <Formats/PidginRTFReader.h>
-#include <Tests/Formats/ReferencePidginRTF.h>
+#include <Fuzzing/Support/FuzzedData.h>
+#include <Fuzzing/Support/Target.h>
+#include <Tests/Support/ReferencePidginRTF.h>
 
 namespace fuzzing {
 

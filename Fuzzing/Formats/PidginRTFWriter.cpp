@@ -1,11 +1,10 @@
 // The writer of pidgin RTF: it writes what the slow reference writes, however the text is cut into
 // runs, in ASCII, with balanced braces.
 
-#include "Support/FuzzedData.h"
-#include "Support/Target.h"
-
 #include <Formats/PidginRTFWriter.h>
-#include <Tests/Formats/ReferencePidginRTF.h>
+#include <Fuzzing/Support/FuzzedData.h>
+#include <Fuzzing/Support/Target.h>
+#include <Tests/Support/ReferencePidginRTF.h>
 
 #include <algorithm>
 #include <vector>

@@ -1,12 +1,11 @@
 // The XML texts beside citations: written and taken apart like the slow reference does it, and the
 // tags that were written are the tags that are read.
 
-#include "Support/FuzzedData.h"
-#include "Support/Target.h"
-
 #include <Formats/RecordMarkup.h>
 #include <Formats/Unicode.h>
-#include <Tests/Formats/ReferenceRecordMarkup.h>
+#include <Fuzzing/Support/FuzzedData.h>
+#include <Fuzzing/Support/Target.h>
+#include <Tests/Support/ReferenceRecordMarkup.h>
 
 namespace fuzzing {
 

@@ -1,11 +1,11 @@
 // The scan reply: what is complete is read like the slow reference reads it, everything else is
 // refused; and what the sender writes is what the receiver reads.
 
-#include "SlowReader.h"
 #include "Written.h"
 
 #include <Formats/ScanReply.h>
 #include <Formats/Unicode.h>
+#include <Tests/Support/SlowReader.h>
 
 #include <vector>
 
@@ -23,7 +23,7 @@ struct SlowReply {
 };
 
 std::optional<SlowReply> slowlyRead(std::string_view payload) {
-  SlowReader reader(payload);
+  test_support::SlowReader reader(payload);
   SlowReply reply;
   reader.integer(2);
   reply.documentID = reader.integer(4);

@@ -1,10 +1,9 @@
 // The three requests: read like the slow reference, and written and read again without a change.
 
-#include "Support/FuzzedData.h"
-#include "Support/Target.h"
-
 #include <Formats/ScanRequest.h>
-#include <Tests/Formats/ReferenceScanRequest.h>
+#include <Fuzzing/Support/FuzzedData.h>
+#include <Fuzzing/Support/Target.h>
+#include <Tests/Support/ReferenceScanRequest.h>
 
 namespace fuzzing {
 

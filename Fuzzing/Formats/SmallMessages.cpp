@@ -1,9 +1,8 @@
 // The messages of a few fixed bytes: taken only in their own length, and written as they were read.
 
-#include "SlowReader.h"
-#include "Support/Target.h"
-
 #include <Formats/SmallMessages.h>
+#include <Fuzzing/Support/Target.h>
+#include <Tests/Support/SlowReader.h>
 
 #include <algorithm>
 
@@ -19,7 +18,7 @@ std::string_view view(const Bytes &bytes) {
 void readPreferences(std::string_view payload) {
   const auto fields = formats::decodePreferences(payload);
   require(fields.has_value() == (payload.size() == 14));
-  SlowReader reader(payload);
+  test_support::SlowReader reader(payload);
   for (std::size_t index = 0; fields && index < fields->size(); ++index) {
     require(fields->at(index) == reader.integer(2));
   }

@@ -1,10 +1,9 @@
 // UTF-8 and UTF-16: converted like the definition says, unit by unit, in any buffer.
 
-#include "Support/FuzzedData.h"
-#include "Support/Target.h"
-
 #include <Formats/Unicode.h>
-#include <Tests/Formats/ReferenceUnicode.h>
+#include <Fuzzing/Support/FuzzedData.h>
+#include <Fuzzing/Support/Target.h>
+#include <Tests/Support/ReferenceUnicode.h>
 
 #include <memory>
 

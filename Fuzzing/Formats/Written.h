@@ -2,11 +2,10 @@
 // and a buffer that is too small gets the beginning and nothing outside of it.
 #pragma once
 
-#include "Support/FuzzedData.h"
-#include "Support/Target.h"
-
 #include <Formats/PayloadWriter.h>
 #include <Formats/Unicode.h>
+#include <Fuzzing/Support/FuzzedData.h>
+#include <Fuzzing/Support/Target.h>
 
 #include <algorithm>
 #include <cstddef>

@@ -1,12 +1,12 @@
 // A library's own file with bytes changed by who knows what: it is opened and used, or refused with
 // one line and left as it is.
 
-#include "Support/FuzzedData.h"
-#include "Support/Target.h"
-
 #include <Formats/OneLine.h>
+#include <Fuzzing/Support/FuzzedData.h>
+#include <Fuzzing/Support/Target.h>
 #include <StandIns/Korvo/Library/Library.h>
-#include <Tests/Korvo/TemporaryDirectory.h>
+#include <Tests/Support/Files.h>
+#include <Tests/Support/TemporaryDirectory.h>
 
 namespace fuzzing {
 
@@ -14,8 +14,8 @@ namespace {
 
 using korvo::library::Library;
 
-const TemporaryDirectory &directory() {
-  static const TemporaryDirectory own;
+const test_support::TemporaryDirectory &directory() {
+  static const test_support::TemporaryDirectory own;
   return own;
 }
 
@@ -29,7 +29,7 @@ std::string wholeDatabase() {
       {"",
        R"({"type":"article-journal","title":"Die Wärme","author":[{"literal":"van Gogh"}],"issued":{"raw":"3 May 1888"}})"}};
   require(references->add(content).has_value());
-  return bytesOf(file);
+  return test_support::readFile(file);
 }
 
 template <typename Result>
@@ -89,7 +89,7 @@ void run(std::string_view bytes) {
   if (references) {
     use(*references);
   } else {
-    require(bytesOf(file) == content);
+    require(test_support::readFile(file) == content);
   }
 }
 

@@ -1,13 +1,12 @@
 // The importer as a whole, with its JavaScript machine: any file of another program's library is
 // read or refused with one line; what was read is readable, and the same when it is read once more.
 
-#include "Support/FuzzedData.h"
-#include "Support/Target.h"
-
+#include <Fuzzing/Support/FuzzedData.h>
+#include <Fuzzing/Support/Target.h>
 #include <StandIns/Korvo/Engine/LibraryImporter.h>
 #include <StandIns/Korvo/Library/BibliographicRecord.h>
 #include <StandIns/Korvo/Library/Library.h>
-#include <Tests/Korvo/TemporaryDirectory.h>
+#include <Tests/Support/TemporaryDirectory.h>
 
 namespace fuzzing {
 
@@ -22,7 +21,7 @@ korvo::engine::LibraryImporter &importer() {
 }  // namespace
 
 void run(std::string_view bytes) {
-  static const TemporaryDirectory directory;
+  static const test_support::TemporaryDirectory directory;
   static const std::vector<std::string> names = {"fuzzed.bib", "fuzzed.ris", "fuzzed.json"};
   FuzzedData data(bytes);
   const std::string &name = names[data.choice(names.size())];

@@ -2,10 +2,9 @@
 // and then finds it by every name that it may be cited by; a form that nobody changed changes
 // nothing, and one into which anything was typed makes a reference again.
 
-#include "Support/FuzzedData.h"
-#include "Support/Target.h"
-
 #include <Formats/Unicode.h>
+#include <Fuzzing/Support/FuzzedData.h>
+#include <Fuzzing/Support/Target.h>
 #include <StandIns/Korvo/Library/BibliographicRecord.h>
 #include <StandIns/Korvo/Library/CitationName.h>
 #include <StandIns/Korvo/Library/EditableFields.h>

@@ -1,9 +1,8 @@
 // The encodings of imported files: any bytes are read as some text; UTF-8 exactly, and whatever is
 // guessed is said to be.
 
-#include "Support/Target.h"
-
 #include <Formats/Unicode.h>
+#include <Fuzzing/Support/Target.h>
 #include <StandIns/Korvo/Engine/TextFile.h>
 
 namespace fuzzing {

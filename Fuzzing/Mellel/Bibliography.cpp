@@ -2,8 +2,8 @@
 // entry, with its text, its formatting and its layout.
 
 #include "NormalText.h"
-#include "Support/Target.h"
 
+#include <Fuzzing/Support/Target.h>
 #include <StandIns/Mellel/RTF/Bibliography.h>
 
 namespace fuzzing {

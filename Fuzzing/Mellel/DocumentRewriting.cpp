@@ -1,12 +1,11 @@
 // Editing any document: without a change it comes back byte for byte; with one, every byte outside
 // of the citations is still there, and what a reader sees has changed at the citations alone.
 
-#include "Support/Target.h"
-
 #include <Formats/Unicode.h>
+#include <Fuzzing/Support/Target.h>
 #include <StandIns/Mellel/RTF/DocumentRewriting.h>
-#include <Tests/Mellel/ReadDocument.h>
-#include <Tests/Mellel/ReferenceRewriting.h>
+#include <Tests/Support/ReadDocument.h>
+#include <Tests/Support/ReferenceRewriting.h>
 
 #include <algorithm>
 
@@ -17,10 +16,10 @@ namespace {
 using mellel::rtf::Citation;
 using mellel::rtf::DocumentText;
 using mellel::rtf::RichText;
-using mellel_test::Character;
-using mellel_test::charactersOf;
-using mellel_test::citationsAmong;
-using mellel_test::withCitationsReplaced;
+using test_support::Character;
+using test_support::charactersOf;
+using test_support::citationsAmong;
+using test_support::withCitationsReplaced;
 using Characters = std::vector<Character>;
 using Texts = std::vector<std::optional<RichText>>;
 

@@ -1,9 +1,8 @@
 // Reading any bytes as RTF: the tokens are the bytes, and the events of the text follow one another
 // through the document, well nested, in well-formed UTF-8.
 
-#include "Support/Target.h"
-
 #include <Formats/Unicode.h>
+#include <Fuzzing/Support/Target.h>
 #include <StandIns/Mellel/RTF/Lexer.h>
 #include <StandIns/Mellel/RTF/TextReader.h>
 

@@ -3,11 +3,11 @@
 // document.
 
 #include "NormalText.h"
-#include "Support/FuzzedData.h"
-#include "Support/Target.h"
 
 #include <Formats/PidginRTFWriter.h>
 #include <Formats/Unicode.h>
+#include <Fuzzing/Support/FuzzedData.h>
+#include <Fuzzing/Support/Target.h>
 #include <StandIns/Mellel/RTF/RichText.h>
 
 #include <vector>

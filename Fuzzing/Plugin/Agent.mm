@@ -3,8 +3,6 @@
 // documented outcomes, and the next good requests are answered as if nothing had been.
 
 #import "FuzzedHost.h"
-#include "Support/FuzzedData.h"
-#include "Support/Target.h"
 
 #include <Formats/CitationResolution.h>
 #include <Formats/EventTable.h>
@@ -12,9 +10,11 @@
 #include <Formats/ScanReply.h>
 #include <Formats/ScanRequest.h>
 #include <Formats/Unicode.h>
-#include <Platform/Testing/RecordingCarrier.h>
-#include <Tests/Plugin/Support/CallLog.h>
-#import <Tests/Plugin/Support/RecordingApplication.h>
+#include <Fuzzing/Support/FuzzedData.h>
+#include <Fuzzing/Support/Target.h>
+#include <Tests/Support/CallLog.h>
+#import <Tests/Support/RecordingApplication.h>
+#include <Tests/Support/RecordingCarrier.h>
 
 #import <KorvoMellelAgent+Private.h>
 
@@ -26,7 +26,7 @@ namespace fuzzing {
 
 namespace {
 
-using Carrier = platform::RecordingCarrier;
+using Carrier = test_support::RecordingCarrier;
 
 constexpr std::size_t longestConversation = 8;
 
@@ -80,7 +80,7 @@ class Conversation {
     [application_ release];
     [agentClass() setAdapter:nil];
     [host_ release];
-    plugin_test::calls().clear();
+    test_support::calls().clear();
     [pool_ drain];
   }
   Conversation(const Conversation &) = delete;

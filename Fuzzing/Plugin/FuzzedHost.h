@@ -2,9 +2,8 @@
 // an exception of either language, or with an answer that no host should give.
 #pragma once
 
-#include "Support/FuzzedData.h"
-
-#import <HostContract/Testing/PassiveHost.h>
+#include <Fuzzing/Support/FuzzedData.h>
+#import <Tests/Support/PassiveHost.h>
 
 #include <string_view>
 

@@ -1,7 +1,9 @@
 // The two programs under test, started the way a user starts them, and what the tests ask of them.
 #pragma once
 
-#include "ChildProcess.h"
+#include <Tests/Support/ChildProcess.h>
+#include <Tests/Support/Files.h>
+#include <Tests/Support/TemporaryDirectory.h>
 
 #include <filesystem>
 #include <map>
@@ -9,6 +11,14 @@
 #include <vector>
 
 namespace endtoend {
+
+using test_support::ChildProcess;
+using test_support::patience;
+using test_support::readFile;
+using test_support::Result;
+using test_support::run;
+using test_support::TemporaryDirectory;
+using test_support::writeFile;
 
 // Absolute paths of the build and of the examples.
 std::string program(const std::string &name);

@@ -1,5 +1,6 @@
 // The private desktop itself: what it gives a command, and that nothing of it is left.
-#include "ChildProcess.h"
+
+#include <Tests/Support/ChildProcess.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,7 +11,9 @@
 
 namespace {
 
-using namespace endtoend;
+using test_support::ChildProcess;
+using test_support::Result;
+using test_support::run;
 using testing::HasSubstr;
 using testing::StartsWith;
 

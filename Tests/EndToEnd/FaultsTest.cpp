@@ -1,7 +1,8 @@
 // The bus, the host or the word processor goes away, at any moment of a scan: the draft stays as it
 // is, a copy is whole or not there, and whoever is left serves on.
-#include "../Platform/PrivateBus.h"
 #include "Applications.h"
+
+#include <Tests/Support/PrivateBus.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -28,7 +29,7 @@ constexpr int moments = 6;
 class EndableBus {
  public:
   EndableBus() : desktopBus_(std::getenv("DBUS_SESSION_BUS_ADDRESS")) {
-    bus_ = std::make_unique<platform_test::PrivateBus>();
+    bus_ = std::make_unique<test_support::PrivateBus>();
   }
   ~EndableBus() {
     bus_.reset();
@@ -42,7 +43,7 @@ class EndableBus {
 
  private:
   std::string desktopBus_;
-  std::unique_ptr<platform_test::PrivateBus> bus_;
+  std::unique_ptr<test_support::PrivateBus> bus_;
 };
 
 TEST(Faults, TheHostServesOnWhenTheBusComesBack) {

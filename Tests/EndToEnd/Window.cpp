@@ -1,12 +1,14 @@
 #include "Window.h"
 
-#include "ChildProcess.h"
+#include <Tests/Support/ChildProcess.h>
 
 #include <chrono>
 #include <sstream>
 #include <thread>
 
 namespace endtoend {
+
+using test_support::run;
 
 namespace {
 
@@ -24,7 +26,7 @@ int valueOf(const std::string &text, const std::string &key) {
 }  // namespace
 
 Window::Window(const std::string &title) {
-  const auto deadline = std::chrono::steady_clock::now() + patience;
+  const auto deadline = std::chrono::steady_clock::now() + test_support::patience;
   while (!isOpen() && std::chrono::steady_clock::now() < deadline) {
     std::istringstream found(
         run({"xdotool", "search", "--onlyvisible", "--name", title}).standardOutput);

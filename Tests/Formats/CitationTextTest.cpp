@@ -1,7 +1,6 @@
-#include "AllStrings.h"
-#include "ReferenceCitationText.h"
-
 #include <Formats/CitationText.h>
+#include <Tests/Support/AllStrings.h>
+#include <Tests/Support/ReferenceCitationText.h>
 
 #include <gtest/gtest.h>
 

@@ -5,12 +5,14 @@
 // two things they differ, which a Reader names.
 
 #include <Formats/PidginRTFWriter.h>
+#include <Tests/Support/ChildProcess.h>
+#include <Tests/Support/Files.h>
+#include <Tests/Support/TemporaryDirectory.h>
 
 #include <expat.h>
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
-#include <cstdlib>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -23,6 +25,13 @@
 namespace {
 
 using formats::PidginAttributes;
+using test_support::readFile;
+using test_support::Result;
+using test_support::run;
+using test_support::TemporaryDirectory;
+
+// These programs take seconds to start.
+constexpr std::chrono::seconds limit{100};
 
 // A character as UTF-8, and how it is shown: the letters of "biu^_" that apply.
 struct ShownCharacter {
@@ -116,26 +125,8 @@ std::vector<Case> makeCases(const Reader &reader) {
   return cases;
 }
 
-class TemporaryDirectory {
- public:
-  TemporaryDirectory() {
-    std::string name = (std::filesystem::temp_directory_path() / "pidgin.XXXXXX").string();
-    path_ = mkdtemp(name.data()) == nullptr ? "" : name;
-  }
-  ~TemporaryDirectory() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  TemporaryDirectory(const TemporaryDirectory &) = delete;
-  TemporaryDirectory &operator=(const TemporaryDirectory &) = delete;
-  const std::filesystem::path &path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
-
 bool isInstalled(const std::string &program) {
-  return std::system(("command -v " + program + " >/dev/null 2>&1").c_str()) == 0;
+  return run({"sh", "-c", "command -v " + program}).status == 0;
 }
 
 // The document is ASCII, as all that the writer makes.
@@ -146,12 +137,6 @@ void writeDocument(const std::filesystem::path &path, const std::vector<Case> &c
     file << "\\pard\\plain " << std::string(each.rtf.begin(), each.rtf.end()) << "\\par\n";
   }
   file << "}\n";
-}
-
-std::string contentsOf(const std::filesystem::path &path) {
-  std::ostringstream text;
-  text << std::ifstream(path).rdbuf();
-  return text.str();
 }
 
 void appendShown(Paragraph &paragraph, const std::string &text, const std::string &styles) {
@@ -203,11 +188,10 @@ TEST(PidginRTFInOtherPrograms, PandocShowsTheSameTextAndAttributes) {
   const TemporaryDirectory directory;
   const std::vector<Case> cases =
       makeCases({.joinsSurrogatePairs = false, .showsBothPositions = true});
-  writeDocument(directory.path() / "cases.rtf", cases);
-  const std::string command = "cd '" + directory.path().string() +
-                              "' && timeout 100 pandoc -f rtf -t json -o cases.json cases.rtf";
-  ASSERT_EQ(std::system(command.c_str()), 0);
-  const auto document = nlohmann::json::parse(contentsOf(directory.path() / "cases.json"));
+  writeDocument(directory / "cases.rtf", cases);
+  const Result pandoc = run({"pandoc", "-f", "rtf", "-t", "json", directory / "cases.rtf"}, limit);
+  ASSERT_EQ(pandoc.status, 0) << pandoc.standardError;
+  const auto document = nlohmann::json::parse(pandoc.standardOutput);
   std::vector<Paragraph> shown;
   for (const auto &block : document["blocks"]) {
     collectPandoc(block["c"], {}, shown.emplace_back());
@@ -301,13 +285,14 @@ TEST(PidginRTFInOtherPrograms, LibreOfficeShowsTheSameTextAndAttributes) {
   const TemporaryDirectory directory;
   const std::vector<Case> cases =
       makeCases({.joinsSurrogatePairs = true, .showsBothPositions = false});
-  writeDocument(directory.path() / "cases.rtf", cases);
-  const std::string command = "cd '" + directory.path().string() +
-                              "' && timeout 100 soffice --headless '-env:UserInstallation=file://" +
-                              directory.path().string() +
-                              "/profile' --convert-to fodt cases.rtf >soffice.log 2>&1";
-  ASSERT_EQ(std::system(command.c_str()), 0) << contentsOf(directory.path() / "soffice.log");
-  const FlatDocument document(contentsOf(directory.path() / "cases.fodt"));
+  writeDocument(directory / "cases.rtf", cases);
+  const std::string folder = directory.path();
+  const Result office =
+      run({"soffice", "--headless", "-env:UserInstallation=file://" + folder + "/profile",
+           "--convert-to", "fodt", "--outdir", folder, folder + "/cases.rtf"},
+          limit);
+  ASSERT_EQ(office.status, 0) << office.standardOutput << office.standardError;
+  const FlatDocument document(readFile(directory / "cases.fodt"));
   ASSERT_TRUE(document.isWellFormed());
   expectShown(document.paragraphs(), cases);
 }

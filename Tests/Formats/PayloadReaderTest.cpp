@@ -1,7 +1,7 @@
-#include "AllStrings.h"
 #include "Payloads.h"
 
 #include <Formats/PayloadReader.h>
+#include <Tests/Support/AllStrings.h>
 
 #include <gtest/gtest.h>
 

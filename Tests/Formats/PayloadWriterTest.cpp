@@ -1,8 +1,8 @@
-#include "AllStrings.h"
 #include "Payloads.h"
 
 #include <Formats/PayloadWriter.h>
 #include <Formats/Unicode.h>
+#include <Tests/Support/AllStrings.h>
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
-#include "AllStrings.h"
 #include "Payloads.h"
-#include "ReferencePidginRTF.h"
 
 #include <Formats/PidginRTFWriter.h>
+#include <Tests/Support/AllStrings.h>
+#include <Tests/Support/ReferencePidginRTF.h>
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,7 @@
-#include "AllStrings.h"
-#include "ReferenceRecordMarkup.h"
-
 #include <Formats/RecordMarkup.h>
 #include <Formats/Unicode.h>
+#include <Tests/Support/AllStrings.h>
+#include <Tests/Support/ReferenceRecordMarkup.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

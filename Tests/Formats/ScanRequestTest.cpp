@@ -1,8 +1,8 @@
-#include "AllStrings.h"
 #include "Payloads.h"
-#include "ReferenceScanRequest.h"
 
 #include <Formats/ScanRequest.h>
+#include <Tests/Support/AllStrings.h>
+#include <Tests/Support/ReferenceScanRequest.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
-#include "AllStrings.h"
 #include "Payloads.h"
-#include "ReferenceUnicode.h"
 
 #include <Formats/Unicode.h>
+#include <Tests/Support/AllStrings.h>
+#include <Tests/Support/ReferenceUnicode.h>
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,6 @@
-#include "AllStrings.h"
-#include "ReferenceVerifiedMarker.h"
-
 #include <Formats/VerifiedMarker.h>
+#include <Tests/Support/AllStrings.h>
+#include <Tests/Support/ReferenceVerifiedMarker.h>
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,5 @@
-#include "TemporaryDirectory.h"
-
 #include <StandIns/Korvo/Engine/StyleCatalog.h>
+#include <Tests/Support/TemporaryDirectory.h>
 
 #include <gtest/gtest.h>
 
@@ -10,6 +9,7 @@
 namespace {
 
 using korvo::engine::StyleCatalog;
+using test_support::TemporaryDirectory;
 
 constexpr const char *installedStyles = "/usr/share/citation-style-language/styles";
 

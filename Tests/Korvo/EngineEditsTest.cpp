@@ -4,7 +4,9 @@
 //
 // KORVO_EDITS=2000 build/bin/EngineTest --gtest_filter='*EngineEdits*' takes many more steps.
 #include "EngineRandomDocuments.h"
-#include "TemporaryDirectory.h"
+
+#include <Tests/Support/Files.h>
+#include <Tests/Support/TemporaryDirectory.h>
 
 #include <gtest/gtest.h>
 
@@ -12,6 +14,8 @@
 #include <cstdlib>
 
 using namespace korvo_test;
+using test_support::readFile;
+using test_support::TemporaryDirectory;
 
 namespace {
 
@@ -119,7 +123,7 @@ TEST_P(EngineEdits, GiveTheAnswersOfAFreshEngine) {
     // What was printed in a style of other bytes is of no use.
     korvo::engine::Style fresh = edited;
     fresh.file = directory.write(
-        "fresh.csl", bytesOf(edited.file) + "<!-- step " + std::to_string(step) + " -->");
+        "fresh.csl", readFile(edited.file) + "<!-- step " + std::to_string(step) + " -->");
     EXPECT_EQ(remembered, format(processor(), fresh, draft)) << "step " << step;
     if (!usesOptions(draft)) {
       EXPECT_EQ(textsOf(remembered), textsOf(format(referenceProcessor(), edited, draft)))

@@ -1,12 +1,14 @@
 // Data and texts as no careful author writes them.
 #include "EngineDocument.h"
-#include "TemporaryDirectory.h"
+
+#include <Tests/Support/TemporaryDirectory.h>
 
 #include <gtest/gtest.h>
 
 #include <fstream>
 
 using namespace korvo_test;
+using test_support::TemporaryDirectory;
 
 namespace {
 

@@ -1,6 +1,5 @@
-#include "TemporaryDirectory.h"
-
 #include <StandIns/Korvo/Engine/LibraryImporter.h>
+#include <Tests/Support/TemporaryDirectory.h>
 
 #include <gtest/gtest.h>
 
@@ -9,6 +8,7 @@
 namespace {
 
 using korvo::engine::ImportResult;
+using test_support::TemporaryDirectory;
 
 class EngineImport : public testing::Test {
  protected:

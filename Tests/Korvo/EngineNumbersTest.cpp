@@ -2,13 +2,17 @@
 // and texts that were printed before are taken from memory with the new ones. Every answer is the
 // one of an engine that remembers nothing and of citeproc-js as its authors use it.
 #include "EngineRandomDocuments.h"
-#include "TemporaryDirectory.h"
+
+#include <Tests/Support/Files.h>
+#include <Tests/Support/TemporaryDirectory.h>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
 using namespace korvo_test;
+using test_support::readFile;
+using test_support::TemporaryDirectory;
 
 namespace {
 
@@ -58,7 +62,7 @@ class Numbers {
     SCOPED_TRACE(step);
     const Answer remembered = ask(processor(), style_, groups);
     korvo::engine::Style fresh = style_;
-    fresh.file = directory_.write("fresh.csl", bytesOf(style_.file) + "<!-- " + step + " -->");
+    fresh.file = directory_.write("fresh.csl", readFile(style_.file) + "<!-- " + step + " -->");
     const Answer printed = ask(processor(), fresh, groups);
     EXPECT_EQ(remembered.texts, printed.texts);
     EXPECT_EQ(remembered.firstFieldCharacters, printed.firstFieldCharacters);

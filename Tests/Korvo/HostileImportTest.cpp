@@ -1,8 +1,8 @@
 // Library files that ask for more than a machine has.
-#include "TemporaryDirectory.h"
 
 #include <StandIns/Korvo/Engine/LibraryImporter.h>
 #include <StandIns/Korvo/Engine/TextFile.h>
+#include <Tests/Support/TemporaryDirectory.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -25,7 +25,7 @@ std::string ladder() {
 }
 
 TEST(HostileImport, ALadderOfAbbreviationsEndsAtItsBoundAndTheEntryStays) {
-  const TemporaryDirectory directory;
+  const test_support::TemporaryDirectory directory;
   LibraryImporter importer;
   const auto imported = importer.importFile(directory.write("ladder.bib", ladder()));
   ASSERT_TRUE(imported) << imported.error();
@@ -37,7 +37,7 @@ TEST(HostileImport, ALadderOfAbbreviationsEndsAtItsBoundAndTheEntryStays) {
 }
 
 TEST(HostileImport, ARecordOfManyMebibytesIsLeftOutAndTold) {
-  const TemporaryDirectory directory;
+  const test_support::TemporaryDirectory directory;
   LibraryImporter importer;
   const auto file = directory.write(
       "large.json", R"([{"id":"small","type":"book"},{"id":"large","type":"book","title":")" +
@@ -50,7 +50,7 @@ TEST(HostileImport, ARecordOfManyMebibytesIsLeftOutAndTold) {
 }
 
 TEST(HostileImport, AFileWithoutEndIsReadToTheBoundOnly) {
-  const TemporaryDirectory directory;
+  const test_support::TemporaryDirectory directory;
   const auto link = directory / "endless.bib";
   std::filesystem::create_symlink("/dev/zero", link);
   const auto read = korvo::engine::readFile(link);
@@ -59,7 +59,7 @@ TEST(HostileImport, AFileWithoutEndIsReadToTheBoundOnly) {
 }
 
 TEST(HostileImport, AFileOfExactlyTheBoundIsRead) {
-  const TemporaryDirectory directory;
+  const test_support::TemporaryDirectory directory;
   const auto file = directory.write("whole.bib", "");
   std::filesystem::resize_file(file, korvo::engine::largestTextFile);
   EXPECT_TRUE(korvo::engine::readFile(file));

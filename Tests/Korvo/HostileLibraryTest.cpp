@@ -1,9 +1,10 @@
 // Libraries from somebody else: what a database can hold besides data is refused before it is read.
-#include "TemporaryDirectory.h"
 
 #include <StandIns/Korvo/Library/Database.h>
 #include <StandIns/Korvo/Library/Library.h>
 #include <StandIns/Korvo/Library/LibrarySchema.h>
+#include <Tests/Support/Files.h>
+#include <Tests/Support/TemporaryDirectory.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -20,7 +21,8 @@ using testing::Not;
 namespace {
 
 // A library of one reference, and then what somebody did to its file.
-std::filesystem::path changedLibrary(const TemporaryDirectory &directory, const char *statements) {
+std::filesystem::path changedLibrary(const test_support::TemporaryDirectory &directory,
+                                     const char *statements) {
   const auto file = directory / "theirs.korvolib";
   {
     auto made = Library::openOrCreate(file);
@@ -37,9 +39,9 @@ std::filesystem::path changedLibrary(const TemporaryDirectory &directory, const 
 
 void expectRefusedUntouched(const char *statements) {
   SCOPED_TRACE(statements);
-  const TemporaryDirectory directory;
+  const test_support::TemporaryDirectory directory;
   const auto file = changedLibrary(directory, statements);
-  const std::string before = bytesOf(file);
+  const std::string before = test_support::readFile(file);
   const auto begin = std::chrono::steady_clock::now();
   const auto opened = Library::open(file);
   ASSERT_FALSE(opened);
@@ -47,7 +49,7 @@ void expectRefusedUntouched(const char *statements) {
   EXPECT_THAT(opened.error(), Not(HasSubstr("\n")));
   EXPECT_FALSE(Library::openOrCreate(file));
   EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
-  EXPECT_EQ(bytesOf(file), before);
+  EXPECT_EQ(test_support::readFile(file), before);
 }
 
 // A view in the table's place that never comes to its end.
@@ -87,7 +89,7 @@ TEST(HostileLibrary, AColumnThatIsComputedOrCheckedIsRefused) {
 
 // The second line of defence: what came into the file after it was looked at does not run.
 TEST(HostileLibrary, ATriggerThatCameLaterDoesNotRun) {
-  const TemporaryDirectory directory;
+  const test_support::TemporaryDirectory directory;
   const auto file = directory / "late.korvolib";
   auto opened = Library::openOrCreate(file);
   ASSERT_TRUE(opened);
@@ -131,7 +133,7 @@ TEST(HostileLibrary, WhatIsOursIsTakenAgainAndAgain) {
 
 // Reads, changes and writes are one: nobody else's change comes in between and is lost.
 TEST(EditingAReference, HoldsTheLibraryFromReadingToWriting) {
-  const TemporaryDirectory directory;
+  const test_support::TemporaryDirectory directory;
   const auto file = directory / "shared.korvolib";
   auto opened = Library::openOrCreate(file);
   ASSERT_TRUE(opened);

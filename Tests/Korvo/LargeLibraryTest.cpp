@@ -1,8 +1,8 @@
 // How a library of 100,000 references behaves. The bounds are loose, many times what is
 // measured on an idle machine: they tell an index from a search through everything.
-#include "TemporaryDirectory.h"
 
 #include <StandIns/Korvo/Library/Library.h>
+#include <Tests/Support/TemporaryDirectory.h>
 
 #include <gtest/gtest.h>
 
@@ -12,6 +12,7 @@
 using korvo::library::Library;
 using korvo::library::NewReference;
 using korvo::library::SortColumn;
+using test_support::TemporaryDirectory;
 
 namespace {
 

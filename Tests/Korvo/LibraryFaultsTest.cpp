@@ -3,9 +3,10 @@
 // file. The library then holds all of a change or nothing of it, a change that was not made is told
 // in one line that names the file, and nothing is left beside the file.
 #include "FailingDatabaseCalls.h"
-#include "TemporaryDirectory.h"
 
 #include <StandIns/Korvo/Library/LibraryFile.h>
+#include <Tests/Support/Files.h>
+#include <Tests/Support/TemporaryDirectory.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -24,6 +25,8 @@ namespace {
 
 using korvo::library::Library;
 using korvo::library::NewReference;
+using test_support::readFile;
+using test_support::TemporaryDirectory;
 using testing::AnyOf;
 using testing::EndsWith;
 using testing::HasSubstr;
@@ -370,7 +373,7 @@ TEST_F(LibraryImportFaults, ALibraryThatWasMadeInVainGoesAway) {
 
 TEST_F(LibraryImportFaults, NothingIsImportedIntoALibraryWithADamagedPage) {
   putFile(true);
-  const std::string sound = bytesOf(file());
+  const std::string sound = readFile(file());
   std::size_t refused = 0;
   std::size_t pages = 0;
   for (std::size_t page = 0; page < sound.size(); page += 4096, ++pages) {
@@ -386,7 +389,7 @@ TEST_F(LibraryImportFaults, NothingIsImportedIntoALibraryWithADamagedPage) {
       EXPECT_THAT(done.error(), HasSubstr("damaged"));
       ++refused;
     }
-    EXPECT_EQ(bytesOf(file()), damaged);
+    EXPECT_EQ(readFile(file()), damaged);
     EXPECT_EQ(strayFiles(), 0);
   }
   EXPECT_GT(pages, 20U);
@@ -395,7 +398,7 @@ TEST_F(LibraryImportFaults, NothingIsImportedIntoALibraryWithADamagedPage) {
 
 TEST_F(LibraryImportFaults, ALibraryCutShortAnywhereIsLeftAsItIs) {
   putFile(true);
-  const std::string sound = bytesOf(file());
+  const std::string sound = readFile(file());
   for (std::size_t page = 4096; page <= sound.size(); page += 4096) {
     for (const std::size_t size : {page - 4095, page - 1, page}) {
       if (size == sound.size()) {
@@ -406,7 +409,7 @@ TEST_F(LibraryImportFaults, ALibraryCutShortAnywhereIsLeftAsItIs) {
       const auto done = import();
       ASSERT_FALSE(done) << size;
       expectOneLine(done.error(), file());
-      EXPECT_EQ(bytesOf(file()), sound.substr(0, size));
+      EXPECT_EQ(readFile(file()), sound.substr(0, size));
       EXPECT_EQ(strayFiles(), 0);
     }
   }
@@ -415,7 +418,7 @@ TEST_F(LibraryImportFaults, ALibraryCutShortAnywhereIsLeftAsItIs) {
 // Some bits of it mean nothing to who only reads; no other is overlooked.
 TEST_F(LibraryImportFaults, EveryFlippedBitOfTheHeaderIsRefusedOrLosesNothing) {
   putFile(true);
-  const std::string sound = bytesOf(file());
+  const std::string sound = readFile(file());
   const auto before = contentsOf(file());
   constexpr std::size_t headerSize = 108;  // of the file and of its first page
   std::size_t refused = 0;
@@ -426,7 +429,7 @@ TEST_F(LibraryImportFaults, EveryFlippedBitOfTheHeaderIsRefusedOrLosesNothing) {
     folder_.write("my.korvolib", damaged);
     if (const auto done = import(); !done) {
       expectOneLine(done.error(), file());
-      EXPECT_EQ(bytesOf(file()), damaged) << "bit " << bit;
+      EXPECT_EQ(readFile(file()), damaged) << "bit " << bit;
       ++refused;
     } else {
       const auto after = contentsOf(file());

@@ -1,12 +1,14 @@
-#include "TemporaryDirectory.h"
-
 #include <StandIns/Korvo/Library/LibraryFile.h>
+#include <Tests/Support/Files.h>
+#include <Tests/Support/TemporaryDirectory.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 using korvo::library::importIntoLibraryFile;
 using korvo::library::openLibraryFile;
+using test_support::readFile;
+using test_support::TemporaryDirectory;
 using testing::HasSubstr;
 using testing::SizeIs;
 
@@ -48,7 +50,7 @@ TEST(LibraryFile, AnExportIsOpenedInMemoryAndStaysAsItIs) {
   EXPECT_THAT(opened->problems, SizeIs(0));
   EXPECT_THAT(*opened->library.matching("smith2001"), SizeIs(1));
   EXPECT_THAT(*opened->library.matching("Gogh 1888"), SizeIs(1));
-  EXPECT_EQ(bytesOf(file), twoEntries);
+  EXPECT_EQ(readFile(file), twoEntries);
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(directory / ""), {}), 1);
 }
 
@@ -102,5 +104,5 @@ TEST(LibraryFile, NothingIsImportedIntoAFileOfAnotherKind) {
   const std::filesystem::path files[] = {directory.write("a.bib", twoEntries)};
   const auto other = directory.write("notes.txt", "Not a library at all, only some notes.\n");
   EXPECT_FALSE(importIntoLibraryFile(files, other, importer()));
-  EXPECT_EQ(bytesOf(other), "Not a library at all, only some notes.\n");
+  EXPECT_EQ(readFile(other), "Not a library at all, only some notes.\n");
 }

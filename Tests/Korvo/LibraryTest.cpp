@@ -1,7 +1,7 @@
-#include "TemporaryDirectory.h"
-
 #include <StandIns/Korvo/Library/Database.h>
 #include <StandIns/Korvo/Library/Library.h>
+#include <Tests/Support/Files.h>
+#include <Tests/Support/TemporaryDirectory.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,6 +16,8 @@ using korvo::library::ListOrder;
 using korvo::library::NewReference;
 using korvo::library::ReferenceRow;
 using korvo::library::SortColumn;
+using test_support::readFile;
+using test_support::TemporaryDirectory;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::SizeIs;
@@ -354,25 +356,25 @@ TEST(LibraryOnDisk, FilesOfOtherKindsAreLeftAsTheyAre) {
   const auto refusedText = Library::openOrCreate(text);
   ASSERT_FALSE(refusedText);
   EXPECT_THAT(refusedText.error(), HasSubstr("no library"));
-  EXPECT_EQ(bytesOf(text), "This is a text, quite long enough for a header.\n");
+  EXPECT_EQ(readFile(text), "This is a text, quite long enough for a header.\n");
 
   const auto other = directory / "other.sqlite";
   sqlite3 *connection = nullptr;
   ASSERT_EQ(sqlite3_open(other.c_str(), &connection), SQLITE_OK);
   ASSERT_EQ(sqlite3_exec(connection, "CREATE TABLE t (x)", nullptr, nullptr, nullptr), SQLITE_OK);
   sqlite3_close(connection);
-  const std::string before = bytesOf(other);
+  const std::string before = readFile(other);
   const auto refused = Library::openOrCreate(other);
   ASSERT_FALSE(refused);
   EXPECT_THAT(refused.error(), HasSubstr("another program"));
-  EXPECT_EQ(bytesOf(other), before);
+  EXPECT_EQ(readFile(other), before);
 }
 
 TEST(LibraryOnDisk, AFileThatAnotherProgramHoldsIsReportedAndLeftAsItIs) {
   const TemporaryDirectory directory;
   const auto file = directory / "held.korvolib";
   ASSERT_TRUE(Library::openOrCreate(file));
-  const std::string before = bytesOf(file);
+  const std::string before = readFile(file);
   sqlite3 *holder = nullptr;
   ASSERT_EQ(sqlite3_open(file.c_str(), &holder), SQLITE_OK);
   ASSERT_EQ(sqlite3_exec(holder, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
@@ -381,7 +383,7 @@ TEST(LibraryOnDisk, AFileThatAnotherProgramHoldsIsReportedAndLeftAsItIs) {
   EXPECT_THAT(refused.error(), HasSubstr("held.korvolib: another program is using it"));
   sqlite3_exec(holder, "ROLLBACK", nullptr, nullptr, nullptr);
   sqlite3_close(holder);
-  EXPECT_EQ(bytesOf(file), before);
+  EXPECT_EQ(readFile(file), before);
   EXPECT_TRUE(Library::open(file));
 }
 
@@ -400,11 +402,11 @@ TEST(LibraryOnDisk, AFileCutShortIsRefusedAndLeftAsItIs) {
   const auto whole = std::filesystem::file_size(file);
   for (const auto size : {whole / 2, whole - 4096, std::uintmax_t{4096}, std::uintmax_t{100}}) {
     std::filesystem::resize_file(file, size);
-    const std::string before = bytesOf(file);
+    const std::string before = readFile(file);
     const auto refused = Library::open(file);
     ASSERT_FALSE(refused) << size;
     EXPECT_THAT(refused.error(), HasSubstr("damaged"));
-    EXPECT_EQ(bytesOf(file), before) << size;
+    EXPECT_EQ(readFile(file), before) << size;
   }
 }
 
@@ -430,7 +432,7 @@ TEST(LibraryOnDisk, RandomDamageIsSurvived) {
     }
     ASSERT_TRUE(made->add(many));
   }
-  const std::string bytes = bytesOf(sound);
+  const std::string bytes = readFile(sound);
   std::mt19937 random(20260101);
   for (int round = 0; round < 100; ++round) {
     std::string damaged = bytes;
@@ -441,7 +443,7 @@ TEST(LibraryOnDisk, RandomDamageIsSurvived) {
     auto opened = Library::open(file);
     if (!opened) {
       EXPECT_THAT(opened.error(), HasSubstr("damaged.korvolib: "));
-      EXPECT_EQ(bytesOf(file), damaged);
+      EXPECT_EQ(readFile(file), damaged);
       continue;
     }
     (void)opened->matching("Smith 2001");

@@ -1,6 +1,5 @@
 // What the host remembers of a document is what a host that remembers nothing would answer.
 #import "AdapterFixture.h"
-#include "TemporaryDirectory.h"
 
 #import <HostContract/HostContract.h>
 #import <StandIns/Korvo/Adapter/AttributedCitations.h>
@@ -10,6 +9,8 @@
 #import <StandIns/Korvo/Adapter/PidginRTFText.h>
 #import <StandIns/Korvo/Adapter/RememberedMatches.h>
 #import <StandIns/Korvo/Adapter/StringConversion.h>
+#include <Tests/Support/Files.h>
+#include <Tests/Support/TemporaryDirectory.h>
 
 #include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
@@ -24,6 +25,8 @@ using korvo::library::Library;
 using korvo::library::NewReference;
 using korvo_test::markup;
 using korvo_test::utf8;
+using test_support::readFile;
+using test_support::TemporaryDirectory;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -287,7 +290,7 @@ TEST_F(RememberedDocument, ACorrectionOfAnotherProgramIsSeen) {
 }
 
 TEST_F(RememberedDocument, AnEditedStyleFileIsReadAnew) {
-  const std::string style = bytesOf("/usr/share/citation-style-language/styles/apa.csl");
+  const std::string style = readFile("/usr/share/citation-style-language/styles/apa.csl");
   ASSERT_FALSE(style.empty());
   const std::filesystem::path file = directory_.write("mine.csl", style);
   const korvo::engine::Style mine{
@@ -300,7 +303,7 @@ TEST_F(RememberedDocument, AnEditedStyleFileIsReadAnew) {
     return texts ? markup((*texts)->groups[0].get()) : texts.error();
   };
   EXPECT_EQ(text(), "(Jones, 1999)");
-  directory_.write("mine.csl", bytesOf("/usr/share/citation-style-language/styles/ieee.csl"));
+  directory_.write("mine.csl", readFile("/usr/share/citation-style-language/styles/ieee.csl"));
   EXPECT_EQ(text(), "[1]");
   directory_.write("mine.csl", "");
   EXPECT_NE(text(), "[1]");

@@ -1,10 +1,10 @@
 #import "AdapterFixture.h"
-#include "TemporaryDirectory.h"
 
 #import <StandIns/Korvo/Adapter/StringConversion.h>
 #import <StandIns/Korvo/Application/KOApplication.h>
 #import <StandIns/Korvo/Application/KOApplicationController.h>
 #import <StandIns/Korvo/Windows/Controls.h>
+#include <Tests/Support/TemporaryDirectory.h>
 
 #include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
@@ -12,6 +12,7 @@
 using korvo::library::ListOrder;
 using korvo::library::SortColumn;
 using korvo_test::utf8;
+using test_support::TemporaryDirectory;
 using testing::ElementsAre;
 using testing::HasSubstr;
 

@@ -1,8 +1,7 @@
-#include "../Formats/AllStrings.h"
-
 #include <Formats/CitationText.h>
 #include <Formats/Unicode.h>
 #include <StandIns/Korvo/Adapter/WrittenCitation.h>
+#include <Tests/Support/AllStrings.h>
 
 #include <gtest/gtest.h>
 

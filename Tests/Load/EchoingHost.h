@@ -2,7 +2,7 @@
 // looked for, so that each answer shows which request it belongs to.
 #pragma once
 
-#import <HostContract/Testing/PassiveHost.h>
+#import <Tests/Support/PassiveHost.h>
 
 @interface EchoingHost : PassiveHost {
   id<KorvoLibrary> library;

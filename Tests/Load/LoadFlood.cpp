@@ -1,13 +1,13 @@
 // A sender that does not wait: LoadFlood SENDER COUNT BYTES sends COUNT live bibliography requests
 // of exactly BYTES bytes at once, over the bare bus. It tells the word processor when all of them
 // have reached the host, and again when each is answered: with its own answer, or with a status.
-#include "../Platform/EventSending.h"
 #include "LoadEvents.h"
 #include "LoadNumbers.h"
 
 #include <Formats/ScanReply.h>
 #include <Formats/ScanRequest.h>
 #include <Platform/Bus/BusHandles.h>
+#include <Tests/Support/EventSending.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -18,7 +18,7 @@ using platform::adoptMessage;
 using platform::Connection;
 using platform::Message;
 using platform::Slot;
-using platform_test::sendOneWay;
+using test_support::sendOneWay;
 
 namespace {
 

@@ -1,11 +1,11 @@
 // The host process of the load tests: the real plug-in, loaded as a host loads it, with an echoing
 // host around it. It prints a line once it receives, and runs until its parent ends it.
 #import "EchoingHost.h"
-#include "LiveBytes.h"
 #include "LoadEvents.h"
 
 #include <Platform/AppleEventsProcess.h>
 #include <Platform/AutoreleasePool.h>
+#include <Tests/Support/LiveBytes.h>
 
 #import <ApplicationServices/ApplicationServices.h>
 #import <Foundation/Foundation.h>
@@ -39,7 +39,7 @@ std::string payloadOf(NSAppleEventDescriptor *event) {
 
 - (void)liveBytes:(NSAppleEventDescriptor *)__attribute__((unused)) event
             reply:(NSAppleEventDescriptor *)reply {
-  const std::string digits = std::to_string(load_test::liveBytes());
+  const std::string digits = std::to_string(test_support::liveBytes());
   [reply setDescriptor:[NSAppleEventDescriptor descriptorWithDescriptorType:typeChar
                                                                       bytes:digits.data()
                                                                      length:digits.size()]

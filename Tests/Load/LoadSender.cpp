@@ -2,21 +2,21 @@
 // of its own, and checks that it gets the answers to exactly these. Most are live bibliographies,
 // whose answer comes in the reply; one in ten is a preliminary scan, answered to the word processor
 // by an event with the number in it; one in ten a handshake.
-#include "../Platform/EventSending.h"
 #include "LoadEvents.h"
 #include "LoadNumbers.h"
 
 #include <Formats/ScanReply.h>
 #include <Formats/ScanRequest.h>
 #include <Formats/SmallMessages.h>
+#include <Tests/Support/EventSending.h>
 
 #include <cstdio>
 #include <cstdlib>
 
 using namespace load_test;
-using platform_test::Outcome;
-using platform_test::sendAndWait;
-using platform_test::sendOneWay;
+using test_support::Outcome;
+using test_support::sendAndWait;
+using test_support::sendOneWay;
 
 namespace {
 

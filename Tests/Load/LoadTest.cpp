@@ -10,20 +10,20 @@
 // 0 when nothing was lost, everybody got the answers to what they had sent, memory after the last
 // event was what it was after the first thousand, and what did not fit into the queue was refused,
 // and nothing else.
-#include "../Platform/ChildProcess.h"
-#include "../Platform/EventSending.h"
-#include "../Platform/PrivateBus.h"
-#include "../Platform/RunLoopWait.h"
 #include "AnswerEnd.h"
-#include "LiveBytes.h"
 #include "LoadEvents.h"
 #include "LoadNumbers.h"
-#include "MemoryFigures.h"
 
 #include <Formats/CitationResolution.h>
 #include <Formats/ScanReply.h>
 #include <Formats/ScanRequest.h>
 #include <Platform/Bus/EventInbox.h>
+#include <Tests/Support/ChildProcess.h>
+#include <Tests/Support/EventSending.h>
+#include <Tests/Support/LiveBytes.h>
+#include <Tests/Support/MemoryFigures.h>
+#include <Tests/Support/PrivateBus.h>
+#include <Tests/Support/RunLoopWait.h>
 
 #include <chrono>
 #include <cmath>
@@ -34,11 +34,15 @@
 #include <vector>
 
 using namespace load_test;
-using platform_test::ChildProcess;
-using platform_test::Outcome;
-using platform_test::runUntil;
-using platform_test::sendAndWait;
-using platform_test::sendOneWay;
+using test_support::ChildProcess;
+using test_support::freedMemoryIsGivenBack;
+using test_support::makeProcessesCountExactly;
+using test_support::MemoryFigures;
+using test_support::memoryOf;
+using test_support::Outcome;
+using test_support::runUntil;
+using test_support::sendAndWait;
+using test_support::sendOneWay;
 
 namespace {
 
@@ -268,7 +272,7 @@ class Load {
   }
 
   Plan plan_;
-  platform_test::PrivateBus bus_;
+  test_support::PrivateBus bus_;
   AnswerEnd answers_{[this](FourCharCode, FourCharCode eventID, std::string_view payload) {
     answerArrived(eventID, payload);
   }};

@@ -8,13 +8,14 @@
 // Memory counts from the second quarter on: by then caches are filled. It may grow by as much as
 // the figures waver, and by a byte for every sixteen requests: the smallest object that is lost
 // with one request in 250 is noticed, provided that there are enough requests.
-#include "../Platform/ChildProcess.h"
-#include "../Platform/EventSending.h"
-#include "../Platform/PrivateBus.h"
-#include "../Platform/RunLoopWait.h"
 #include "AnswerEnd.h"
 #include "Conversation.h"
-#include "LiveBytes.h"
+
+#include <Tests/Support/ChildProcess.h>
+#include <Tests/Support/EventSending.h>
+#include <Tests/Support/LiveBytes.h>
+#include <Tests/Support/PrivateBus.h>
+#include <Tests/Support/RunLoopWait.h>
 
 #include <chrono>
 #include <cstdio>
@@ -22,10 +23,11 @@
 #include <map>
 
 using namespace load_test;
-using platform_test::ChildProcess;
-using platform_test::Outcome;
-using platform_test::runUntil;
-using platform_test::sendAndWait;
+using test_support::ChildProcess;
+using test_support::makeProcessesCountExactly;
+using test_support::Outcome;
+using test_support::runUntil;
+using test_support::sendAndWait;
 using Clock = std::chrono::steady_clock;
 
 namespace {
@@ -134,7 +136,7 @@ class Soak {
   Plan plan_;
   Conversation conversation_;
   std::vector<Answer> answers_;
-  platform_test::PrivateBus bus_;
+  test_support::PrivateBus bus_;
   AnswerEnd end_{[this](FourCharCode, FourCharCode eventID, std::string_view payload) {
     answers_.push_back({eventID, std::string(payload)});
   }};

@@ -1,6 +1,5 @@
-#include "ReadDocument.h"
-
 #include <StandIns/Mellel/RTF/CitationFinder.h>
+#include <Tests/Support/ReadDocument.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,8 +9,8 @@
 namespace mellel::rtf {
 namespace {
 
-using mellel_test::citationsIn;
-using mellel_test::documentWith;
+using test_support::citationsIn;
+using test_support::documentWith;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 

@@ -1,18 +1,17 @@
 // The commands as a user runs them: the real process, a host that plays a scenario, a message bus
 // of the test's own.
-#include "../Platform/ChildProcess.h"
-#include "../Platform/PrivateBus.h"
-#include "RunProgram.h"
+
+#include <Tests/Support/ChildProcess.h>
+#include <Tests/Support/Files.h>
+#include <Tests/Support/PrivateBus.h>
+#include <Tests/Support/TemporaryDirectory.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/wait.h>
 
 #include <chrono>
+#include <csignal>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <thread>
 
@@ -20,8 +19,9 @@ namespace mellel::commands {
 namespace {
 
 namespace fs = std::filesystem;
-using mellel_test::Ended;
-using platform_test::ChildProcess;
+using test_support::ChildProcess;
+using test_support::PrivateBus;
+using test_support::Result;
 using ::testing::HasSubstr;
 
 const std::string document =
@@ -34,48 +34,36 @@ class Commands : public ::testing::Test {
   static void SetUpTestSuite() {
     // GNUstep keeps what it allocates at its start until the end.
     setenv("ASAN_OPTIONS", "detect_leaks=0", 0);
-    bus_ = std::make_unique<platform_test::PrivateBus>();
+    bus_ = std::make_unique<PrivateBus>();
   }
   static void TearDownTestSuite() { bus_.reset(); }
 
-  Commands() {
-    std::string pattern = fs::temp_directory_path() / "mellel-commands-XXXXXX";
-    EXPECT_NE(mkdtemp(pattern.data()), nullptr);
-    folder_ = pattern;
-    write("in.rtf", document);
-  }
+  Commands() { write("in.rtf", document); }
   ~Commands() override {
     EXPECT_EQ(read("in.rtf"), expectedInput_) << "the document itself was changed";
-    fs::remove_all(folder_);
   }
 
   void write(const std::string &name, const std::string &bytes) {
-    std::ofstream(folder_ / name, std::ios::binary) << bytes;
+    folder_.write(name, bytes);
     if (name == "in.rtf") {
       expectedInput_ = bytes;
     }
   }
-  std::string read(const std::string &name) const {
-    std::ifstream file(folder_ / name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
+  std::string read(const std::string &name) const { return test_support::readFile(folder_ / name); }
   bool exists(const std::string &name) const { return fs::exists(folder_ / name); }
   std::string path(const std::string &name) const { return folder_ / name; }
-  std::size_t fileCount() const {
-    return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder_), {}));
-  }
 
   void startHost(const std::string &scenario = "") {
     host_ = std::make_unique<ChildProcess>(std::vector<std::string>{TEST_HOST, scenario});
     ASSERT_EQ(host_->readLine(), "ready");
   }
 
-  Ended mellel(std::vector<std::string> arguments) {
+  Result mellel(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), MELLEL);
-    return mellel_test::runProgram(arguments);
+    return test_support::run(arguments);
   }
 
-  Ended scan(std::vector<std::string> more = {}) {
+  Result scan(std::vector<std::string> more = {}) {
     std::vector<std::string> arguments = {"scan", path("in.rtf"), "--style",
                                           "apa",  "-o",           path("out.rtf")};
     arguments.insert(arguments.end(), more.begin(), more.end());
@@ -83,30 +71,30 @@ class Commands : public ::testing::Test {
   }
 
   // One line, the status, and nothing written.
-  void expectFailure(const Ended &ended, int status, const std::string &line) {
+  void expectFailure(const Result &ended, int status, const std::string &line) {
     EXPECT_EQ(ended.status, status);
-    EXPECT_EQ(ended.error, "mellel: " + line + "\n");
-    EXPECT_EQ(ended.output, "");
-    EXPECT_EQ(fileCount(), 1U);
+    EXPECT_EQ(ended.standardError, "mellel: " + line + "\n");
+    EXPECT_EQ(ended.standardOutput, "");
+    EXPECT_EQ(folder_.fileCount(), 1U);
   }
 
-  static std::unique_ptr<platform_test::PrivateBus> bus_;
+  static std::unique_ptr<PrivateBus> bus_;
   std::unique_ptr<ChildProcess> host_;
-  fs::path folder_;
+  test_support::TemporaryDirectory folder_;
   std::string expectedInput_;
 };
 
-std::unique_ptr<platform_test::PrivateBus> Commands::bus_;
+std::unique_ptr<PrivateBus> Commands::bus_;
 
 TEST_F(Commands, ScanWritesAFormattedCopyAndSaysWhatItDid) {
   startHost();
-  const Ended ended = scan();
+  const Result ended = scan();
   EXPECT_EQ(ended.status, 0);
-  EXPECT_EQ(ended.error, "");
-  EXPECT_EQ(ended.output, "wrote: " + path("out.rtf") +
-                              "\nstyle: apa\nformatted: 2 of 3 citations\n"
-                              "not formatted: {Nobody 1900}\n"
-                              "bibliography: 3 entries in place of {bibliography}\n");
+  EXPECT_EQ(ended.standardError, "");
+  EXPECT_EQ(ended.standardOutput, "wrote: " + path("out.rtf") +
+                                      "\nstyle: apa\nformatted: 2 of 3 citations\n"
+                                      "not formatted: {Nobody 1900}\n"
+                                      "bibliography: 3 entries in place of {bibliography}\n");
   EXPECT_THAT(read("out.rtf"),
               HasSubstr("\\pard As {({\\i Smith 2001#S@4})}{\\i } and \\{Nobody 1900\\} say{}."));
   EXPECT_THAT(read("out.rtf"), HasSubstr("Entry Smith 2001#S@4.\\par}"));
@@ -132,34 +120,34 @@ TEST_F(Commands, ScanWithoutBibliographyLeavesItsPlace) {
 
 TEST_F(Commands, AnswerWithoutTheBibliographyLeavesItsPlaceAndSaysSo) {
   startHost("no-bibliography");
-  const Ended ended = scan();
+  const Result ended = scan();
   EXPECT_EQ(ended.status, 0);
-  EXPECT_THAT(ended.output, HasSubstr("bibliography: none came with the answer\n"));
+  EXPECT_THAT(ended.standardOutput, HasSubstr("bibliography: none came with the answer\n"));
   EXPECT_THAT(read("out.rtf"), HasSubstr("\\{bibliography\\}\\par\n"));
 }
 
 TEST_F(Commands, CitationsThatTheHostHasNoTextForStay) {
   startHost("empty");
-  const Ended ended = scan();
+  const Result ended = scan();
   EXPECT_EQ(ended.status, 0);
-  EXPECT_THAT(ended.output, HasSubstr("not formatted: {Smith 2001#S@4}\n"));
+  EXPECT_THAT(ended.standardOutput, HasSubstr("not formatted: {Smith 2001#S@4}\n"));
   EXPECT_THAT(read("out.rtf"), HasSubstr("\\{Sm{\\i ith 2001}#S@4\\}"));
 }
 
 TEST_F(Commands, DocumentWithoutCitationsIsScannedToo) {
   write("in.rtf", "{\\rtf1 nothing here}");
   startHost();
-  const Ended ended = scan();
+  const Result ended = scan();
   EXPECT_EQ(ended.status, 0);
-  EXPECT_THAT(ended.output, HasSubstr("formatted: 0 of 0 citations\n"));
+  EXPECT_THAT(ended.standardOutput, HasSubstr("formatted: 0 of 0 citations\n"));
   EXPECT_EQ(read("out.rtf"), expectedInput_);
 }
 
 TEST_F(Commands, ProgressIsToldOnlyWhenItTakesLong) {
   startHost("slow");
-  const Ended ended = scan();
+  const Result ended = scan();
   EXPECT_EQ(ended.status, 0);
-  EXPECT_EQ(ended.error, "mellel: waiting for Korvo to format 3 citations ...\n");
+  EXPECT_EQ(ended.standardError, "mellel: waiting for Korvo to format 3 citations ...\n");
 }
 
 TEST_F(Commands, CancellingEndsTheScanWithoutACopy) {
@@ -197,11 +185,11 @@ TEST_F(Commands, HostWithoutTheRequestIsTold) {
 TEST_F(Commands, SilentHostIsNotWaitedForLongerThanAsked) {
   startHost("silent");
   const auto begin = std::chrono::steady_clock::now();
-  const Ended ended = scan({"--timeout", "1"});
+  const Result ended = scan({"--timeout", "1"});
   EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
   EXPECT_EQ(ended.status, 4);
-  EXPECT_THAT(ended.error, HasSubstr("mellel: Korvo did not answer within 1 s\n"));
-  EXPECT_EQ(fileCount(), 1U);
+  EXPECT_THAT(ended.standardError, HasSubstr("mellel: Korvo did not answer within 1 s\n"));
+  EXPECT_EQ(folder_.fileCount(), 1U);
 }
 
 TEST_F(Commands, BrokenAnswersLeaveNoCopy) {
@@ -210,23 +198,24 @@ TEST_F(Commands, BrokenAnswersLeaveNoCopy) {
   expectFailure(scan(), 4, begin + "scan reply holds 2 citations where 3 were asked for");
   for (const std::string scenario : {"cut-short", "unbalanced", "broken-bibliography"}) {
     startHost(scenario);
-    const Ended ended = scan();
+    const Result ended = scan();
     EXPECT_EQ(ended.status, 4) << scenario;
-    EXPECT_EQ(std::count(ended.error.begin(), ended.error.end(), '\n'), 1) << ended.error;
-    EXPECT_EQ(fileCount(), 1U) << scenario;
+    EXPECT_EQ(std::count(ended.standardError.begin(), ended.standardError.end(), '\n'), 1)
+        << ended.standardError;
+    EXPECT_EQ(folder_.fileCount(), 1U) << scenario;
   }
 }
 
 // As they come when an earlier process was ended while the host worked for it.
 TEST_F(Commands, LateAnswersToAnEarlierProcessArePassedOver) {
   startHost("late-answers");
-  const Ended ended = scan();
-  EXPECT_EQ(ended.status, 0) << ended.error;
-  EXPECT_THAT(ended.output, HasSubstr("formatted: 2 of 3 citations\n"));
+  const Result ended = scan();
+  EXPECT_EQ(ended.status, 0) << ended.standardError;
+  EXPECT_THAT(ended.standardOutput, HasSubstr("formatted: 2 of 3 citations\n"));
   startHost("other-document");
-  const Ended unanswered = scan({"--timeout", "1"});
+  const Result unanswered = scan({"--timeout", "1"});
   EXPECT_EQ(unanswered.status, 4);
-  EXPECT_THAT(unanswered.error, HasSubstr("mellel: Korvo did not answer within 1 s\n"));
+  EXPECT_THAT(unanswered.standardError, HasSubstr("mellel: Korvo did not answer within 1 s\n"));
 }
 
 TEST_F(Commands, BrokenDocumentsAreToldBeforeTheHostIsAsked) {
@@ -254,14 +243,15 @@ TEST_F(Commands, OutputThatCannotBeWrittenIsTold) {
 TEST_F(Commands, CopyThatFindsNoRoomLeavesTheOldOneAndNothingElse) {
   startHost();
   write("out.rtf", "the copy of yesterday");
-  // No file may grow: what a full disk comes to, without filling one.
-  const Ended ended =
-      mellel_test::runProgram({"/bin/sh", "-c", "ulimit -f 0 && exec \"$@\"", "sh", MELLEL, "scan",
-                               path("in.rtf"), "--style", "apa", "-o", path("out.rtf")});
-  EXPECT_EQ(ended.status, 4);
-  EXPECT_EQ(ended.error, "mellel: cannot write " + path("out.rtf") + ": File too large\n");
+  // No file may grow: what a full disk comes to, without filling one. What is said goes through a
+  // pipe, to a program that may write.
+  const Result ended = test_support::run(
+      {"/bin/sh", "-c", "{ (ulimit -f 0; exec \"$@\" 2>&1); echo \"status $?\"; } | cat", "sh",
+       MELLEL, "scan", path("in.rtf"), "--style", "apa", "-o", path("out.rtf")});
+  EXPECT_EQ(ended.standardOutput,
+            "mellel: cannot write " + path("out.rtf") + ": File too large\nstatus 4\n");
   EXPECT_EQ(read("out.rtf"), "the copy of yesterday");
-  EXPECT_EQ(fileCount(), 2U);
+  EXPECT_EQ(folder_.fileCount(), 2U);
 }
 
 TEST_F(Commands, WrongUsageIsTold) {
@@ -270,18 +260,19 @@ TEST_F(Commands, WrongUsageIsTold) {
 }
 
 TEST_F(Commands, HelpIsPrinted) {
-  const Ended ended = mellel({"--help"});
+  const Result ended = mellel({"--help"});
   EXPECT_EQ(ended.status, 0);
-  EXPECT_THAT(ended.output, HasSubstr("mellel scan IN.rtf"));
+  EXPECT_THAT(ended.standardOutput, HasSubstr("mellel scan IN.rtf"));
 }
 
 TEST_F(Commands, CheckListsTheCitationsAsATableAndAsJSON) {
   write("in.rtf", "{\\rtf1 \\{A 1; B 2\\}\\{verified C\\}}");
   startHost();
-  const Ended table = mellel({"check", path("in.rtf")});
+  const Result table = mellel({"check", path("in.rtf")});
   EXPECT_EQ(table.status, 0);
-  EXPECT_EQ(table.output, "#  Citation  Looked up as\n1  A 1; B 2  A 1 |  B 2\n2  C         C\n");
-  EXPECT_EQ(mellel({"check", path("in.rtf"), "--json"}).output,
+  EXPECT_EQ(table.standardOutput,
+            "#  Citation  Looked up as\n1  A 1; B 2  A 1 |  B 2\n2  C         C\n");
+  EXPECT_EQ(mellel({"check", path("in.rtf"), "--json"}).standardOutput,
             "[\n  {\"citation\": \"A 1; B 2\", \"records\": [\"A 1\", \" B 2\"]},\n"
             "  {\"citation\": \"C\", \"records\": [\"C\"]}\n]\n");
 }
@@ -289,9 +280,9 @@ TEST_F(Commands, CheckListsTheCitationsAsATableAndAsJSON) {
 TEST_F(Commands, LiveFormatsInOneRequest) {
   write("in.rtf", "{\\rtf1 \\{verified A\\}}");
   startHost();
-  const Ended ended = mellel({"live", path("in.rtf"), "-o", path("out.rtf")});
-  EXPECT_EQ(ended.status, 0) << ended.error;
-  EXPECT_THAT(ended.output, HasSubstr("formatted: 1 of 1 citation\n"));
+  const Result ended = mellel({"live", path("in.rtf"), "-o", path("out.rtf")});
+  EXPECT_EQ(ended.status, 0) << ended.standardError;
+  EXPECT_THAT(ended.standardOutput, HasSubstr("formatted: 1 of 1 citation\n"));
   EXPECT_THAT(read("out.rtf"), HasSubstr("{\\rtf1 {({\\i A})}\\par\n{\\pard\\plain"));
   EXPECT_EQ(host_->readLine(), "live bibliography {A}");
 }
@@ -309,18 +300,18 @@ TEST_F(Commands, LiveAnswerForAnotherDocumentIsRefused) {
 
 TEST_F(Commands, InsertPrintsTheCitationOfTheSelection) {
   startHost();
-  const Ended ended = mellel({"insert"});
-  EXPECT_EQ(ended.status, 0) << ended.error;
-  EXPECT_EQ(ended.output, "{A;B}\n");
+  const Result ended = mellel({"insert"});
+  EXPECT_EQ(ended.status, 0) << ended.standardError;
+  EXPECT_EQ(ended.standardOutput, "{A;B}\n");
   EXPECT_EQ(host_->readLine(), "insert");
 }
 
 TEST_F(Commands, InsertPutsTheCitationIntoACopy) {
   startHost("one-selected");
-  const Ended ended =
+  const Result ended =
       mellel({"insert", "--into", path("in.rtf"), "--at", "and", "-o", path("out.rtf")});
-  EXPECT_EQ(ended.status, 0) << ended.error;
-  EXPECT_EQ(ended.output, "wrote: " + path("out.rtf") + "\ninserted: {Müller 2002}\n");
+  EXPECT_EQ(ended.status, 0) << ended.standardError;
+  EXPECT_EQ(ended.standardOutput, "wrote: " + path("out.rtf") + "\ninserted: {Müller 2002}\n");
   EXPECT_THAT(read("out.rtf"), HasSubstr(" and{\\uc0 \\{M\\u252 ller 2002\\}} \\{Nobody"));
 }
 
@@ -350,9 +341,9 @@ TEST_F(Commands, OpenRefusesWhatHoldsNoCitation) {
 
 TEST_F(Commands, HandshakePrintsThePreferences) {
   startHost();
-  const Ended ended = mellel({"handshake"});
-  EXPECT_EQ(ended.status, 0) << ended.error;
-  EXPECT_EQ(ended.output, "preferences: 0 5 0 65535 0 0 1\n");
+  const Result ended = mellel({"handshake"});
+  EXPECT_EQ(ended.status, 0) << ended.standardError;
+  EXPECT_EQ(ended.standardOutput, "preferences: 0 5 0 65535 0 0 1\n");
   EXPECT_EQ(host_->readLine(), "handshake of 4 bytes");
 }
 
@@ -375,11 +366,8 @@ TEST_F(Commands, WatchKeepsTheCopyUpToDate) {
   EXPECT_THAT(watch.readLine(), HasSubstr("out.rtf: 1 of 1 citations, "));
   EXPECT_EQ(host_->readLine(), "live bibliography {Newer 2}");
 
-  kill(watch.number(), SIGTERM);
-  siginfo_t ended{};
-  ASSERT_EQ(waitid(P_PID, static_cast<id_t>(watch.number()), &ended, WEXITED | WNOWAIT), 0);
-  EXPECT_EQ(ended.si_code, CLD_EXITED);
-  EXPECT_EQ(ended.si_status, 0);
+  watch.send(SIGTERM);
+  EXPECT_EQ(watch.waitForExit(), 0);
 }
 
 TEST_F(Commands, WatchGoesOnWhenTheHostComesBack) {
@@ -399,9 +387,9 @@ TEST_F(Commands, OnlyOneScanRunsAtATime) {
   startHost("silent");
   ChildProcess first({MELLEL, "scan", path("in.rtf"), "-o", path("first.rtf")});
   EXPECT_THAT(host_->readLine(), HasSubstr("preliminary scan"));
-  const Ended second = scan();
+  const Result second = scan();
   EXPECT_EQ(second.status, 2);
-  EXPECT_EQ(second.error, "mellel: another mellel is running, and would get the answers\n");
+  EXPECT_EQ(second.standardError, "mellel: another mellel is running, and would get the answers\n");
   // What needs no answer of its own is not in the way.
   EXPECT_EQ(mellel({"open", "Smith"}).status, 0);
   first.end();

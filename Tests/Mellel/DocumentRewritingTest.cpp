@@ -1,6 +1,5 @@
-#include "ReadDocument.h"
-
 #include <StandIns/Mellel/RTF/DocumentRewriting.h>
+#include <Tests/Support/ReadDocument.h>
 
 #include <gtest/gtest.h>
 
@@ -9,8 +8,8 @@
 namespace mellel::rtf {
 namespace {
 
-using mellel_test::documentWith;
-using mellel_test::textOf;
+using test_support::documentWith;
+using test_support::textOf;
 
 BibliographyParagraphs twoEntries() {
   return *readBibliography("{\\rtf1\\li720\\fi-720 A\\par B\\par}");

@@ -4,6 +4,7 @@
 #include "FailingSystemCalls.h"
 
 #include <StandIns/Mellel/Documents/Files.h>
+#include <Tests/Support/TemporaryDirectory.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -31,13 +32,7 @@ constexpr int reasons[] = {ENOSPC, EDQUOT, EIO, EROFS, EACCES, ENOMEM, EMFILE};
 
 class FileFaults : public ::testing::Test {
  protected:
-  FileFaults() {
-    std::string pattern = fs::temp_directory_path() / "mellel-faults-XXXXXX";
-    EXPECT_NE(mkdtemp(pattern.data()), nullptr);
-    folder_ = pattern;
-    std::ofstream(document()) << "content";
-  }
-  ~FileFaults() override { fs::remove_all(folder_); }
+  FileFaults() { folder_.write("in.rtf", "content"); }
 
   std::string document() const { return folder_ / "in.rtf"; }
   std::string target() const { return folder_ / "out.rtf"; }
@@ -60,7 +55,7 @@ class FileFaults : public ::testing::Test {
 
   std::size_t strayFiles() const {
     std::size_t files = 0;
-    for (const fs::directory_entry &entry : fs::directory_iterator(folder_)) {
+    for (const fs::directory_entry &entry : fs::directory_iterator(folder_.path())) {
       files += entry.path() != document() && entry.path() != target() ? 1 : 0;
     }
     return files;
@@ -83,7 +78,7 @@ class FileFaults : public ::testing::Test {
     return call < calls.size();
   }
 
-  fs::path folder_;
+  test_support::TemporaryDirectory folder_;
 };
 
 TEST_F(FileFaults, CopyIsForcedToTheDiskBeforeItTakesItsPlaceAndItsNameAfter) {

@@ -1,5 +1,6 @@
 #include <StandIns/Mellel/Documents/Files.h>
 #include <StandIns/Mellel/Documents/FileWatch.h>
+#include <Tests/Support/TemporaryDirectory.h>
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -17,21 +18,14 @@ namespace fs = std::filesystem;
 
 class Files : public ::testing::Test {
  protected:
-  Files() {
-    std::string pattern = fs::temp_directory_path() / "mellel-files-XXXXXX";
-    EXPECT_NE(mkdtemp(pattern.data()), nullptr);
-    folder_ = pattern;
-    std::ofstream(input()) << "content";
-  }
-  ~Files() override { fs::remove_all(folder_); }
+  Files() { own_.write("in.rtf", "content"); }
 
   std::string input() const { return folder_ / "in.rtf"; }
   std::string path(const std::string &name) const { return folder_ / name; }
-  std::size_t count() const {
-    return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder_), {}));
-  }
+  std::size_t count() const { return own_.fileCount(); }
 
-  fs::path folder_;
+  test_support::TemporaryDirectory own_;
+  fs::path folder_ = own_.path();
 };
 
 TEST_F(Files, ReadingGivesTheBytes) { EXPECT_EQ(readFile(input()), "content"); }

@@ -1,9 +1,9 @@
 // Every document made of a few tokens, and many random ones: a citation is replaced, nothing
 // else that a reader sees changes, formatting included.
-#include "ReadDocument.h"
-#include "ReferenceRewriting.h"
 
 #include <StandIns/Mellel/RTF/DocumentRewriting.h>
+#include <Tests/Support/ReadDocument.h>
+#include <Tests/Support/ReferenceRewriting.h>
 
 #include <gtest/gtest.h>
 
@@ -14,9 +14,9 @@
 namespace mellel::rtf {
 namespace {
 
-using mellel_test::charactersOf;
-using mellel_test::citationsAmong;
-using mellel_test::withCitationsReplaced;
+using test_support::charactersOf;
+using test_support::citationsAmong;
+using test_support::withCitationsReplaced;
 
 // Stands for a formatted citation; no document here holds it.
 const std::string replacementText = "☃";
@@ -40,7 +40,7 @@ void expectOnlyCitationsChange(const std::string &rtf) {
                                                                                << after;
   const std::string without = formattedDocument(rtf, *document, Texts(count, RichText{}), {});
   auto expected = withCitationsReplaced(*before, replacementText);
-  std::erase_if(expected, [](const mellel_test::Character &character) {
+  std::erase_if(expected, [](const test_support::Character &character) {
     return character.text == replacementText;
   });
   ASSERT_EQ(charactersOf(without), expected) << rtf << "\n" << without;

@@ -1,6 +1,5 @@
-#include "ReadDocument.h"
-
 #include <StandIns/Mellel/RTF/TextReader.h>
+#include <Tests/Support/ReadDocument.h>
 
 #include <gtest/gtest.h>
 
@@ -9,9 +8,9 @@
 namespace mellel::rtf {
 namespace {
 
-using mellel_test::documentWith;
-using mellel_test::errorOf;
-using mellel_test::textOf;
+using test_support::documentWith;
+using test_support::errorOf;
+using test_support::textOf;
 using namespace std::string_view_literals;
 
 std::string textOfBody(std::string_view body) {

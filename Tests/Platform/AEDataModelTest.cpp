@@ -1,6 +1,6 @@
 #include "FourCharacterCodes.h"
 
-#include <Platform/Testing/RecordingCarrier.h>
+#include <Tests/Support/RecordingCarrier.h>
 
 #include <ApplicationServices/ApplicationServices.h>
 #include <gtest/gtest.h>
@@ -118,7 +118,7 @@ TEST_F(AEDataModel, PlainDescriptorIsNoEventAndAnEventIsNoParameter) {
 }
 
 TEST_F(AEDataModel, SendHandsTheCarrierEverythingTheCallerGave) {
-  platform::RecordingCarrier carrier;
+  test_support::RecordingCarrier carrier;
   ASSERT_EQ(AEPutParamPtr(&event_, keyDirectObject, code("BUFF"), "\0\1", 2), noErr);
   Descriptor reply;
   EXPECT_EQ(AESendMessage(&event_, &reply, kAENoReply, kNoTimeOut), noErr);
@@ -134,12 +134,12 @@ TEST_F(AEDataModel, SendHandsTheCarrierEverythingTheCallerGave) {
   ASSERT_EQ(sent.parameters.size(), 1u);
   EXPECT_EQ(sent.parameters[0].keyword, AEKeyword{keyDirectObject});
   EXPECT_EQ(sent.parameters[0].type, code("BUFF"));
-  EXPECT_EQ(platform::RecordingCarrier::directObject(sent), std::string("\0\1", 2));
+  EXPECT_EQ(test_support::RecordingCarrier::directObject(sent), std::string("\0\1", 2));
   EXPECT_EQ(reply.descriptorType, DescType{typeNull});
 }
 
 TEST_F(AEDataModel, AwaitedReplyIsAnEventWithItsParameters) {
-  platform::RecordingCarrier carrier;
+  test_support::RecordingCarrier carrier;
   const auto data = platform::SharedBytes::copyOf(std::as_bytes(std::span("yes", 3)));
   carrier.sendResult = platform::Parameters{{keyDirectObject, typeChar, *data}};
   Descriptor reply;
@@ -153,13 +153,13 @@ TEST_F(AEDataModel, AwaitedReplyIsAnEventWithItsParameters) {
 }
 
 TEST_F(AEDataModel, CarriersStatusIsTheSendsStatus) {
-  platform::RecordingCarrier carrier;
+  test_support::RecordingCarrier carrier;
   carrier.sendResult = std::unexpected(OSStatus{procNotFound});
   EXPECT_EQ(AESendMessage(&event_, nullptr, kAENoReply, kNoTimeOut), procNotFound);
 }
 
 TEST_F(AEDataModel, SendRefusesWhatItCannotMean) {
-  platform::RecordingCarrier carrier;
+  test_support::RecordingCarrier carrier;
   Descriptor reply;
   EXPECT_EQ(AESendMessage(&target_, &reply, kAENoReply, kNoTimeOut), errAENotAppleEvent);
   EXPECT_EQ(AESendMessage(nullptr, &reply, kAENoReply, kNoTimeOut), errAENotAppleEvent);

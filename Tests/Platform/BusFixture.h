@@ -1,12 +1,12 @@
 // A private bus with the test peer on it.
 #pragma once
 
-#include "ChildProcess.h"
-#include "PrivateBus.h"
-#include "RunLoopWait.h"
 #include "TestEvents.h"
 
 #include <Platform/AppleEventsProcess.h>
+#include <Tests/Support/ChildProcess.h>
+#include <Tests/Support/PrivateBus.h>
+#include <Tests/Support/RunLoopWait.h>
 
 #include <gtest/gtest.h>
 
@@ -15,6 +15,10 @@
 #include <thread>
 
 namespace platform_test {
+
+using test_support::ChildProcess;
+using test_support::PrivateBus;
+using test_support::runUntil;
 
 class BusFixture : public testing::Test {
  protected:

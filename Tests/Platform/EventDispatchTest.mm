@@ -1,7 +1,7 @@
 #include "FourCharacterCodes.h"
 
 #include <Platform/AutoreleasePool.h>
-#include <Platform/Testing/RecordingCarrier.h>
+#include <Tests/Support/RecordingCarrier.h>
 
 #import <ApplicationServices/ApplicationServices.h>
 #import <Foundation/Foundation.h>
@@ -63,7 +63,7 @@ class EventDispatch : public testing::Test {
   }
 
   const platform::AutoreleasePool pool_;
-  platform::RecordingCarrier carrier_;
+  test_support::RecordingCarrier carrier_;
   DispatchTestHandler *handler_;
 };
 

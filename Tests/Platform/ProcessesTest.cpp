@@ -1,6 +1,6 @@
 #include "FourCharacterCodes.h"
 
-#include <Platform/Testing/RecordingCarrier.h>
+#include <Tests/Support/RecordingCarrier.h>
 
 #include <ApplicationServices/ApplicationServices.h>
 #include <gtest/gtest.h>
@@ -10,8 +10,8 @@
 
 namespace {
 
-using platform::RecordingCarrier;
 using platform_test::code;
+using test_support::RecordingCarrier;
 
 ProcessInfoRec emptyRecord() {
   ProcessInfoRec record{};

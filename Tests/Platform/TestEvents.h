@@ -1,12 +1,17 @@
 // The events that the test peer serves, and sending them.
 #pragma once
 
-#include "EventSending.h"
 #include "FourCharacterCodes.h"
+
+#include <Tests/Support/EventSending.h>
 
 #include <string_view>
 
 namespace platform_test {
+
+using test_support::Outcome;
+using test_support::sendAndWait;
+using test_support::sendOneWay;
 
 inline constexpr OSType peerSignature = code("Peer");
 inline constexpr OSType testSignature = code("Test");

@@ -2,6 +2,7 @@
 // other tests load it too, but send it private messages; here it is asked only what a host may ask.
 
 #import <HostContract/HostContract.h>
+#include <Tests/Support/ChildProcess.h>
 
 #import <Cocoa/Cocoa.h>
 #include <dlfcn.h>
@@ -21,19 +22,11 @@ NSBundle *bundle() {
 
 // The names, without versions, that a shared object wants from others.
 std::set<std::string> undefinedSymbols(const std::string &path) {
-  const std::string command = "nm -D --undefined-only '" + path + "'";
-  FILE *output = popen(command.c_str(), "r");
+  std::istringstream words(
+      test_support::run({"nm", "-D", "--undefined-only", path}).standardOutput);
   std::set<std::string> names;
-  std::array<char, 4096> line{};
-  while (output != nullptr && fgets(line.data(), line.size(), output) != nullptr) {
-    std::istringstream words(line.data());
-    std::string kind;
-    std::string name;
-    words >> kind >> name;
+  for (std::string kind, name; words >> kind >> name;) {
     names.insert(name.substr(0, name.find('@')));
-  }
-  if (output != nullptr) {
-    pclose(output);
   }
   return names;
 }

@@ -1,7 +1,8 @@
 // What the Apple Event functions give to the agent is given back to them, also where a step fails.
 
-#include "../Load/LiveBytes.h"
 #import "Support/AgentTest.h"
+
+#include <Tests/Support/LiveBytes.h>
 
 namespace plugin_test {
 namespace {
@@ -25,11 +26,11 @@ class OwnedDescriptors : public AgentTest {
     for (int turn = 0; turn < 10; ++turn) {
       send(size);
     }
-    const std::size_t before = load_test::liveBytes();
+    const std::size_t before = test_support::liveBytes();
     for (int turn = 0; turn < sends; ++turn) {
       send(size);
     }
-    return static_cast<std::ptrdiff_t>(load_test::liveBytes() - before);
+    return static_cast<std::ptrdiff_t>(test_support::liveBytes() - before);
   }
 };
 

@@ -1,11 +1,11 @@
 // Who keeps what, and for how long: nothing of the host's is kept once the plug-in is done with it,
 // and nothing goes while it is still needed.
 
-#include "../Load/LiveBytes.h"
 #import "Support/AgentTest.h"
 
 #include <Formats/ScanRequest.h>
 #include <Platform/CatchObjectiveCException.h>
+#include <Tests/Support/LiveBytes.h>
 
 @interface KOMellelScanController : NSWindowController
 - (id)initWithAdapter:(id)adapter;
@@ -199,10 +199,10 @@ TEST_F(Ownership, OutgoingBytesAreGivenBackOnceTheyAreSent) {
     calls().clear();
     calls().shrink_to_fit();
     if (turn == 0) {
-      before = load_test::liveBytes();
+      before = test_support::liveBytes();
     }
   }
-  EXPECT_LT(load_test::liveBytes(), before + 1'000'000);
+  EXPECT_LT(test_support::liveBytes(), before + 1'000'000);
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 // The program runs on a desktop of its own (see its main function), where no window manager draws
 // title bars: GNUstep draws them itself.
 
-#include "Support/CallLog.h"
 #include "Support/LogCapture.h"
 #import "Support/RecordingHost.h"
 #import "Support/ScriptedUser.h"
@@ -11,7 +10,8 @@
 
 #include <Formats/ScanReply.h>
 #include <Formats/ScanRequest.h>
-#include <Platform/Testing/RecordingCarrier.h>
+#include <Tests/Support/CallLog.h>
+#include <Tests/Support/RecordingCarrier.h>
 
 #include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
@@ -61,7 +61,7 @@ class ScanDialog : public testing::Test {
     hostScript() = {};
     setLastStyle(nil);
     log_.emplace();
-    calls().clear();
+    test_support::calls().clear();
   }
 
   void TearDown() override {
@@ -354,7 +354,7 @@ class BeepCounter {
 };
 
 TEST_F(ScanDialog, InsertionThatCannotBeSentBeepsOnceAndOneThatCanDoesNot) {
-  platform::RecordingCarrier carrier;
+  test_support::RecordingCarrier carrier;
   const BeepCounter counter;
   id agent = [NSClassFromString(@"KorvoMellelAgent") defaultInstance];
   [agent insertCitation:@"A"];
@@ -369,7 +369,7 @@ TEST_F(ScanDialog, InsertionThatCannotBeSentBeepsOnceAndOneThatCanDoesNot) {
 TEST_F(ScanDialog, FinalScanGoesThroughTheDialogToAnAnswerWithRealRTF) {
   offer({"APA"});
   host_->matches["Smith"] = {"smith"};
-  platform::RecordingCarrier carrier;
+  test_support::RecordingCarrier carrier;
   Class agent = NSClassFromString(@"KorvoMellelAgent");
   [agent setAdapter:host_];
   hostScript().formatBibliography = [] {
@@ -393,7 +393,7 @@ TEST_F(ScanDialog, FinalScanGoesThroughTheDialogToAnAnswerWithRealRTF) {
   EXPECT_EQ(carrier.deliver(mellel, finalScan, request).status, noErr);
   ASSERT_EQ(carrier.sent.size(), 1u);
   const std::string payload =
-      platform::RecordingCarrier::directObject(carrier.sent[0]).value_or("");
+      test_support::RecordingCarrier::directObject(carrier.sent[0]).value_or("");
   const auto reply = formats::decodeScanReply(payload);
   ASSERT_TRUE(reply) << reply.error();
   EXPECT_EQ(reply->styleName, "APA");

@@ -7,6 +7,7 @@
 #include "ScriptedHost.h"
 
 #include <StandIns/Mellel/Commands/Commands.h>
+#include <Tests/Support/TemporaryDirectory.h>
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -89,21 +90,16 @@ struct Attacked {
       fault;
 };
 
+// In memory where there is such a place: every copy is forced to its disk.
+inline fs::path quickDirectory() {
+  const fs::path memory = "/dev/shm";
+  return access(memory.c_str(), W_OK) == 0 ? memory : fs::temp_directory_path();
+}
+
 class HostileReply : public ::testing::Test {
  protected:
-  HostileReply() {
-    // In memory where there is such a place: every copy is forced to its disk.
-    const fs::path memory = "/dev/shm";
-    std::string pattern = (access(memory.c_str(), W_OK) == 0 ? memory : fs::temp_directory_path()) /
-                          "mellel-replies-XXXXXX";
-    EXPECT_NE(mkdtemp(pattern.data()), nullptr);
-    folder_ = pattern;
-    std::ofstream(input(), std::ios::binary) << draft_.rtf;
-  }
-  ~HostileReply() override {
-    std::cout << "[ runs     ] " << runs_ << '\n';
-    fs::remove_all(folder_);
-  }
+  HostileReply() { folder_.write("in.rtf", draft_.rtf); }
+  ~HostileReply() override { std::cout << "[ runs     ] " << runs_ << '\n'; }
 
   std::string input() const { return folder_ / "in.rtf"; }
   std::string output() const { return folder_ / "out.rtf"; }
@@ -133,7 +129,7 @@ class HostileReply : public ::testing::Test {
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
     ran.copy = fileBytes(output());
     EXPECT_EQ(fileBytes(input()), draft_.rtf) << "the document itself was changed";
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder_), {}), 2) << "something was left behind";
+    EXPECT_EQ(folder_.fileCount(), 2U) << "something was left behind";
     EXPECT_FALSE(isReceiving());
     return ran;
   }
@@ -333,7 +329,7 @@ class HostileReply : public ::testing::Test {
 
   const Draft draft_ = makeDraft();
   ScriptedHost host_;
-  fs::path folder_;
+  test_support::TemporaryDirectory folder_{quickDirectory()};
   std::size_t runs_ = 0;
 };
 

@@ -1,11 +1,10 @@
 #include "ReplyRules.h"
 
-#include "../../../Fuzzing/Formats/SlowReader.h"
-#include "../../Formats/ReferenceRecordMarkup.h"
-#include "../../Formats/ReferenceUnicode.h"
-#include "../ReferenceRewriting.h"
-
 #include <Formats/Unicode.h>
+#include <Tests/Support/ReferenceRecordMarkup.h>
+#include <Tests/Support/ReferenceRewriting.h>
+#include <Tests/Support/ReferenceUnicode.h>
+#include <Tests/Support/SlowReader.h>
 
 #include <algorithm>
 #include <iterator>
@@ -14,7 +13,8 @@ namespace mellel_test {
 
 namespace {
 
-using fuzzing::SlowReader;
+using test_support::isBlankCharacter;
+using test_support::SlowReader;
 
 std::string wellFormed(const std::string &text) {
   return formats::encodeUTF8(reference::decodeUTF8(text));

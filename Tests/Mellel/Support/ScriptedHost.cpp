@@ -7,7 +7,7 @@ namespace mellel_test {
 namespace {
 
 using namespace std::string_literals;
-using platform::RecordingCarrier;
+using test_support::RecordingCarrier;
 
 std::string bytesOf(std::uint32_t number) {
   std::string bytes;

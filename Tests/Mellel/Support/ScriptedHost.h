@@ -6,7 +6,7 @@
 #pragma once
 
 #include <Formats/EventTable.h>
-#include <Platform/Testing/RecordingCarrier.h>
+#include <Tests/Support/RecordingCarrier.h>
 
 #include <cstdint>
 #include <functional>
@@ -47,7 +47,7 @@ class ScriptedHost {
   void serve(const platform::OutgoingEvent &event);
   void reply(const std::vector<Answer> &answers);
 
-  platform::RecordingCarrier carrier_;
+  test_support::RecordingCarrier carrier_;
   std::map<formats::FourCharacterCode, Script> scripts_;
 };
 

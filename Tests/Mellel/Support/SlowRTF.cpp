@@ -1,8 +1,7 @@
 #include "SlowRTF.h"
 
-#include "../../Formats/ReferenceUnicode.h"
-
 #include <Formats/Unicode.h>
+#include <Tests/Support/ReferenceUnicode.h>
 
 #include <array>
 #include <cctype>

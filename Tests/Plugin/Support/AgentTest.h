@@ -4,14 +4,14 @@
 // private methods are reached as every method is, by messages.
 #pragma once
 
-#include "CallLog.h"
 #include "LogCapture.h"
-#import "RecordingApplication.h"
 #import "RecordingAssertionHandler.h"
 #import "RecordingHost.h"
 #include "Text.h"
 
-#include <Platform/Testing/RecordingCarrier.h>
+#include <Tests/Support/CallLog.h>
+#import <Tests/Support/RecordingApplication.h>
+#include <Tests/Support/RecordingCarrier.h>
 
 #import <Cocoa/Cocoa.h>
 #include <gmock/gmock-more-matchers.h>
@@ -19,6 +19,10 @@
 #import <KorvoMellelAgent+Private.h>
 
 namespace plugin_test {
+
+using test_support::calls;
+using test_support::duringModalLoop;
+using test_support::logCall;
 
 // What the plug-in did at the very first message to its class.
 struct StartUp {
@@ -59,7 +63,7 @@ class AgentTest : public testing::Test {
   AgentTest();
   ~AgentTest() override;
 
-  using Answer = platform::RecordingCarrier::Answer;
+  using Answer = test_support::RecordingCarrier::Answer;
   Answer deliver(const char (&eventID)[5], std::optional<std::string_view> payload,
                  bool wantsReply = false);
 
@@ -78,7 +82,7 @@ class AgentTest : public testing::Test {
 
   Class agentClass_ = Nil;
   KorvoMellelAgent *agent_ = nil;
-  platform::RecordingCarrier carrier_;
+  test_support::RecordingCarrier carrier_;
   ProcessSerialNumber mellel_{};
   RecordingHost *host_ = nil;
   RecordingApplication *application_ = nil;

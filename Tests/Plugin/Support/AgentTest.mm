@@ -38,7 +38,7 @@ Class metaClassOfDialog() { return object_getClass(NSClassFromString(@"KOMellelS
 const StartUp &startUp() {
   static const StartUp result = [] {
     NSAutoreleasePool *pool = [[NSAutoreleasePool alloc] init];
-    platform::RecordingCarrier carrier;
+    test_support::RecordingCarrier carrier;
     [[bundle() principalClass] class];
     const StartUp started{platform::installedEventHandlers(), carrier.sent};
     [pool drain];
@@ -144,7 +144,7 @@ bool AgentTest::hasGivenLibraryAdvice() const {
 }
 
 std::string AgentTest::payloadSent(std::size_t index) const {
-  return platform::RecordingCarrier::directObject(carrier_.sent.at(index)).value_or("(none)");
+  return test_support::RecordingCarrier::directObject(carrier_.sent.at(index)).value_or("(none)");
 }
 
 std::vector<std::string> AgentTest::eventsSent() const {

@@ -1,7 +1,7 @@
 // A host made of objects that log every message (see CallLog.h) and answer as a script says.
 #pragma once
 
-#import <HostContract/Testing/PassiveHost.h>
+#import <Tests/Support/PassiveHost.h>
 
 #import <Cocoa/Cocoa.h>
 

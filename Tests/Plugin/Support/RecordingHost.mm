@@ -1,11 +1,12 @@
 #import "RecordingHost.h"
 
-#include "CallLog.h"
 #include "Text.h"
 
-using plugin_test::logCall;
+#include <Tests/Support/CallLog.h>
+
 using plugin_test::ns;
 using plugin_test::str;
+using test_support::logCall;
 
 namespace plugin_test {
 

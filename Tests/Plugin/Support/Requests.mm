@@ -504,7 +504,7 @@ Outcome RequestTest::deliver(std::string_view eventID, std::optional<std::string
                   calls(),
                   exceptionsIn(log_->lines())};
   for (const platform::OutgoingEvent &sent : carrier_.sent) {
-    outcome.payloads.push_back(platform::RecordingCarrier::directObject(sent));
+    outcome.payloads.push_back(test_support::RecordingCarrier::directObject(sent));
   }
   [pool drain];
   return outcome;

@@ -1,9 +1,11 @@
 // A user at the display: real clicks and keys, by xdotool, while a modal loop runs in this process.
 #pragma once
 
-#import <Cocoa/Cocoa.h>
-#include <sys/types.h>
+#include <Tests/Support/ChildProcess.h>
 
+#import <Cocoa/Cocoa.h>
+
+#include <memory>
 #include <string>
 
 namespace plugin_test {
@@ -36,7 +38,7 @@ class ScriptedUser {
   void clickAt(NSPoint screenPoint);
 
   std::string script_ = "sleep 0.3\n";
-  pid_t pid_ = 0;
+  std::unique_ptr<test_support::ChildProcess> user_;
 };
 
 }  // namespace plugin_test

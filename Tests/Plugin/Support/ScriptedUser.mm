@@ -1,11 +1,8 @@
 #import "ScriptedUser.h"
 
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <csignal>
+#include <chrono>
 #include <sstream>
+#include <vector>
 
 // Ends a modal loop that nothing else ended. Stopping alone does not wake the loop: it takes an
 // event, and one more turn of the run loop to look for it.
@@ -42,21 +39,14 @@ namespace plugin_test {
 namespace {
 
 constexpr NSTimeInterval longestSession = 4;
+constexpr std::chrono::seconds longestUser{5};
 
 }  // namespace
 
 ScriptedUser::~ScriptedUser() {
-  if (pid_ == 0) {
-    return;
+  if (user_) {
+    user_->waitForExit(longestUser);
   }
-  for (int attempt = 0; attempt < 100; ++attempt) {
-    if (waitpid(pid_, nullptr, WNOHANG) != 0) {
-      return;
-    }
-    usleep(50000);
-  }
-  kill(pid_, SIGKILL);
-  waitpid(pid_, nullptr, 0);
 }
 
 void ScriptedUser::clickAt(NSPoint point) {
@@ -103,10 +93,8 @@ void ScriptedUser::press(NSWindow *window, const std::string &key) {
 void ScriptedUser::pause() { script_ += "sleep 0.5\n"; }
 
 void ScriptedUser::start() {
-  std::string shell = "sh";
-  std::string option = "-c";
-  char *arguments[] = {shell.data(), option.data(), script_.data(), nullptr};
-  posix_spawn(&pid_, "/bin/sh", nullptr, nullptr, arguments, environ);
+  user_ = std::make_unique<test_support::ChildProcess>(
+      std::vector<std::string>{"/bin/sh", "-c", script_});
 }
 
 NSInteger ScriptedUser::runModal(NSWindow *window) {

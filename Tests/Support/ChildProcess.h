@@ -1,34 +1,19 @@
 // A program that a test runs, watches and ends.
 //
 // What it prints goes to two files: it never waits for its reader, and a test can look at all of it
-// at any time. Waiting is always bounded, and the program does not outlive its object.
+// at any time. Waiting is always bounded, and the program outlives neither its object nor the test.
 #pragma once
+
+#include "TemporaryDirectory.h"
 
 #include <sys/types.h>
 
 #include <chrono>
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
 
-namespace endtoend {
-
-// A directory of its own for each test, gone with its object.
-class TemporaryDirectory {
- public:
-  TemporaryDirectory();
-  ~TemporaryDirectory();
-  TemporaryDirectory(const TemporaryDirectory &) = delete;
-  TemporaryDirectory &operator=(const TemporaryDirectory &) = delete;
-  const std::filesystem::path &path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
-
-std::string readFile(const std::filesystem::path &path);
-void writeFile(const std::filesystem::path &path, const std::string &bytes);
+namespace test_support {
 
 // Sanitizers and loaded machines are slow; a wait that ends well is as short as what it waits for.
 constexpr std::chrono::seconds patience{60};
@@ -38,17 +23,23 @@ class ChildProcess {
   // Starts arguments[0], found in PATH when it holds no slash. Throws std::system_error if it
   // cannot.
   explicit ChildProcess(const std::vector<std::string> &arguments);
-  // Kills the program if it still runs.
+  // Kills the program if it still runs. What it wrote to its standard error and nobody asked for
+  // goes to that of the test: it may be the report of a sanitizer.
   ~ChildProcess();
   ChildProcess(const ChildProcess &) = delete;
   ChildProcess &operator=(const ChildProcess &) = delete;
 
-  std::string standardOutput() const { return readFile(files_.path() / "out"); }
-  std::string standardError() const { return readFile(files_.path() / "err"); }
-  pid_t pid() const { return pid_; }
+  std::string standardOutput() const;
+  std::string standardError() const;
+  // The number of the process.
+  pid_t number() const { return number_; }
+  // The processor time of its whole life, once it was waited for.
+  double processorSeconds() const { return processorSeconds_; }
 
   bool isRunning();
   void send(int signal);
+  // Kills it and waits for its end. Harmless when it has ended.
+  void end();
   // The exit status; 128 plus the signal's number for a program that a signal ended; nothing if it
   // still runs when the time is over.
   std::optional<int> waitForExit(std::chrono::milliseconds limit = patience);
@@ -56,19 +47,27 @@ class ChildProcess {
   // program has ended without it. Lines before the offset (in bytes) do not count.
   bool waitForLine(const std::string &beginning, std::size_t offset = 0,
                    std::chrono::milliseconds limit = patience);
+  // The next line of standard output that this function has not returned yet; empty when none came
+  // in time, or before the program's end.
+  std::string readLine(std::chrono::milliseconds limit = patience);
 
  private:
   TemporaryDirectory files_;
-  pid_t pid_ = 0;
+  pid_t number_ = 0;
   std::optional<int> status_;
+  double processorSeconds_ = 0;
+  std::size_t nextLine_ = 0;  // where readLine goes on in the output
+  mutable bool errorsWereRead_ = false;
 };
 
 struct Result {
-  int status;  // 124 if the program was still running when patience ended
+  int status;  // 124 if the program was still running when the time was over
   std::string standardOutput;
   std::string standardError;
+  double processorSeconds = 0;
 };
 
-Result run(const std::vector<std::string> &arguments);
+// Runs a program to its end and gives back all that it said.
+Result run(const std::vector<std::string> &arguments, std::chrono::milliseconds limit = patience);
 
-}  // namespace endtoend
+}  // namespace test_support

@@ -4,10 +4,10 @@
 #include <chrono>
 #include <functional>
 
-namespace platform_test {
+namespace test_support {
 
 // True as soon as the condition is; false when it was not in time.
 bool runUntil(const std::function<bool()> &condition,
               std::chrono::milliseconds timeOut = std::chrono::seconds(20));
 
-}  // namespace platform_test
+}  // namespace test_support

@@ -5,7 +5,7 @@
 
 #include <cstddef>
 
-namespace load_test {
+namespace test_support {
 
 struct MemoryFigures {
   // Resident, and how much of it is written to and its own, in bytes. (The share of pages that
@@ -19,4 +19,4 @@ struct MemoryFigures {
 // All 0 when there is no such process.
 MemoryFigures memoryOf(pid_t process);
 
-}  // namespace load_test
+}  // namespace test_support

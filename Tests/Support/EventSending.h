@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace platform_test {
+namespace test_support {
 
 struct Outcome {
   OSStatus status = noErr;
@@ -23,4 +23,4 @@ Outcome sendAndWait(OSType target, AEEventClass eventClass, AEEventID eventID,
 OSStatus sendOneWay(OSType target, AEEventClass eventClass, AEEventID eventID,
                     std::string_view payload);
 
-}  // namespace platform_test
+}  // namespace test_support

@@ -23,7 +23,7 @@ bool hasDesktop() {
 
 int startAgainOnDesktop(char **argv) {
   setenv(desktopOwner, std::to_string(getpid()).c_str(), 1);
-  std::string program = std::string(PROJECT_DIRECTORY) + "/Scripts/with-desktop";
+  std::string program = WITH_DESKTOP;
   std::string option = "--private";
   std::vector<char *> arguments = {program.data(), option.data()};
   for (char **argument = argv; *argument != nullptr; ++argument) {

@@ -3,7 +3,7 @@
 #include <StandIns/Mellel/RTF/CitationFinder.h>
 #include <StandIns/Mellel/RTF/TextReader.h>
 
-namespace mellel_test {
+namespace test_support {
 
 using mellel::rtf::CharacterLooks;
 using mellel::rtf::Citation;
@@ -107,4 +107,4 @@ std::optional<std::vector<Character>> charactersOf(std::string_view rtf) {
   }
 }
 
-}  // namespace mellel_test
+}  // namespace test_support

@@ -2,17 +2,17 @@
 #pragma once
 
 #include "ChildProcess.h"
+#include "TemporaryDirectory.h"
 
+#include <filesystem>
 #include <memory>
-#include <string>
 
-namespace platform_test {
+namespace test_support {
 
 // Runs from construction to destruction; the environment names it as the session bus.
 class PrivateBus {
  public:
   PrivateBus();
-  ~PrivateBus();
   PrivateBus(const PrivateBus &) = delete;
   PrivateBus &operator=(const PrivateBus &) = delete;
 
@@ -21,8 +21,10 @@ class PrivateBus {
   void stop();
 
  private:
-  std::string directory_;
+  std::filesystem::path socket() const { return directory_ / "bus"; }
+
+  TemporaryDirectory directory_;
   std::unique_ptr<ChildProcess> daemon_;
 };
 
-}  // namespace platform_test
+}  // namespace test_support

@@ -2,16 +2,16 @@
 
 #include "CallLog.h"
 
-using plugin_test::logCall;
+using test_support::logCall;
 
-namespace plugin_test {
+namespace test_support {
 
 std::function<void()> &duringModalLoop() {
   static std::function<void()> action;
   return action;
 }
 
-}  // namespace plugin_test
+}  // namespace test_support
 
 @implementation KOMainWindowController
 @end
@@ -70,8 +70,8 @@ std::function<void()> &duringModalLoop() {
 }
 - (NSInteger)runModalForWindow:(NSWindow *)__attribute__((unused)) window {
   logCall("runModal");
-  if (plugin_test::duringModalLoop()) {
-    plugin_test::duringModalLoop()();
+  if (test_support::duringModalLoop()) {
+    test_support::duringModalLoop()();
   }
   return -1000;
 }

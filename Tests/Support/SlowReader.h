@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-namespace fuzzing {
+namespace test_support {
 
 class SlowReader {
  public:
@@ -58,4 +58,4 @@ class SlowReader {
   bool isCutShort_ = false;
 };
 
-}  // namespace fuzzing
+}  // namespace test_support

@@ -7,12 +7,12 @@
 #include <functional>
 #include <vector>
 
-namespace plugin_test {
+namespace test_support {
 
 // What happens while the modal loop runs.
 std::function<void()> &duringModalLoop();
 
-}  // namespace plugin_test
+}  // namespace test_support
 
 // The delegates by which the agent knows the host's windows, and one that it does not know.
 @interface KOMainWindowController : NSObject

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace mellel_test {
+namespace test_support {
 
 // A small document around a body.
 std::string documentWith(std::string_view body);
@@ -37,4 +37,4 @@ void PrintTo(const Character &character, std::ostream *stream);
 // Nothing if the document is refused.
 std::optional<std::vector<Character>> charactersOf(std::string_view rtf);
 
-}  // namespace mellel_test
+}  // namespace test_support

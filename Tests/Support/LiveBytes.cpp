@@ -7,7 +7,7 @@
 // Of the sanitizers' run time, which has a heap of its own; null in builds without it.
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes() __attribute__((weak));
 
-namespace load_test {
+namespace test_support {
 
 std::size_t liveBytes() {
   if (__sanitizer_get_current_allocated_bytes != nullptr) {
@@ -21,4 +21,4 @@ bool freedMemoryIsGivenBack() { return __sanitizer_get_current_allocated_bytes =
 
 void makeProcessesCountExactly() { setenv("GLIBC_TUNABLES", "glibc.malloc.tcache_count=0", 1); }
 
-}  // namespace load_test
+}  // namespace test_support

@@ -4,7 +4,7 @@
 
 #import <Foundation/Foundation.h>
 
-namespace platform_test {
+namespace test_support {
 
 bool runUntil(const std::function<bool()> &condition, std::chrono::milliseconds timeOut) {
   const auto deadline = std::chrono::steady_clock::now() + timeOut;
@@ -19,4 +19,4 @@ bool runUntil(const std::function<bool()> &condition, std::chrono::milliseconds 
   return true;
 }
 
-}  // namespace platform_test
+}  // namespace test_support

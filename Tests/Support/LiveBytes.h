@@ -7,7 +7,7 @@
 
 #include <cstddef>
 
-namespace load_test {
+namespace test_support {
 
 std::size_t liveBytes();
 
@@ -19,4 +19,4 @@ bool freedMemoryIsGivenBack();
 // counts what it keeps at hand for a thread as in use, some ten kilobytes that come and go.
 void makeProcessesCountExactly();
 
-}  // namespace load_test
+}  // namespace test_support

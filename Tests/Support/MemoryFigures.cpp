@@ -4,7 +4,7 @@
 #include <sstream>
 #include <string>
 
-namespace load_test {
+namespace test_support {
 namespace {
 
 // The figure of a line such as "Rss:   1234 kB".
@@ -29,4 +29,4 @@ MemoryFigures memoryOf(pid_t process) {
           figure(folder + "/smaps_rollup", "Private_Dirty"), figure(folder + "/status", "VmHWM")};
 }
 
-}  // namespace load_test
+}  // namespace test_support

@@ -2,7 +2,7 @@
 
 #include <Platform/OwnedDescriptor.h>
 
-namespace platform_test {
+namespace test_support {
 namespace {
 
 using platform::OwnedDescriptor;
@@ -51,4 +51,4 @@ OSStatus sendOneWay(OSType target, AEEventClass eventClass, AEEventID eventID,
   return status == noErr ? AESendMessage(&event, &reply, kAENoReply, kNoTimeOut) : status;
 }
 
-}  // namespace platform_test
+}  // namespace test_support

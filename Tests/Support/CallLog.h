@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace plugin_test {
+namespace test_support {
 
 inline std::vector<std::string> &calls() {
   static std::vector<std::string> lines;
@@ -14,4 +14,4 @@ inline std::vector<std::string> &calls() {
 
 inline void logCall(std::string line) { calls().push_back(std::move(line)); }
 
-}  // namespace plugin_test
+}  // namespace test_support

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-namespace mellel_test {
+namespace test_support {
 
 // Blanks, what only guides the layout, and control characters.
 inline bool isBlankCharacter(const std::string &text) {
@@ -75,4 +75,4 @@ inline std::vector<Character> withCitationsReplaced(const std::vector<Character>
   return result;
 }
 
-}  // namespace mellel_test
+}  // namespace test_support

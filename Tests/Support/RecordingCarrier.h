@@ -1,6 +1,6 @@
 // A carrier for tests: it sends nothing and remembers everything.
 //
-//   platform::RecordingCarrier carrier;      // in place from here to the end of the scope
+//   test_support::RecordingCarrier carrier;      // in place from here to the end of the scope
 //   carrier.addProcess(signature);
 //   ... code under test sends ...
 //   EXPECT_EQ(RecordingCarrier::directObject(carrier.sent.at(0)), payload);
@@ -18,24 +18,24 @@
 #include <string_view>
 #include <utility>
 
-namespace platform {
+namespace test_support {
 
-class RecordingCarrier final : public Carrier {
+class RecordingCarrier final : public platform::Carrier {
  public:
-  RecordingCarrier() : previous_(setCarrier(this)) {}
-  ~RecordingCarrier() override { setCarrier(previous_); }
+  RecordingCarrier() : previous_(platform::setCarrier(this)) {}
+  ~RecordingCarrier() override { platform::setCarrier(previous_); }
   RecordingCarrier(const RecordingCarrier &) = delete;
   RecordingCarrier &operator=(const RecordingCarrier &) = delete;
 
   // Every event that was sent, also those that failed.
-  std::vector<OutgoingEvent> sent;
+  std::vector<platform::OutgoingEvent> sent;
   // Every process that was asked to come to the front, also where that failed.
   std::vector<ProcessSerialNumber> activated;
   // What there is to enumerate.
-  std::vector<Process> running;
+  std::vector<platform::Process> running;
 
   // What the next sends return: an error, or the parameters of the reply.
-  std::expected<Parameters, OSStatus> sendResult;
+  std::expected<platform::Parameters, OSStatus> sendResult;
   // What the next enumerations return in place of `running`, unless noErr.
   OSStatus enumerationStatus = noErr;
   // Those that are enumerated and have ended before their information is read.
@@ -44,7 +44,7 @@ class RecordingCarrier final : public Carrier {
   OSStatus activationStatus = noErr;
 
   // Called at the moment of each send and activation, for tests of the order of things.
-  std::function<void(const OutgoingEvent &)> onSend;
+  std::function<void(const platform::OutgoingEvent &)> onSend;
   std::function<void(ProcessSerialNumber)> onActivate;
 
   // Adds a running process, under a serial number that is returned.
@@ -58,7 +58,7 @@ class RecordingCarrier final : public Carrier {
     // noErr, or the error that the sender would get.
     OSStatus status = noErr;
     // Those of the reply event.
-    Parameters parameters;
+    platform::Parameters parameters;
     // The bytes of the reply's direct object, if it has one.
     std::optional<std::string> directObject() const {
       return bytesUnder(parameters, keyDirectObject);
@@ -80,9 +80,9 @@ class RecordingCarrier final : public Carrier {
   Answer deliver(AEEventClass eventClass, AEEventID eventID,
                  std::optional<std::string_view> payload, bool wantsReply = false,
                  DescType payloadType = typeChar) {
-    IncomingEvent event{eventClass, eventID, {}, wantsReply};
+    platform::IncomingEvent event{eventClass, eventID, {}, wantsReply};
     if (payload) {
-      auto data = SharedBytes::copyOf(std::as_bytes(std::span(*payload)));
+      auto data = platform::SharedBytes::copyOf(std::as_bytes(std::span(*payload)));
       if (!data) {
         return {data.error(), {}};
       }
@@ -91,18 +91,19 @@ class RecordingCarrier final : public Carrier {
     return deliver(event);
   }
 
-  Answer deliver(const IncomingEvent &event) {
-    auto reply = dispatchAppleEvent(event);
+  Answer deliver(const platform::IncomingEvent &event) {
+    auto reply = platform::dispatchAppleEvent(event);
     return reply ? Answer{noErr, *std::move(reply)} : Answer{reply.error(), {}};
   }
 
   // The bytes of the event's direct object, if it has one.
-  static std::optional<std::string> directObject(const OutgoingEvent &event) {
+  static std::optional<std::string> directObject(const platform::OutgoingEvent &event) {
     return bytesUnder(event.parameters, keyDirectObject);
   }
 
-  static std::optional<std::string> bytesUnder(const Parameters &parameters, AEKeyword keyword) {
-    const Parameter *parameter = findParameter(parameters, keyword);
+  static std::optional<std::string> bytesUnder(const platform::Parameters &parameters,
+                                               AEKeyword keyword) {
+    const platform::Parameter *parameter = platform::findParameter(parameters, keyword);
     if (parameter == nullptr) {
       return std::nullopt;
     }
@@ -110,7 +111,8 @@ class RecordingCarrier final : public Carrier {
     return std::string(reinterpret_cast<const char *>(bytes.data()), bytes.size());
   }
 
-  std::expected<Parameters, OSStatus> send(const OutgoingEvent &event) override {
+  std::expected<platform::Parameters, OSStatus> send(
+      const platform::OutgoingEvent &event) override {
     sent.push_back(event);
     if (onSend) {
       onSend(event);
@@ -118,18 +120,18 @@ class RecordingCarrier final : public Carrier {
     return sendResult;
   }
 
-  std::expected<std::vector<Process>, OSStatus> processes() override {
+  std::expected<std::vector<platform::Process>, OSStatus> processes() override {
     if (enumerationStatus != noErr) {
       return std::unexpected(enumerationStatus);
     }
     return running;
   }
 
-  std::expected<Process, OSStatus> process(ProcessSerialNumber serialNumber) override {
+  std::expected<platform::Process, OSStatus> process(ProcessSerialNumber serialNumber) override {
     const auto isIt = [&](const ProcessSerialNumber &other) {
-      return Process{serialNumber, 0} == Process{other, 0};
+      return platform::Process{serialNumber, 0} == platform::Process{other, 0};
     };
-    for (const Process &process : running) {
+    for (const platform::Process &process : running) {
       if (isIt(process.serialNumber) && std::ranges::none_of(ended, isIt)) {
         return process;
       }
@@ -146,7 +148,7 @@ class RecordingCarrier final : public Carrier {
   }
 
  private:
-  Carrier *previous_;
+  platform::Carrier *previous_;
 };
 
-}  // namespace platform
+}  // namespace test_support
