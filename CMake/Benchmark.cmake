@@ -1,6 +1,6 @@
 # A group of measurements: add_benchmark_group(NAME [DEPENDS TARGET…] COMMAND PROGRAM [ARGUMENT…]).
-# Scripts/benchmark builds its target benchmark-NAME and reads how to start it from a file of the build
-# directory. Nothing of it is part of the default build.
+# Scripts/benchmark builds its target benchmark-NAME and reads how to start it from a file of the
+# build directory. Nothing of it is part of the default build.
 add_custom_target(benchmarks)
 file(REMOVE_RECURSE ${CMAKE_BINARY_DIR}/benchmark-groups)
 

@@ -1,6 +1,6 @@
 # add_fuzz_target(<Target> SOURCES … LINKS … UNDER_TEST … [OBJECTS …]): see Fuzzing/CMakeLists.txt.
-# UNDER_TEST names the sources whose coverage Scripts/fuzz reports, OBJECTS what holds them if that is not
-# the program itself.
+# UNDER_TEST names the sources whose coverage Scripts/fuzz reports, OBJECTS what holds them if that
+# is not the program itself.
 # The program is ${<Target>_program}.
 function(add_fuzz_target name)
   cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES;LINKS;UNDER_TEST;OBJECTS")
@@ -27,7 +27,8 @@ function(add_fuzz_target name)
     add_test(NAME Corpus.${name} COMMAND ${program} ${corpus})
     set_tests_properties(Corpus.${name} PROPERTIES LABELS Corpus TIMEOUT 120)
   endif()
-  # The run time of libFuzzer comes with clang: g++, which compiles the Objective-C++, cannot link it.
+  # The run time of libFuzzer comes with clang: g++, which compiles the Objective-C++, cannot link
+  # it.
   set_target_properties(${program} PROPERTIES LINKER_LANGUAGE CXX)
   target_link_libraries(${program} PRIVATE ProjectOptions FuzzingSupport TestSupport ${ARG_LINKS})
   set(${name}_program ${program} PARENT_SCOPE)

@@ -7,7 +7,8 @@ target_compile_options(ProjectOptions INTERFACE
   -Wall -Wextra -Werror -Wshadow
   $<$<COMPILE_LANGUAGE:CXX,OBJCXX>:-Wnon-virtual-dtor -Woverloaded-virtual>
   $<$<COMPILE_LANGUAGE:CXX>:-Wconversion -Wold-style-cast>
-  # CMake 3.25 passes no -std for GNU OBJCXX; the older spelling is the one that clang 14's tools know too.
+  # CMake 3.25 passes no -std for GNU OBJCXX; the older spelling is the one that clang 14's tools
+  # know too.
   $<$<COMPILE_LANGUAGE:OBJCXX>:-std=c++2b -fobjc-call-cxx-cdtors>)
 if(KORVO_SANITIZE)
   target_compile_options(ProjectOptions INTERFACE
@@ -15,9 +16,10 @@ if(KORVO_SANITIZE)
   target_link_options(ProjectOptions INTERFACE -fsanitize=address,undefined)
 endif()
 
-# For libFuzzer: C++ by clang with its coverage and the sanitizers. The Objective-C++ stays with g++,
-# whose address sanitizer and coverage go together with clang's run time (Fuzzing/Support).
-option(KORVO_FUZZ "Build the fuzz targets with libFuzzer, in place of the tests of their corpora" OFF)
+# For libFuzzer: C++ by clang with its coverage and the sanitizers. The Objective-C++ stays with
+# g++, whose address sanitizer and coverage go together with clang's run time (Fuzzing/Support).
+option(KORVO_FUZZ
+  "Build the fuzz targets with libFuzzer, in place of the tests of their corpora" OFF)
 if(KORVO_FUZZ)
   target_compile_options(ProjectOptions INTERFACE
     -fno-omit-frame-pointer

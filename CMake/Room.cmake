@@ -1,11 +1,11 @@
-# A room is a folder of sources that others may use only by linking to its target. Its headers are reachable
-# by the path of the folder, <Formats/Unicode.h> or <StandIns/Korvo/Engine/TextFile.h>, through a directory
-# that holds nothing but links into that one folder: who does not link to a room cannot include from it, so
-# the build itself refuses a wrong dependency.
+# A room is a folder of sources that others may use only by linking to its target. Its headers are
+# reachable by the path of the folder, <Formats/Unicode.h> or <StandIns/Korvo/Engine/TextFile.h>,
+# through a directory that holds nothing but links into that one folder: who does not link to a room
+# cannot include from it, so the build itself refuses a wrong dependency.
 #
-# room_headers(TARGET [PUBLIC HEADER…]) exports the headers named, or all of the folder. Where some are
-# named, the others are the room's inside: its own sources include them by "Name.h", and a target
-# TARGETInside reaches all of them, for the tests of the inside only.
+# room_headers(TARGET [PUBLIC HEADER…]) exports the headers named, or all of the folder. Where some
+# are named, the others are the room's inside: its own sources include them by "Name.h", and a
+# target TARGETInside reaches all of them, for the tests of the inside only.
 function(room_headers target)
   cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "PUBLIC")
   get_target_property(type ${target} TYPE)

@@ -8,7 +8,8 @@ function(add_room_test name)
     set(ARG_TIMEOUT 120)
   endif()
   add_executable(${name} ${ARG_SOURCES})
-  target_link_libraries(${name} PRIVATE ProjectOptions ${ARG_LINKS} GTest::gmock_main GTest::gmock GTest::gtest)
+  target_link_libraries(${name} PRIVATE
+    ProjectOptions ${ARG_LINKS} GTest::gmock_main GTest::gmock GTest::gtest)
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
     PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS ${name})
 endfunction()

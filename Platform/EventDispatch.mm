@@ -57,7 +57,7 @@ std::string reasonOf(id thrown) {
 // What left the handler in place of its return, in words.
 std::optional<std::string> perform(HandlerCall &call) {
   id thrown = nil;
-  const auto cppException =
+  auto cppException =
       exceptionLeaving([&] { thrown = KorvoCatchObjectiveCException(performCall, &call); });
   if (cppException || thrown == nil) {
     return cppException;

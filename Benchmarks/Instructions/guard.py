@@ -1,13 +1,14 @@
 #!/usr/bin/python3
 """Counts the instructions of the jobs under callgrind and compares them with those recorded.
 
-Status 0 where no job takes more than five percent above its recorded count, 1 where one does, and 77
-(not comparable) where compiler, libraries or valgrind are not those that its counts were recorded with.
-With --renew the counts are recorded anew.
+Status 0 where no job takes more than five percent above its recorded count, 1 where one does, and
+77 (not comparable) where compiler, libraries or valgrind are not those that its counts were
+recorded with. With --renew the counts are recorded anew.
 
-Instructions do not depend on how busy or how fast a machine is, but the C library chooses between variants
-of memcpy and the like by what the processor can do. So it is told to take those that every processor has,
-and the sizes that it derives from the caches are given. The rest of the code is compiled for any x86-64.
+Instructions do not depend on how busy or how fast a machine is, but the C library chooses
+between variants of memcpy and the like by what the processor can do. So it is told to take those
+that every processor has, and the sizes that it derives from the caches are given. The rest of
+the code is compiled for any x86-64.
 """
 
 import argparse
@@ -135,7 +136,8 @@ def count_instructions(program):
         )
         if finished.returncode != 0:
             raise Failed(
-                f"{program} ended with status {finished.returncode} under valgrind: {finished.stderr[-2000:]}"
+                f"{program} ended with status {finished.returncode} under valgrind: "
+                f"{finished.stderr[-2000:]}"
             )
         counts = dict(filter(None, map(count_in, sorted(pathlib.Path(directory).iterdir()))))
     if not counts:
@@ -159,7 +161,8 @@ def report(recorded, counts):
         print(f"{counts[name]:13,} {change:+7.1%}  {name}")
         if 100 * counts[name] > (100 + LARGEST_CHANGE) * recorded[name]:
             wrong.append(
-                f"{name} takes {change:.1%} more instructions: {counts[name]:,}, recorded {recorded[name]:,}"
+                f"{name} takes {change:.1%} more instructions: {counts[name]:,}, "
+                f"recorded {recorded[name]:,}"
             )
         elif 100 * counts[name] < (100 - LARGEST_CHANGE) * recorded[name]:
             print(f"{'':21}  {-change:.1%} fewer: renew the counts, so that this is not lost again")
@@ -204,7 +207,8 @@ def main():
             "\n".join(
                 [
                     *(f"guard: {line}" for line in wrong),
-                    "guard: where this is intended, run Scripts/benchmark --renew-instruction-counts",
+                    "guard: where this is intended, run "
+                    "Scripts/benchmark --renew-instruction-counts",
                 ]
             )
         )

@@ -1,4 +1,5 @@
-"""What a figure depends on beside the code: the machine, how busy it was, and what was installed."""
+"""What a figure depends on beside the code: the machine, how busy it was, and what was
+installed."""
 
 import os
 import pathlib
@@ -42,7 +43,8 @@ def compiler_version():
 
 
 def describe():
-    """Texts for the page. The load is the number of programs that wanted to run in the last minute."""
+    """Texts for the page. The load is the number of programs that wanted to run in the last
+    minute."""
     processor = field("/proc/cpuinfo", r"^model name\s*:\s*(.*)$")
     memory = int(field("/proc/meminfo", r"^MemTotal:\s*(\d+)", "0")) / 2**20
     return {

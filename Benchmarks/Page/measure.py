@@ -1,5 +1,6 @@
 #!/usr/bin/python3
-"""Runs the groups of measurements, keeps what they found, and writes Documentation/Performance.md anew.
+"""Runs the groups of measurements, keeps what they found, and writes Documentation/Performance.md
+anew.
 
 Started by Scripts/benchmark, which builds the programs first.
 """

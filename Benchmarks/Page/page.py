@@ -1,6 +1,5 @@
-"""Puts tables and plots between the markers of Documentation/Performance.md; all other text there is
-written by hand and left alone.
-"""
+"""Puts tables and plots between the markers of Documentation/Performance.md; all other text
+there is written by hand and left alone."""
 
 import re
 
@@ -35,7 +34,8 @@ def conditions_text(report):
         else ""
     )
     return (
-        f"`Scripts/benchmark {report['group']}`, {conditions['date']}, on {conditions['machine']} (load "
+        f"`Scripts/benchmark {report['group']}`, {conditions['date']}, on {conditions['machine']} "
+        f"(load "
         f"{conditions['load']:g} before the run).{medians} {versions_text(conditions)}.{beside}"
     )
 
@@ -44,7 +44,8 @@ def section(report, image_names):
     images = [f"![{title}](Images/{name}.svg)" for title, name in image_names]
     table = reports.markdown_table(report)
     if len(report["rows"]) > TABLE_LENGTH and images:
-        table = f"<details><summary>All {len(report['rows'])} figures</summary>\n\n{table}\n\n</details>"
+        summary = f"<summary>All {len(report['rows'])} figures</summary>"
+        table = f"<details>{summary}\n\n{table}\n\n</details>"
     return "\n\n".join([*images, table, conditions_text(report)])
 
 

@@ -10,7 +10,7 @@ import matplotlib
 
 matplotlib.use("Agg")
 import matplotlib.pyplot as plt  # noqa: E402
-from matplotlib.ticker import FixedLocator, FuncFormatter, LogLocator, NullFormatter, NullLocator  # noqa: E402
+from matplotlib.ticker import FixedLocator, FuncFormatter, LogLocator, NullFormatter, NullLocator
 
 import reports  # noqa: E402
 
@@ -70,7 +70,8 @@ def bytes_text(value):
 
 
 def format_axis(axes, direction, values, unit, factor):
-    """Ticks in words that a reader need not decode; logarithmic where the values span more than the factor.
+    """Ticks in words that a reader need not decode; logarithmic where the values span more than the
+    factor.
 
     The direction is "x" or "y".
     """
@@ -196,7 +197,8 @@ def file_name(group, title):
 
 
 def draw(report, directory):
-    """Draws every plot of the report into the directory; returns their titles with the file names without ending."""
+    """Draws every plot of the report into the directory; returns their titles with the file
+    names without ending."""
     by_title = {}
     for row in report["rows"]:
         if "plot" in row:

@@ -120,9 +120,10 @@ def table_rows(report):
 
 def plain_table(report):
     rows = table_rows(report)
-    widths = [max(map(len, column)) for column in zip(*rows)]
+    widths = [max(map(len, column)) for column in zip(*rows, strict=True)]
     return "\n".join(
-        "  ".join(cell.ljust(width) for cell, width in zip(row, widths)).rstrip() for row in rows
+        "  ".join(cell.ljust(width) for cell, width in zip(row, widths, strict=True)).rstrip()
+        for row in rows
     )
 
 

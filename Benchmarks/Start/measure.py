@@ -1,8 +1,10 @@
 #!/usr/bin/python3
-"""How long korvo takes to be ready, and what it holds while it waits, beside a program that only has a window.
+"""How long korvo takes to be ready, and what it holds while it waits, beside a program that only
+has a window.
 
-The programs take turns, so that what else the machine does touches all alike. Each is started with its files
-in the page cache, as they are after the first start. Needs a display and a bus: Scripts/with-desktop.
+The programs take turns, so that what else the machine does touches all alike. Each is started
+with its files in the page cache, as they are after the first start. Needs a display and a bus:
+Scripts/with-desktop.
 """
 
 import argparse
@@ -35,7 +37,8 @@ MEMORY = "Memory while idle"
 
 @contextlib.contextmanager
 def started(command):
-    """The process, once it is ready, with the milliseconds until then, of time and of processor time."""
+    """The process, once it is ready, with the milliseconds until then, of time and of processor
+    time."""
     begin = time.monotonic()
     with subprocess.Popen(
         command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True
@@ -137,7 +140,8 @@ def make_database(binaries, directory, size):
 
 
 def beyond_bare(rows, name):
-    """What is korvo's own; of processor time as well, which depends less on what else the machine does."""
+    """What is korvo's own; of processor time as well, which depends less on what else the
+    machine does."""
     for title, what, aim in (
         (TIMES, "", {"aim": MOST_MILLISECONDS, "aimIs": "most"}),
         (PROCESSOR_TIMES, ", processor time", {}),

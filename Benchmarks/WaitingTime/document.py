@@ -1,7 +1,8 @@
 """One document in two languages: RTF with citations as an author types them, and pandoc's Markdown.
 
-A document cites works of a pool, a part of the library: an author of a longer text comes back to the
-same works. Most citations name one work, some two or three; some name a page or begin with a word.
+A document cites works of a pool, a part of the library: an author of a longer text comes back to
+the same works. Most citations name one work, some two or three; some name a page or begin with a
+word.
 """
 
 import dataclasses
@@ -64,7 +65,8 @@ def with_one_changed(citations, library, change):
 
 
 def sentences(citations, write):
-    """Paragraphs of words, with what `write` makes of each citation at the end of every sentence."""
+    """Paragraphs of words, with what `write` makes of each citation at the end of every
+    sentence."""
     source = random.Random("words")
     for start in range(0, len(citations), CITATIONS_A_PARAGRAPH):
         group = citations[start : start + CITATIONS_A_PARAGRAPH]

@@ -24,10 +24,10 @@ std::string wholeDatabase() {
   auto references = Library::openOrCreate(file);
   require(references.has_value());
   const std::vector<korvo::library::NewReference> content = {
-      {"SMI2001",
-       R"({"type":"book","title":"A title","author":[{"family":"Smith","given":"Ann"}],"issued":{"date-parts":[[2001]]}})"},
-      {"",
-       R"({"type":"article-journal","title":"Die Wärme","author":[{"literal":"van Gogh"}],"issued":{"raw":"3 May 1888"}})"}};
+      {"SMI2001", R"({"type":"book","title":"A title","author":[{"family":"Smith","given":"Ann"}],)"
+                  R"("issued":{"date-parts":[[2001]]}})"},
+      {"", R"({"type":"article-journal","title":"Die Wärme","author":[{"literal":"van Gogh"}],)"
+           R"("issued":{"raw":"3 May 1888"}})"}};
   require(references->add(content).has_value());
   return test_support::readFile(file);
 }

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Who may include from whom, beyond what the build refuses by its include directories: a path with ".."
-needs no directory, and would lead anywhere."""
+"""Who may include from whom, beyond what the build refuses by its include directories: a path with
+".." needs no directory, and would lead anywhere."""
 
 import pathlib
 import re
@@ -8,7 +8,17 @@ import unittest
 
 project = pathlib.Path(__file__).resolve().parents[2]
 
-ROOMS = ("Benchmarks", "Examples", "Formats", "Fuzzing", "HostContract", "Platform", "Plugin", "StandIns", "Tests")
+ROOMS = (
+    "Benchmarks",
+    "Examples",
+    "Formats",
+    "Fuzzing",
+    "HostContract",
+    "Platform",
+    "Plugin",
+    "StandIns",
+    "Tests",
+)
 BESIDE_THE_PRODUCT = ("Benchmarks", "Fuzzing", "Tests")
 INCLUDE = re.compile(r'^\s*#\s*(?:include|import)\s*[<"]([^">]+)[">]', re.MULTILINE)
 

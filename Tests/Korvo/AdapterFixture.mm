@@ -34,20 +34,20 @@ Owned<KOLibrary *> smallLibrary() {
            R"({"type":"book","title":"On Heat","author":[{"family":"Smith","given":"John"}],)"
            R"("publisher":"Press","issued":{"date-parts":[[2001]]}})"},
       {.identifier = "JON1999",
-       .cslJson =
-           R"({"type":"article-journal","title":"Cold","container-title":"Annals","volume":"3","page":"1-9",)"
-           R"("author":[{"family":"Jones","given":"Ann"},{"family":"Lee","given":"Bo"}],)"
-           R"("issued":{"date-parts":[[1999]]}})"},
+       .cslJson = R"({"type":"article-journal","title":"Cold","container-title":"Annals",)"
+                  R"("volume":"3","page":"1-9",)"
+                  R"("author":[{"family":"Jones","given":"Ann"},{"family":"Lee","given":"Bo"}],)"
+                  R"("issued":{"date-parts":[[1999]]}})"},
       {.identifier = "",
        .cslJson =
            R"({"type":"book","title":"Letters","author":[{"family":"Gogh","given":"Vincent",)"
            R"("non-dropping-particle":"van"}],"issued":{"date-parts":[[1888]]}})"},
       {.identifier = "",
-       .cslJson =
-           R"({"type":"book","title":"One","author":[{"family":"Doe"}],"issued":{"date-parts":[[2005]]}})"},
+       .cslJson = R"({"type":"book","title":"One","author":[{"family":"Doe"}],)"
+                  R"("issued":{"date-parts":[[2005]]}})"},
       {.identifier = "",
-       .cslJson =
-           R"({"type":"book","title":"Two","author":[{"family":"Doe"}],"issued":{"date-parts":[[2005]]}})"},
+       .cslJson = R"({"type":"book","title":"Two","author":[{"family":"Doe"}],)"
+                  R"("issued":{"date-parts":[[2005]]}})"},
       {.identifier = "", .cslJson = "{}"},
   };
   auto made = korvo::library::Library::temporary("small.bib");

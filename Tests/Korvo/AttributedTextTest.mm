@@ -32,7 +32,7 @@ using korvo_test::utf8;
   return @"plain";
 }
 - (NSDictionary *)attributesAtIndex:(NSUInteger)index effectiveRange:(NSRange *)range {
-  if (range != NULL) {
+  if (range != nullptr) {
     *range = NSMakeRange(index, 1);
   }
   return [NSDictionary dictionary];
@@ -60,7 +60,7 @@ Bibliography twoEntries() {
 }
 
 NSParagraphStyle *paragraphAt(NSAttributedString *text, NSUInteger index) {
-  return [text attribute:NSParagraphStyleAttributeName atIndex:index effectiveRange:NULL];
+  return [text attribute:NSParagraphStyleAttributeName atIndex:index effectiveRange:nullptr];
 }
 
 }  // namespace
@@ -160,7 +160,7 @@ TEST_F(AttributedText, TheBibliographyKeepsItsLooksInRTF) {
   EXPECT_NE(rtf.find("\\li720"), std::string::npos) << rtf;
   EXPECT_NE(rtf.find("\\par"), std::string::npos) << rtf;
   NSAttributedString *back = [[[NSAttributedString alloc] initWithRTF:data
-                                                   documentAttributes:NULL] autorelease];
+                                                   documentAttributes:nullptr] autorelease];
   EXPECT_EQ(markup(back), "First <i>title</i>\nÅngström – 温度");
 }
 

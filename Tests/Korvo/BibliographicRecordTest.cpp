@@ -73,8 +73,9 @@ TEST(BibliographicRecord, FindsTheYearInEveryFormOfADate) {
 }
 
 TEST(BibliographicRecord, TakesMembersOfTheWrongKindForAbsent) {
-  const auto record = readBibliographicRecord(
-      R"({"title":["x"],"type":{},"author":"Smith","editor":[1,null,{"given":7},{"family":[]}],"issued":3})");
+  const auto record =
+      readBibliographicRecord(R"({"title":["x"],"type":{},"author":"Smith",)"
+                              R"("editor":[1,null,{"given":7},{"family":[]}],"issued":3})");
   ASSERT_TRUE(record);
   EXPECT_EQ(record->title, "");
   EXPECT_EQ(record->kind, "");

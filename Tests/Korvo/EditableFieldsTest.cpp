@@ -15,7 +15,8 @@ namespace {
 const NewReference letters{
     .identifier = "GOGH",
     .cslJson =
-        R"({"type":"book","title":"Letters","author":[{"given":"Vincent","family":"van Gogh","ORCID":"0"},)"
+        R"({"type":"book","title":"Letters",)"
+        R"("author":[{"given":"Vincent","family":"van Gogh","ORCID":"0"},)"
         R"({"literal":"the Museum"}],"issued":{"date-parts":[[1888,5]],"season":"2"},"volume":3,)"
         R"("custom":{"x":[1]}})"};
 

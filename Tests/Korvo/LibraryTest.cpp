@@ -32,11 +32,10 @@ NewReference smith(std::string identifier = "SMI2001") {
 }
 
 NewReference vanGogh() {
-  return {
-      .identifier = "",
-      .cslJson =
-          R"({"type":"article-journal","title":"Letters","container-title":"Ärtz",)"
-          R"("author":[{"family":"van Gogh"},{"family":"Jones"}],"issued":{"date-parts":[[1888]]}})"};
+  return {.identifier = "",
+          .cslJson = R"({"type":"article-journal","title":"Letters","container-title":"Ärtz",)"
+                     R"("author":[{"family":"van Gogh"},{"family":"Jones"}],)"
+                     R"("issued":{"date-parts":[[1888]]}})"};
 }
 
 NewReference untitled(std::string identifier) {

@@ -179,9 +179,9 @@ TEST_F(StyleFormatting, AnEditIsSeenByTheNextDocument) {
   EXPECT_THAT(formatted(@"apa", {group({citation(@"SMI2001")})}), ElementsAre("(Smith, 2001)"));
   KOReference *edited = reference(@"SMI2001");
   ASSERT_TRUE([library_.get() library].replace([edited row], {
-    .identifier = "SMI2001",
-    .cslJson =
-        R"({"type":"book","title":"T","author":[{"family":"Smyth"}],"issued":{"date-parts":[[2002]]}})"
+    .identifier = "SMI2001", .cslJson =
+                                 R"({"type":"book","title":"T","author":[{"family":"Smyth"}],)"
+                                 R"("issued":{"date-parts":[[2002]]}})"
   }));
   EXPECT_THAT(formatted(@"apa", {group({citation(@"SMI2001")})}), ElementsAre("(Smyth, 2002)"));
 }

@@ -1,5 +1,6 @@
 #import "AdapterFixture.h"
 
+#include <Platform/Bus/RunLoopTimer.h>
 #import <StandIns/Korvo/Adapter/StringConversion.h>
 #import <StandIns/Korvo/Application/KOApplication.h>
 #import <StandIns/Korvo/Application/KOApplicationController.h>
@@ -8,6 +9,8 @@
 
 #include <gmock/gmock-more-matchers.h>
 #include <gtest/gtest.h>
+
+#include <chrono>
 
 using korvo::library::ListOrder;
 using korvo::library::SortColumn;
@@ -204,8 +207,8 @@ TEST_F(Windows, SavingKeepsWhatOthersChangedMeanwhile) {
   ASSERT_TRUE([library_.get() library].replace(
       [[editor reference] row],
       {.identifier = "SMI2001",
-       .cslJson =
-           R"({"type":"book","title":"Renamed","author":[{"family":"Smith"}],"issued":{"date-parts":[[2001]]}})"}));
+       .cslJson = R"({"type":"book","title":"Renamed","author":[{"family":"Smith"}],)"
+                  R"("issued":{"date-parts":[[2001]]}})"}));
   ASSERT_TRUE([editor save]);
   EXPECT_EQ(utf8([editor textOfField:@"title"]), "Renamed");
   EXPECT_EQ(utf8([editor textOfField:@"issued"]), "2010");
@@ -287,10 +290,8 @@ TEST_F(Windows, AModalDialogIsAnnouncedWithTheCodeThatEndedIt) {
   NSWindow *dialog =
       korvo::windows::makeWindow(@"Dialog", NSMakeSize(200, 100), NSMakeSize(100, 50));
   testing::internal::CaptureStdout();
-  [NSApp performSelector:@selector(endRun)
-              withObject:nil
-              afterDelay:0.05
-                 inModes:[NSArray arrayWithObject:NSModalPanelRunLoopMode]];
+  platform::RunLoopTimer end([] { [static_cast<KOApplication *>(NSApp) endRun]; });
+  end.callAfter(std::chrono::milliseconds(50));
   const NSInteger code = [NSApp runModalForWindow:dialog];
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "dialog: open\ndialog: closed 0\n");
   EXPECT_EQ(code, 0);
@@ -303,11 +304,8 @@ TEST_F(Windows, ADialogThatIsOnlyJustOpeningIsEndedToo) {
   NSWindow *dialog =
       korvo::windows::makeWindow(@"Dialog", NSMakeSize(200, 100), NSMakeSize(100, 50));
   // Asked for in whatever mode the run loop is in first.
-  [NSApp performSelector:@selector(endRun)
-              withObject:nil
-              afterDelay:0
-                 inModes:[NSArray arrayWithObjects:NSDefaultRunLoopMode, NSModalPanelRunLoopMode,
-                                                   NSEventTrackingRunLoopMode, nil]];
+  platform::RunLoopTimer end([] { [static_cast<KOApplication *>(NSApp) endRun]; });
+  end.callAfter(std::chrono::microseconds(0));
   EXPECT_EQ([NSApp runModalForWindow:dialog], 0);
   [dialog close];
   [NSApp run];

@@ -27,8 +27,8 @@ extern FILE *__{name}p;
 
 
 def with_macos_settings(config_site):
-    """libc++'s settings as Apple builds it: what came with which macOS is marked. What depends on the
-    C library's locales is left out, as musl's are not macOS's."""
+    """libc++'s settings as Apple builds it: what came with which macOS is marked. What depends on
+    the C library's locales is left out, as musl's are not macOS's."""
     text = re.sub(
         r"#define (_LIBCPP_HAS_NO_VENDOR_AVAILABILITY_ANNOTATIONS)\b",
         r"/* #undef \1 */",

@@ -66,7 +66,7 @@ class FileFaults : public ::testing::Test {
     putTarget(before);
     Fault fault({.firstFailure = call, .error = reason});
     const auto written = writeFile(target(), newCopy, document());
-    const std::vector<std::string> calls = fault.calls();
+    const std::vector<std::string> &calls = fault.calls();
     if (written) {
       EXPECT_EQ(targetBytes(), newCopy);
     } else {

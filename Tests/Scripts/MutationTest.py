@@ -104,7 +104,7 @@ class Mutants(unittest.TestCase):
             texts = [mutant.apply(source) for mutant in mutants]
             self.assertNotIn(source, texts)
             self.assertEqual(len(set(texts)), len(texts))
-            for mutant, text in zip(mutants, texts):
+            for mutant, text in zip(mutants, texts, strict=True):
                 self.assertEqual(text.count("\n"), source.count("\n"), mutant)
 
     def test_tokens_and_what_lies_between_them_are_the_source(self):

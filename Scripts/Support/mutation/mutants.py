@@ -42,7 +42,8 @@ LITERALS = {"true": "false", "false": "true", "YES": "NO", "NO": "YES"}
 
 DECLARATION = re.compile(
     r"(?:\[\[\w+\]\] )?(?:const|constexpr|static|auto|using|typedef|struct)\b"
-    r"|(?!return\b|throw\b|delete\b|goto\b)[A-Za-z_][\w:]*(?:<[^;=]*>)?(?:\s+|\s*[*&]+\s*)(?:const\s+)?[A-Za-z_]\w*\s*[=;({\[]"
+    r"|(?!return\b|throw\b|delete\b|goto\b)[A-Za-z_][\w:]*(?:<[^;=]*>)?(?:\s+|\s*[*&]+\s*)"
+    r"(?:const\s+)?[A-Za-z_]\w*\s*[=;({\[]"
 )
 LEAVES = re.compile(r"(?:return|break|continue|throw|goto)\b")
 NOTHING_RETURNED = {"return {};", "return nil;", "return nullptr;", "return;"}

@@ -1,7 +1,8 @@
 """Cuts C++ and Objective-C++ into tokens, and finds the statements among them.
 
-No parser: it knows comments, strings, brackets and keywords, and relies on how this project's code is
-formatted. A guess that goes wrong makes a mutant that does not compile, which costs a second.
+No parser: it knows comments, strings, brackets and keywords, and relies on how this project's
+code is formatted. A guess that goes wrong makes a mutant that does not compile, which costs a
+second.
 """
 
 import re
@@ -15,7 +16,8 @@ TOKEN = re.compile(
   | (?P<character>(?:u8|[uUL])?'(?:\\.|[^'\\])+')
   | (?P<number>\d(?:'?[0-9A-Za-z_.])*)
   | (?P<word>[A-Za-z_]\w*)
-  | (?P<sign><=>|<<=|>>=|\.\.\.|->|\+\+|--|<<|>>|<=|>=|==|!=|&&|\|\||\+=|-=|\*=|/=|%=|&=|\|=|\^=|::|.)
+  | (?P<sign><=>|<<=|>>=|\.\.\.|->|\+\+|--|<<|>>|<=|>=|==|!=|&&|\|\|
+            |\+=|-=|\*=|/=|%=|&=|\|=|\^=|::|.)
     """,
     re.VERBOSE | re.MULTILINE | re.DOTALL,
 )
@@ -46,7 +48,8 @@ def tokens_of(source):
 
 
 class Structure:
-    """Bodies, conditions and simple statements of a source, as ranges of token indices (end exclusive).
+    """Bodies, conditions and simple statements of a source, as ranges of token indices (end
+    exclusive).
 
     `statements` holds, for each sequence of simple statements (those that end in ";") without
     anything else between them, the list of their ranges.

@@ -19,9 +19,9 @@ from pathlib import Path
 # What a mutant may claim, so that one that runs away does not take the machine with it.
 MEMORY_KIB = 4 * 1024 * 1024
 BUILD_SECONDS = 600
-# A test may take this much longer than the original took, in processor time: that grows little on a busy
-# machine. Seconds by the clock are for a mutant that waits for ever; they count only while nothing of
-# it could run, because on a busy machine what could run has to wait as well.
+# A test may take this much longer than the original took, in processor time: that grows little on a
+# busy machine. Seconds by the clock are for a mutant that waits for ever; they count only while
+# nothing of it could run, because on a busy machine what could run has to wait as well.
 PATIENCE = 4
 LEAST_PROCESSOR_SECONDS = 3
 WAITING_SECONDS = 60
@@ -31,10 +31,15 @@ QUICK_SHARE = 0.1
 
 OPTIONS = [
     "-DCMAKE_BUILD_TYPE=Release",
-    # A mutant may well leave a variable unused: it is for the tests to notice, not for the warnings.
+    # A mutant may well leave a variable unused: it is for the tests to notice, not for the
+    # warnings.
     *(f"-DCMAKE_{language}_FLAGS_RELEASE=-O1 -w" for language in ("C", "CXX", "OBJC", "OBJCXX")),
     # For quick links. Newer binutils come without it.
-    *(f"-DCMAKE_{kind}_LINKER_FLAGS=-fuse-ld=gold" for kind in ("EXE", "MODULE") if shutil.which("ld.gold")),
+    *(
+        f"-DCMAKE_{kind}_LINKER_FLAGS=-fuse-ld=gold"
+        for kind in ("EXE", "MODULE")
+        if shutil.which("ld.gold")
+    ),
     *(f"-DCMAKE_{language}_COMPILER_LAUNCHER=" for language in ("C", "CXX", "OBJC", "OBJCXX")),
 ]
 
@@ -151,7 +156,8 @@ class Workshop:
         self._commands = {command["file"]: command for command in commands}
 
     def prepare(self, tests, file):
-        """Builds the original, and sees each test program pass: only then a failure means anything."""
+        """Builds the original, and sees each test program pass: only then a failure means
+        anything."""
         self._must(["ninja", "-C", self.build, *tests], "build")
         for test in tests:
             if test not in self._tests:
@@ -173,7 +179,8 @@ class Workshop:
         return quickest_first(seconds), max(LEAST_PROCESSOR_SECONDS, math.ceil(PATIENCE * used))
 
     def try_mutant(self, mutant, tests):
-        """What became of it: "refused" by the compiler, "same code", "caught", "timed out" or "survived".
+        """What became of it: "refused" by the compiler, "same code", "caught", "timed out" or
+        "survived".
 
         The file must be the one that was prepared last.
         """
@@ -192,7 +199,8 @@ class Workshop:
             return "refused"
         if self._code() == self._original_code:
             return "same code"
-        # Most fall at once to one of many quick tests: the slow ones wait until all of these have run.
+        # Most fall at once to one of many quick tests: the slow ones wait until all of these have
+        # run.
         for turn in range(2):
             for test in tests:
                 filters, seconds = self._tests[test]

@@ -6,13 +6,13 @@
 namespace {
 
 bool hasFontTrait(NSAttributedString *text, NSUInteger index, NSFontTraitMask trait) {
-  NSFont *font = [text attribute:NSFontAttributeName atIndex:index effectiveRange:NULL];
+  NSFont *font = [text attribute:NSFontAttributeName atIndex:index effectiveRange:nullptr];
   return font != nil && ([[NSFontManager sharedFontManager] traitsOfFont:font] & trait) != 0;
 }
 
 // 0 where the attribute is missing or is no number.
 int numberAt(NSAttributedString *text, NSString *attribute, NSUInteger index) {
-  id value = [text attribute:attribute atIndex:index effectiveRange:NULL];
+  id value = [text attribute:attribute atIndex:index effectiveRange:nullptr];
   return [value respondsToSelector:@selector(intValue)] ? [value intValue] : 0;
 }
 

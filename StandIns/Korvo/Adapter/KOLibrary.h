@@ -5,12 +5,20 @@
 #include <StandIns/Korvo/Library/Library.h>
 
 #include <chrono>
+#include <memory>
 #include <optional>
+
+namespace platform {
+class RunLoopTimer;
+}
 
 @class KOReference;
 
 @interface KOLibrary : NSObject <KorvoLibrary> {
   std::optional<korvo::library::Library> library_;  // filled by init
+  // Made for the first turn. A pointer: GCC cannot describe an instance variable with a
+  // std::function in it to the run time.
+  std::unique_ptr<platform::RunLoopTimer> endOfTurn_;
   BOOL endsTurn_;
   std::chrono::steady_clock::time_point lastTurn_;
 }

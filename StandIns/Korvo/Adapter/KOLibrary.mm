@@ -3,7 +3,7 @@
 #import "KOReference.h"
 #import "StringConversion.h"
 
-#import <AppKit/AppKit.h>
+#include <Platform/Bus/RunLoopTimer.h>
 
 #include <utility>
 
@@ -21,17 +21,6 @@
   return *library_;
 }
 
-- (korvo::library::Library &)libraryOfThisTurn {
-  if (!endsTurn_) {
-    endsTurn_ = YES;
-    NSArray *modes = [NSArray arrayWithObjects:NSDefaultRunLoopMode, NSModalPanelRunLoopMode,
-                                               NSEventTrackingRunLoopMode, nil];
-    [self performSelector:@selector(turnIsOver) withObject:nil afterDelay:0 inModes:modes];
-  }
-  library_->keepReading();
-  return *library_;
-}
-
 - (void)endTurn {
   library_->stopReading();
 }
@@ -40,6 +29,22 @@
   endsTurn_ = NO;
   lastTurn_ = std::chrono::steady_clock::now();
   [self endTurn];
+}
+
+- (korvo::library::Library &)libraryOfThisTurn {
+  if (endOfTurn_ == nullptr) {
+    endOfTurn_ = std::make_unique<platform::RunLoopTimer>([self] { [self turnIsOver]; });
+  }
+  if (!endOfTurn_->isUsable()) {
+    // Nothing would end the turn: each question reads the file for itself.
+    return *library_;
+  }
+  if (!endsTurn_) {
+    endsTurn_ = YES;
+    endOfTurn_->callAfter(std::chrono::microseconds(0));
+  }
+  library_->keepReading();
+  return *library_;
 }
 
 - (NSTimeInterval)timeSinceLastTurn {

@@ -2,11 +2,14 @@
 
 #include "Effects.h"
 
+#include <Platform/Bus/RunLoopTimer.h>
+
+#include <chrono>
 #include <string>
 
 namespace {
 
-constexpr NSTimeInterval secondsBetweenAttempts = 0.05;
+constexpr auto timeBetweenAttempts = std::chrono::milliseconds(50);
 
 // The run loop, a modal one too, looks at its state only after an event.
 void wakeRunLoop() {
@@ -55,17 +58,17 @@ std::string codeInWords(NSInteger code) {
   wakeRunLoop();
   // Again a moment later, until `run` has returned: neither a run loop nor a dialog that is
   // only just starting can be stopped yet, and who ran a dialog has its turn before the end.
-  [NSObject cancelPreviousPerformRequestsWithTarget:self selector:_cmd object:nil];
-  [self performSelector:_cmd
-             withObject:nil
-             afterDelay:secondsBetweenAttempts
-                inModes:[NSArray arrayWithObjects:NSDefaultRunLoopMode, NSModalPanelRunLoopMode,
-                                                  NSEventTrackingRunLoopMode, nil]];
+  if (nextAttempt_ == nullptr) {
+    nextAttempt_ = std::make_unique<platform::RunLoopTimer>([self] { [self endRun]; });
+  }
+  nextAttempt_->callAfter(timeBetweenAttempts);
 }
 
 - (void)run {
   [super run];
-  [NSObject cancelPreviousPerformRequestsWithTarget:self selector:@selector(endRun) object:nil];
+  if (nextAttempt_ != nullptr) {
+    nextAttempt_->cancel();
+  }
 }
 
 - (void)terminate:(id)sender {

@@ -1,5 +1,5 @@
-// SIGTERM and SIGINT end the program: from the run loop, which closes windows and dialogs, or, where
-// no run loop comes to it within a second, at once.
+// SIGTERM and SIGINT end the program: from the run loop, which closes windows and dialogs, or,
+// where no run loop comes to it within a second, at once.
 //
 // The program runs on one thread, and this one can be busy for long: it reads a library from a pipe
 // that nobody fills, formats ten thousand citations, follows a mouse button that is held down. A

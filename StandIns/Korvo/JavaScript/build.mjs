@@ -10,9 +10,10 @@ if (!directory) {
   process.exit(2);
 }
 
-// What stands in Patches takes the place of parts of citeproc-js; recalling.js and numbering.js list
-// what its printing reads. Another version has to be compared with all of them before it is named
-// here; then EngineTest's long run of edits shows whether they still agree (see EngineEditsTest.cpp).
+// What stands in Patches takes the place of parts of citeproc-js; recalling.js and numbering.js
+// list what its printing reads. Another version has to be compared with all of them before it is
+// named here; then EngineTest's long run of edits shows whether they still agree (see
+// EngineEditsTest.cpp).
 const citeprocKnown = "2.4.63";
 const citeproc = new URL("node_modules/citeproc/package.json", import.meta.url);
 const { version } = JSON.parse(readFileSync(citeproc, "utf8"));

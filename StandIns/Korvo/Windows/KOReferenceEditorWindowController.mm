@@ -47,7 +47,7 @@ NSView *makeControl(FieldForm form, NSRect frame) {
     case FieldForm::names:
       return korvo::windows::makeTextArea(frame, true);
     case FieldForm::kind: {
-      NSPopUpButton *button = korvo::windows::makePopUpButton(frame, nil, NULL);
+      NSPopUpButton *button = korvo::windows::makePopUpButton(frame, nil, nullptr);
       for (const std::string_view kind : korvo::library::referenceKinds()) {
         [button addItemWithTitle:korvo::adapter::stringFromUTF8(kind)];
       }

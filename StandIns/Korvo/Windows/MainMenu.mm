@@ -4,7 +4,7 @@ namespace korvo::windows {
 namespace {
 
 NSMenu *addSubmenu(NSMenu *menu, NSString *title) {
-  NSMenuItem *item = [menu addItemWithTitle:title action:NULL keyEquivalent:@""];
+  NSMenuItem *item = [menu addItemWithTitle:title action:nullptr keyEquivalent:@""];
   NSMenu *submenu = [[[NSMenu alloc] initWithTitle:title] autorelease];
   [menu setSubmenu:submenu forItem:item];
   return submenu;

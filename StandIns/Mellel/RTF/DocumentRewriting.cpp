@@ -5,6 +5,7 @@
 
 #include <Formats/Unicode.h>
 
+#include <ranges>
 #include <utility>
 
 namespace mellel::rtf {
@@ -18,14 +19,12 @@ void remove(std::vector<Edit> &edits, const CharacterSpan &characters) {
 // The group takes the first place; it ends a control word before it by itself. An empty text
 // leaves an empty group, so that what stood apart still stands apart.
 void replace(std::vector<Edit> &edits, const std::vector<CharacterSpan> &spans, std::string group) {
-  bool isFirst = true;
-  for (const CharacterSpan &characters : spans) {
-    if (isFirst) {
-      edits.push_back({characters.span, std::move(group)});
-    } else {
-      remove(edits, characters);
-    }
-    isFirst = false;
+  if (spans.empty()) {
+    return;
+  }
+  edits.push_back({spans.front().span, std::move(group)});
+  for (const CharacterSpan &characters : spans | std::views::drop(1)) {
+    remove(edits, characters);
   }
 }
 

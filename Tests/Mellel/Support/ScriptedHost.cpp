@@ -98,7 +98,8 @@ std::string goodResolution(std::uint32_t documentID) {
 std::string goodScanReply(std::uint32_t documentID) {
   return "\0\0"s + bytesOf(documentID) + "\0\0\0\0"s + "\0\0\xFF\0"s + "Styl\xC3\xA9\0"s +
          bytesOf(3) +
-         "({\\i Sm} {\\b\\super 2}\\uc0\\u8211 \\u-3913 {\\ul\\sub 3} \\'7b x\\'7d , \xC3\xA9\\\ny)\0"s
+         "({\\i Sm} {\\b\\super 2}\\uc0\\u8211 "
+         "\\u-3913 {\\ul\\sub 3} \\'7b x\\'7d , \xC3\xA9\\\ny)\0"s
          "\\'7b Nobody\\'7d \0"s
          "\0"s
          "{\\rtf1\\ansi{\\fonttbl\\f0\\fnil Sans;}\\f0\\fs24\\pard\\li720\\fi-720 "

@@ -1,14 +1,15 @@
 // The numbers of works within remembered texts.
 //
 // Where a style numbers works by their first mention, one citation more moves the numbers of all
-// works after it, and mostly nothing else: "[12], [14]" becomes "[13], [15]". So a text is remembered
-// with holes in place of its works' numbers, characters that no text can hold otherwise (see
-// cleanText and cleanXml), as many as the number has digits; the numbers of the day are filled in.
+// works after it, and mostly nothing else: "[12], [14]" becomes "[13], [15]". So a text is
+// remembered with holes in place of its works' numbers, characters that no text can hold otherwise
+// (see cleanText and cleanXml), as many as the number has digits; the numbers of the day are filled
+// in.
 //
 // That is right as long as the text depends on the numbers by nothing else. What citeproc-js looks
 // at is whether numbers side by side follow each other ("12-14"); shapeOf() and Holes.fit() tell
-// whether they do so as they did. Numbers may be printed in another manner than as digits (ordinals,
-// letters): then there are no holes, and `areComplete` is false.
+// whether they do so as they did. Numbers may be printed in another manner than as digits
+// (ordinals, letters): then there are no holes, and `areComplete` is false.
 import CSL from "citeproc";
 
 const firstHole = 0x80;
@@ -84,7 +85,8 @@ export function printWithHoles(engine, holes, print) {
   }
 }
 
-// Those that whoever prints a number has to tell about it (see Patches/numbers.js); undefined: none.
+// Those that whoever prints a number has to tell about it (see Patches/numbers.js); undefined:
+// none.
 export const holesUnderWay = (engine) => underWay.get(engine);
 
 const holesInText = /([\u0080-\u009f])\1*/g;

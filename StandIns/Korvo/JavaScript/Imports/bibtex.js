@@ -59,7 +59,9 @@ function spellOut(entry, defined, problems) {
       text = `${text.slice(0, start)}{${name}}${text.slice(end)}`;
       problems.push({
         line: entry.line,
-        reason: `${entry.key}: the abbreviation "${name}" is not defined; its name is taken as the text`,
+        reason:
+          `${entry.key}: the abbreviation "${name}" is not defined; ` +
+          "its name is taken as the text",
       });
     }
   }
@@ -72,7 +74,10 @@ function describe(entry, reason) {
 
 // citation-js counts places within the text it was given, not within the file.
 function withoutPlace(reason) {
-  return `cannot be read: ${reason.replace(/^.*?(?:Syntax error|invalid syntax)[^:]*:\s*/i, "").replace(/ at line \d+ col(?:umn)? \d+:?/i, "")}`;
+  const what = reason
+    .replace(/^.*?(?:Syntax error|invalid syntax)[^:]*:\s*/i, "")
+    .replace(/ at line \d+ col(?:umn)? \d+:?/i, "");
+  return `cannot be read: ${what}`;
 }
 
 function convert(entries) {
@@ -99,7 +104,9 @@ function withoutLadders(definitions, problems) {
     const used = usedAbbreviations(entry).map((use) => lengths.get(use.name.toLowerCase()) ?? 0);
     const length = used.reduce((sum, part) => sum + part, entry.text.length);
     if (length > longestAbbreviation) {
-      const reason = `the abbreviation "${name}" stands for more than ${longestAbbreviation} characters, and is left out`;
+      const reason =
+        `the abbreviation "${name}" stands for more than ${longestAbbreviation} characters, ` +
+        "and is left out";
       problems.push({ line: entry.line, reason });
       return false;
     }

@@ -62,7 +62,8 @@ function withoutRepetitions(references, problems) {
       : "both are kept, and citing this key finds both";
     problems.push({
       line: reference.line,
-      reason: `${reference.key}: the citation key stands already in line ${first.line}; ${consequence}`,
+      reason:
+        `${reference.key}: the citation key stands already in line ${first.line}; ` + consequence,
     });
     return !repeated;
   });

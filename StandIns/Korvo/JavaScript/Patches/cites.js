@@ -32,8 +32,8 @@ function printsMoreThanAffixes(level, cite) {
 }
 
 // Some styles print a year once for neighbouring cites of one author: "Smith 2001, p. 45" for two
-// cites of which the second has no page. `before` are the years of the cite before. The author's own
-// words are not to stand around nothing.
+// cites of which the second has no page. `before` are the years of the cite before. The author's
+// own words are not to stand around nothing.
 function repeatsYear({ tmp }, cite, before) {
   const { length } = tmp.years_used;
   const isKnown = length > 0 && before.length >= length && !cite.prefix && !cite.suffix;

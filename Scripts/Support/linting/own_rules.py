@@ -1,0 +1,44 @@
+"""Rules that no tool has: about the text of a line, whatever the language."""
+
+import re
+
+from .project import Finding
+
+COLUMNS = 100
+
+# GNUstep makes a timer for each mode and gives back one of them.
+LEAKING_TIMER = re.compile(r"performSelector:.*?afterDelay:.*?inModes:", re.DOTALL)
+
+
+def long_lines(project):
+    """Comments and strings as well, which no formatter breaks."""
+    paths = project.cpp + project.javascript + project.python + project.shell + project.cmake
+    for path in sorted(paths):
+        for number, line in enumerate(project.read(path).split("\n"), 1):
+            if len(line) > COLUMNS:
+                reason = f"{len(line)} columns; at most {COLUMNS} stay readable side by side"
+                yield Finding(path, number, reason, "columns")
+
+
+def without_comments(source):
+    """The source with blanks in place of // comments; every line keeps its number."""
+    return re.sub(r"//[^\n]*", "", source)
+
+
+def leaking_timers(project):
+    for path in project.ending(".mm", ".m", ".h"):
+        source = without_comments(project.read(path))
+        for statement in re.finditer(r"[^;{}]+", source):
+            found = LEAKING_TIMER.search(statement[0])
+            if found:
+                line = source.count("\n", 0, statement.start() + found.start()) + 1
+                reason = (
+                    "performSelector:…afterDelay:inModes: leaks timers in GNUstep; "
+                    "use Platform/Bus/RunLoopTimer.h"
+                )
+                yield Finding(path, line, reason, "leaking-timer")
+
+
+def findings(project):
+    yield from long_lines(project)
+    yield from leaking_timers(project)
