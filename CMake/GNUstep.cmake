@@ -29,6 +29,11 @@ foreach(flag IN LISTS gnustep_objc_flags)
   endif()
 endforeach()
 
+# Debian 13's names /usr/include as well. Named among the system headers it would stand before C++'s
+# own, which look for C's behind themselves.
+list(REMOVE_ITEM gnustep_include_directories
+  /usr/include ${CMAKE_CXX_IMPLICIT_INCLUDE_DIRECTORIES})
+
 foreach(kind IN ITEMS Foundation AppKit)
   add_library(Cocoa::${kind} INTERFACE IMPORTED)
   target_include_directories(Cocoa::${kind} SYSTEM INTERFACE ${gnustep_include_directories})

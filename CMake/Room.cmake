@@ -4,8 +4,8 @@
 # cannot include from it, so the build itself refuses a wrong dependency.
 #
 # room_headers(TARGET [PUBLIC HEADER…]) exports the headers named, or all of the folder. Where some
-# are named, the others are the room's inside: its own sources include them by "Name.h", and a
-# target TARGETInside reaches all of them, for the tests of the inside only.
+# are named, the others are the room's inside. TARGETInside reaches them all: it is for the room's
+# own sources and for the tests of the inside, and links nothing by itself.
 function(room_headers target)
   cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "PUBLIC")
   get_target_property(type ${target} TYPE)
@@ -23,7 +23,7 @@ function(room_headers target)
   target_include_directories(${target} ${visibility} ${CMAKE_BINARY_DIR}/rooms/${target}/public)
   add_library(${target}Inside INTERFACE)
   target_include_directories(${target}Inside INTERFACE ${everything})
-  target_link_libraries(${target}Inside INTERFACE ${target})
+  target_link_libraries(${target} PRIVATE ${target}Inside)
 endfunction()
 
 # Makes the directory of links: to the headers named, or to the whole folder.

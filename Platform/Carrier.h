@@ -1,5 +1,5 @@
 // The seam between Apple Events and what carries them. In a running program that is the session
-// bus; a test puts a carrier of its own in its place (see Testing/RecordingCarrier.h).
+// bus; a test puts a carrier of its own in its place (see Tests/Support).
 #pragma once
 
 #include "AppleEventMessage.h"

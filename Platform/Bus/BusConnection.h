@@ -8,8 +8,8 @@
 
 #include "BusHandles.h"
 #include "NameOwners.h"
-#include "RunLoop.h"
-#include "RunLoopTimer.h"
+#include <Platform/RunLoop.h>
+#include <Platform/RunLoopTimer.h>
 
 #include <ApplicationServices/MacTypes.h>
 

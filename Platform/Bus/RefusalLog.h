@@ -5,7 +5,7 @@
 // each would fill the disk and take longer than the refusing.
 #pragma once
 
-#include "RunLoopTimer.h"
+#include <Platform/RunLoopTimer.h>
 
 #include <ApplicationServices/MacTypes.h>
 

@@ -1,6 +1,6 @@
 #include "RunLoopTurn.h"
 
-#include <Platform/Bus/RunLoop.h>
+#include <Platform/RunLoop.h>
 
 #include <poll.h>
 

@@ -1,6 +1,6 @@
 #import "AdapterFixture.h"
 
-#include <Platform/Bus/RunLoopTimer.h>
+#include <Platform/RunLoopTimer.h>
 #import <StandIns/Korvo/Adapter/StringConversion.h>
 #import <StandIns/Korvo/Application/KOApplication.h>
 #import <StandIns/Korvo/Application/KOApplicationController.h>

@@ -1,7 +1,7 @@
 // The run loop and the handlers of processes without Cocoa. That whole processes talk to each other
 // over them is shown by the tests of the word processor.
-#include <Platform/Bus/RunLoop.h>
-#include <Platform/Bus/RunLoopTimer.h>
+#include <Platform/RunLoop.h>
+#include <Platform/RunLoopTimer.h>
 #include <Platform/EventDispatch.h>
 #include <Platform/WithoutCocoa/EventHandlers.h>
 #include <Platform/WithoutCocoa/RunLoopTurn.h>

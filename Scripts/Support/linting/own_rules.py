@@ -34,7 +34,7 @@ def leaking_timers(project):
                 line = source.count("\n", 0, statement.start() + found.start()) + 1
                 reason = (
                     "performSelector:…afterDelay:inModes: leaks timers in GNUstep; "
-                    "use Platform/Bus/RunLoopTimer.h"
+                    "use Platform/RunLoopTimer.h"
                 )
                 yield Finding(path, line, reason, "leaking-timer")
 

@@ -3,7 +3,7 @@
 #import "KOReference.h"
 #import "StringConversion.h"
 
-#include <Platform/Bus/RunLoopTimer.h>
+#include <Platform/RunLoopTimer.h>
 
 #include <utility>
 

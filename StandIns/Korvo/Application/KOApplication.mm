@@ -2,7 +2,7 @@
 
 #include "Effects.h"
 
-#include <Platform/Bus/RunLoopTimer.h>
+#include <Platform/RunLoopTimer.h>
 
 #include <chrono>
 #include <string>

@@ -2,7 +2,7 @@
 
 #include "Report.h"
 
-#include <Platform/Bus/RunLoop.h>
+#include <Platform/RunLoop.h>
 #include <StandIns/Mellel/Conversation/Host.h>
 #include <StandIns/Mellel/Conversation/RunLoop.h>
 #include <StandIns/Mellel/Conversation/ScanRequests.h>
