@@ -8,6 +8,7 @@
 
 #include "BusHandles.h"
 #include "NameOwners.h"
+
 #include <Platform/RunLoop.h>
 #include <Platform/RunLoopTimer.h>
 

@@ -1,8 +1,8 @@
 // The run loop and the handlers of processes without Cocoa. That whole processes talk to each other
 // over them is shown by the tests of the word processor.
+#include <Platform/EventDispatch.h>
 #include <Platform/RunLoop.h>
 #include <Platform/RunLoopTimer.h>
-#include <Platform/EventDispatch.h>
 #include <Platform/WithoutCocoa/EventHandlers.h>
 #include <Platform/WithoutCocoa/RunLoopTurn.h>
 

@@ -170,7 +170,7 @@ std::string unexpectedCall(const Outcome &outcome, std::initializer_list<std::st
 std::string cancelPayload(std::uint32_t documentID) {
   std::string payload(6, '\0');
   for (int index = 0; index < 4; ++index) {
-    payload[static_cast<std::size_t>(2 + index)] =
+    payload[2 + static_cast<std::size_t>(index)] =
         static_cast<char>(documentID >> (24 - 8 * index));
   }
   return payload;
