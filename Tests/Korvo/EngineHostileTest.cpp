@@ -174,5 +174,6 @@ TEST(EngineHostile, ManyCitesInOneGroupAreFormatted) {
         id + "\"}]}";
     group.push_back(cite(id));
   }
-  EXPECT_EQ(printOne("ieee", group, items).substr(0, 8), "[1]–[3");
+  // Vancouver collapses neighbours in every edition that is installed.
+  EXPECT_EQ(printOne("vancouver", group, items), "(1–300)");
 }
