@@ -1,9 +1,11 @@
 """The project built for macOS on Linux, and sources of the plug-in's kind built beside it."""
 
 import json
+import os
 import re
 import shlex
 import subprocess
+import tempfile
 from pathlib import Path
 
 import sdk
@@ -23,14 +25,17 @@ def oldest_system():
 
 
 def run(command, directory=PROJECT):
-    done = subprocess.run(
-        command,
-        cwd=directory,
-        text=True,
-        stdin=subprocess.DEVNULL,
-        stdout=subprocess.PIPE,
-        stderr=subprocess.STDOUT,
-    )
+    # clang makes a folder for temporary files of each processor's, and leaves it behind empty.
+    with tempfile.TemporaryDirectory() as scratch:
+        done = subprocess.run(
+            command,
+            cwd=directory,
+            env={**os.environ, "TMPDIR": scratch},
+            text=True,
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.PIPE,
+            stderr=subprocess.STDOUT,
+        )
     if done.returncode != 0:
         libraries = symbols.read_list(symbols.LIST.read_text())
         raise Refused(
