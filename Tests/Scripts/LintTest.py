@@ -135,6 +135,10 @@ class OwnRules(LintTest):
         paths = ("Long.cpp", "Room/CMakeLists.txt", "long.js", "long.py", "long.sh")
         self.assertEqual(self.own(), [(path, 2, "columns") for path in paths])
 
+    def test_no_two_changes_meet_undecided(self):
+        self.write("page.md", "One\n" + "<" * 7 + " HEAD\nTwo\n" + ">" * 7 + " other\n")
+        self.assertEqual(self.own(), [("page.md", 2, "conflict"), ("page.md", 4, "conflict")])
+
     def test_no_timer_that_leaks(self):
         self.write(
             "Bad.mm",

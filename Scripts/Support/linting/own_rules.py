@@ -39,6 +39,20 @@ def leaking_timers(project):
                 yield Finding(path, line, reason, "leaking-timer")
 
 
+# The markers that git leaves where two changes meet, spelt so that this line is none.
+CONFLICT = re.compile(r"^(?:<{7}|>{7}) ")
+
+
+def conflicts(project):
+    """In prose too: no compiler reads it."""
+    prose = project.ending(".md", ".txt", ".json", ".plist", ".xib", ".strings")
+    for path in sorted(set(prose + project.cpp + project.python + project.shell + project.cmake)):
+        for number, line in enumerate(project.read(path).split("\n"), 1):
+            if CONFLICT.match(line):
+                yield Finding(path, number, "two changes meet here, undecided", "conflict")
+
+
 def findings(project):
+    yield from conflicts(project)
     yield from long_lines(project)
     yield from leaking_timers(project)
