@@ -1,6 +1,8 @@
 # What is particular to a build for Linux. Darwin.cmake defines the same names.
 
 include(GNUstep)
+# Whose Cocoa it is, as sources for one of them are named.
+set(cocoa GNUstep)
 find_package(GTest REQUIRED)
 
 # The rooms that are built beside the product.

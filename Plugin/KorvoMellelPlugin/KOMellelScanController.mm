@@ -1,6 +1,7 @@
 #import "KOMellelScanController.h"
 
 #import "HostArray.h"
+#import "WindowOfNib.h"
 
 extern "C" {
 const int32_t KOMellelScanWaitingForUser = -1;
@@ -25,12 +26,13 @@ NSString *const KOMellelScanLastStylePrefKey = @"Last Style Used For Mellel Scan
 + (KOMellelScanController *)openMellelScanControllerWithAdapter:
     (id<KorvoWordProcessorIntegrationAdapter>)hostAdapter {
   KOMellelScanController *controller = [[[self alloc] initWithAdapter:hostAdapter] autorelease];
-// Deprecated on macOS since 10.8, and there all the same. What came after it is not in GNUstep, and
-// has other rules for who owns the window.
+// Deprecated on macOS since 10.8, and there all the same. What came after it is not in GNUstep
+// 0.29.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
   [NSBundle loadNibNamed:@"MellelScanDialog" owner:controller];
 #pragma GCC diagnostic pop
+  leaveWindowOfNibTo(controller);
   return controller;
 }
 

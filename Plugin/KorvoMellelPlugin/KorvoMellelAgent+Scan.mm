@@ -68,6 +68,7 @@ BOOL dialogIsOpen = NO;
                                       inStyle:(id<KorvoBibStyle>)style
                                            as:(const ReplyNames &)names;
 - (id<KorvoBibStyle>)styleChosenInDialog;
+- (void)showDialog:(NSWindow *)window;
 - (int32_t)actionChosenInWindow:(NSWindow *)window of:(KOMellelScanController *)controller;
 - (NSData *)bibliographyForCitations:(NSArray *)citations inStyle:(id<KorvoBibStyle>)style;
 - (ScanReplyContent)contentForCitations:(NSArray *)citations inStyle:(id<KorvoBibStyle>)style;
@@ -398,15 +399,25 @@ BOOL dialogIsOpen = NO;
   return style != nil ? style : [adapter defaultStyle];
 }
 
+// Running a window modally would show it, too, but not always where the user looks and types.
+- (void)showDialog:(NSWindow *)window {
+  // Only a window that is not visible yet is centred by its modal session.
+  [window center];
+  // GNUstep's newer releases give the keyboard only to a visible window when they run it modally.
+  [window makeKeyAndOrderFront:self];
+  // Since macOS 14 the host's activation is a request, which may be refused. As long as Mellel is
+  // the active application, a window of ours comes in front of its windows only in this manner,
+  // which is meant for applications that work together.
+  [window orderFrontRegardless];
+}
+
 - (int32_t)actionChosenInWindow:(NSWindow *)window of:(KOMellelScanController *)controller {
   if (window == nil) {
     NSLog(@"KorvoMellelAgent.handleFinalScanEvent: The scan dialog could not be loaded");
     return KOMellelScanNoAction;
   }
   const AtEndOfScope closing([window] { [window close]; });
-  // GNUstep's newer releases give the keyboard to a window that they run modally only if it is
-  // visible.
-  [window makeKeyAndOrderFront:self];
+  [self showDialog:window];
   [NSApp runModalForWindow:window];
   return [controller chosenAction];
 }

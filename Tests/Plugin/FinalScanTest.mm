@@ -5,6 +5,8 @@
 #include <Formats/ScanReply.h>
 #include <Formats/ScanRequest.h>
 
+#include <span>
+
 namespace plugin_test {
 namespace {
 
@@ -155,13 +157,18 @@ TEST_F(FinalScan, GroupsWithoutCitationsKeepTheirPlaces) {
 TEST_F(FinalScan, EmptyStyleNameOpensTheDialog) {
   const ScriptedDialog dialog(generateCopy, style_);
   deliver("SCNQ", request("", {{"a", ""}}));
-  const std::vector<std::string> expected = {"isHidden",        "activateIgnoringOtherApps YES",
-                                             "openDialog",      "makeKeyAndOrderFront",
-                                             "runModal",        "chosenAction",
-                                             "close",           "deactivate",
+  const std::vector<std::string> expected = {"isHidden",
+                                             "activateIgnoringOtherApps YES",
+                                             "openDialog",
+                                             "center",
+                                             "makeKeyAndOrderFront",
+                                             "orderFrontRegardless",
+                                             "runModal",
+                                             "chosenAction",
+                                             "close",
+                                             "deactivate",
                                              "selectedBibStyle"};
-  EXPECT_THAT(std::vector<std::string>(calls().begin(), calls().begin() + 9),
-              testing::ElementsAreArray(expected));
+  EXPECT_THAT(std::span(calls()).first(expected.size()), testing::ElementsAreArray(expected));
   EXPECT_THAT(groupsSent(), ElementsAre("(a)"));
 }
 
@@ -181,6 +188,19 @@ TEST_F(FinalScan, HiddenHostIsShownForTheDialogAndHiddenAgain) {
       callsOf({"isHidden", "hide", "unhide", "activateIgnoring", "deactivate", "makeKey",
                "runModal", "close"}),
       ElementsAre("isHidden", "unhide", "makeKeyAndOrderFront", "runModal", "close", "hide"));
+}
+
+// macOS may refuse to make the host the active application. The dialog would then stay behind the
+// windows of Mellel, and the user wait for nothing.
+TEST_F(FinalScan, DialogComesToTheFrontEvenIfTheHostDoesNot) {
+  for (const BOOL hidden : {NO, YES}) {
+    calls().clear();
+    application_->hidden = hidden;
+    const ScriptedDialog dialog(generateCopy, style_);
+    deliver("SCNQ", request("", {}));
+    EXPECT_THAT(callsOf({"orderFrontRegardless", "runModal"}),
+                ElementsAre("orderFrontRegardless", "runModal"));
+  }
 }
 
 TEST_F(FinalScan, StuckWindowsAreFreedAfterTheDialogClosedAndBeforeTheHostStepsBack) {

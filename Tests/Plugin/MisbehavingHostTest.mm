@@ -166,13 +166,15 @@ TEST_F(MisbehavingHost, ADialogThatFailsIsClosedAndTheHostGoesBackToWhereItWas) 
   duringModalLoop() = [] { [NSException raise:@"HostFailure" format:@"while the dialog runs"]; };
   const Outcome outcome = deliver(request);
   EXPECT_EQ(faultInForm(request.eventID, request.payload, outcome, true), "");
-  EXPECT_THAT(outcome.calls, testing::ElementsAre("isHidden", "activateIgnoringOtherApps YES",
-                                                  "openDialog", "makeKeyAndOrderFront", "runModal",
-                                                  "close", "deactivate", "send Rmcr", "activate"));
+  EXPECT_THAT(outcome.calls,
+              testing::ElementsAre("isHidden", "activateIgnoringOtherApps YES", "openDialog",
+                                   "center", "makeKeyAndOrderFront", "orderFrontRegardless",
+                                   "runModal", "close", "deactivate", "send Rmcr", "activate"));
   application_->hidden = YES;
   EXPECT_THAT(deliver(request).calls,
-              testing::ElementsAre("isHidden", "unhide", "openDialog", "makeKeyAndOrderFront",
-                                   "runModal", "close", "hide", "send Rmcr", "activate"));
+              testing::ElementsAre("isHidden", "unhide", "openDialog", "center",
+                                   "makeKeyAndOrderFront", "orderFrontRegardless", "runModal",
+                                   "close", "hide", "send Rmcr", "activate"));
   application_->hidden = NO;
   duringModalLoop() = {};
   EXPECT_EQ(deliver(request), golden);

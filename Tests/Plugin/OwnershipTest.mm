@@ -2,19 +2,11 @@
 // and nothing goes while it is still needed.
 
 #import "Support/AgentTest.h"
+#import "Support/ScanControllerInside.h"
 
 #include <Formats/ScanRequest.h>
 #include <Platform/CatchObjectiveCException.h>
 #include <Tests/Support/LiveBytes.h>
-
-@interface KOMellelScanController : NSWindowController
-- (id)initWithAdapter:(id)adapter;
-- (void)formatSelectionChanged:(id)sender;
-- (void)setAdapter:(id)adapter;
-- (void)setFormatSelectorPopUpButton:(id)popUpButton;
-- (void)setGenerateCopyWithBibInStyleButton:(id)button;
-- (id)selectedBibStyle;
-@end
 
 // A menu that holds one title, and is its own item.
 @interface OneTitle : NSObject {

@@ -2,13 +2,7 @@
 // do with a choice, and how it is laid out.
 
 #import "Support/AgentTest.h"
-
-#import <KOMellelScanController.h>
-
-@interface KOMellelScanController (Outlets)
-- (void)setFormatSelectorPopUpButton:(id)popUpButton;
-- (void)setGenerateCopyWithBibInStyleButton:(id)button;
-@end
+#import "Support/ScanControllerInside.h"
 
 // A menu in which one title is selected. It is its own item.
 @interface MenuOfOneTitle : NSObject {

@@ -3,10 +3,8 @@
 // The program runs on a desktop of its own (see its main function), where no window manager draws
 // title bars: GNUstep draws them itself.
 
-#include "Support/LogCapture.h"
-#import "Support/RecordingHost.h"
+#import "Support/DialogTest.h"
 #import "Support/ScriptedUser.h"
-#include "Support/Text.h"
 
 #include <Formats/ScanReply.h>
 #include <Formats/ScanRequest.h>
@@ -39,78 +37,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-NSString *const lastStyleKey = @"Last Style Used For Mellel Scan";
-
-class ScanDialog : public testing::Test {
- protected:
-  static void SetUpTestSuite() {
-    NSAutoreleasePool *pool = [[NSAutoreleasePool alloc] init];
-    NSDictionary *ownDecorations =
-        [NSDictionary dictionaryWithObject:@"NO" forKey:@"GSBackHandlesWindowDecorations"];
-    [[NSUserDefaults standardUserDefaults] registerDefaults:ownDecorations];
-    [NSApplication sharedApplication];
-    [NSApp finishLaunching];
-    NSBundle *bundle = [NSBundle bundleWithPath:[NSString stringWithUTF8String:PLUGIN_BUNDLE]];
-    [[bundle principalClass] class];
-    [pool drain];
-  }
-
-  void SetUp() override {
-    pool_ = [[NSAutoreleasePool alloc] init];
-    host_ = [[RecordingHost alloc] init];
-    hostScript() = {};
-    setLastStyle(nil);
-    log_.emplace();
-    test_support::calls().clear();
-  }
-
-  void TearDown() override {
-    log_.reset();
-    [window() close];
-    [pool_ drain];
-    [host_ release];
-  }
-
-  // The host's favourites, all of which it knows.
-  void offer(std::initializer_list<const char *> styleNames) {
-    NSMutableArray *favorites = [NSMutableArray array];
-    for (const char *name : styleNames) {
-      [host_ addStyle:name];
-      [favorites addObject:ns(name)];
-    }
-    host_->favorites = favorites;
-  }
-
-  void open() {
-    controller_ =
-        [NSClassFromString(@"KOMellelScanController") openMellelScanControllerWithAdapter:host_];
-  }
-
-  static void setLastStyle(NSString *name) {
-    if (name == nil) {
-      [[NSUserDefaults standardUserDefaults] removeObjectForKey:lastStyleKey];
-    } else {
-      [[NSUserDefaults standardUserDefaults] setObject:name forKey:lastStyleKey];
-    }
-  }
-  static std::string lastStyle() {
-    return str([[NSUserDefaults standardUserDefaults] stringForKey:lastStyleKey]);
-  }
-
-  NSWindow *window() { return [controller_ window]; }
-  NSPopUpButton *menu() { return [controller_ valueForKey:@"formatSelectorPopUpButton"]; }
-  NSButton *button() { return [controller_ valueForKey:@"generateCopyWithBibInStyleButton"]; }
-  std::string selectedTitle() { return str([menu() titleOfSelectedItem]); }
-  std::string selectedStyle() {
-    RecordingStyle *style = (RecordingStyle *)[controller_ selectedBibStyle];
-    return style == nil ? "(nil)" : style->styleName;
-  }
-
-  NSAutoreleasePool *pool_ = nil;
-  RecordingHost *host_ = nil;
-  KOMellelScanController *controller_ = nil;
-  std::optional<LogCapture> log_;
-};
+class ScanDialog : public DialogTest {};
 
 TEST_F(ScanDialog, FavoritesStandInTheMenuInTheHostsOrder) {
   offer({"Vancouver", "APA", "IEEE"});
@@ -147,8 +74,7 @@ TEST_F(ScanDialog, StoredStyleThatIsNoFavoriteAnyMoreGivesWayToTheFirst) {
 
 TEST_F(ScanDialog, StoredValueThatIsNoStringIsNoStyle) {
   offer({"APA"});
-  [[NSUserDefaults standardUserDefaults] setObject:[NSArray arrayWithObject:@"x"]
-                                            forKey:lastStyleKey];
+  setLastStyle([NSArray arrayWithObject:@"x"]);
   open();
   EXPECT_EQ(selectedTitle(), "APA");
   EXPECT_EQ(lastStyle(), "APA");
@@ -317,19 +243,6 @@ TEST_F(ScanDialog, NoTextIsCutOffAndNothingOverlaps) {
       EXPECT_FALSE(NSIntersectsRect([view frame], [[views objectAtIndex:other] frame]));
     }
   }
-}
-
-TEST_F(ScanDialog, ClosedDialogsLeaveNoWindowsBehind) {
-  offer({"APA"});
-  const NSUInteger before = [[NSApp windows] count];
-  for (int turn = 0; turn < 20; ++turn) {
-    NSAutoreleasePool *pool = [[NSAutoreleasePool alloc] init];
-    open();
-    [window() close];
-    controller_ = nil;
-    [pool drain];
-  }
-  EXPECT_LE([[NSApp windows] count], before + 1);
 }
 
 // AppKit's beep, counted: the drawing context's table of functions is exchanged for a copy.

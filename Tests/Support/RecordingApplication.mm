@@ -31,6 +31,12 @@ std::function<void()> &duringModalLoop() {
   logCall("setLevel " + std::to_string(level));
   windowLevel = level;
 }
+- (void)center {
+  logCall("center");
+}
+- (void)orderFrontRegardless {
+  logCall("orderFrontRegardless");
+}
 - (void)makeKeyAndOrderFront:(id)__attribute__((unused)) sender {
   logCall("makeKeyAndOrderFront");
 }

@@ -7,6 +7,7 @@
 #include "LogCapture.h"
 #import "RecordingAssertionHandler.h"
 #import "RecordingHost.h"
+#import "ReplacedMethod.h"
 #include "Text.h"
 
 #include <Tests/Support/CallLog.h>
@@ -30,26 +31,6 @@ struct StartUp {
   std::vector<platform::OutgoingEvent> sent;
 };
 const StartUp &startUp();
-
-template <typename Function>
-IMP asMethod(Function *function) {
-  return reinterpret_cast<IMP>(reinterpret_cast<void (*)()>(function));
-}
-
-// Replaces a method of the plug-in for the length of a scope.
-class ReplacedMethod {
- public:
-  ReplacedMethod(Class of, SEL selector, IMP replacement)
-      : method_(class_getInstanceMethod(of, selector)),
-        original_(method_setImplementation(method_, replacement)) {}
-  ~ReplacedMethod() { method_setImplementation(method_, original_); }
-  ReplacedMethod(const ReplacedMethod &) = delete;
-  ReplacedMethod &operator=(const ReplacedMethod &) = delete;
-
- private:
-  Method method_;
-  IMP original_;
-};
 
 // Releases the object; whether it has come to its end and told its superclass.
 bool endsWithItsRelease(id object);

@@ -1,44 +1,15 @@
 #import "ScriptedUser.h"
 
+#import "InModalLoop.h"
+
 #include <chrono>
 #include <sstream>
 #include <vector>
 
-// Ends a modal loop that nothing else ended. Stopping alone does not wake the loop: it takes an
-// event, and one more turn of the run loop to look for it.
-@interface ModalLoopGuard : NSObject
-- (void)endModalLoop:(NSTimer *)timer;
-- (void)turn:(NSTimer *)timer;
-@end
-
-@implementation ModalLoopGuard
-- (void)endModalLoop:(NSTimer *)__attribute__((unused)) timer {
-  [NSApp stopModalWithCode:plugin_test::ScriptedUser::nobodyEndedIt];
-  [NSApp postEvent:[NSEvent otherEventWithType:NSApplicationDefined
-                                      location:NSZeroPoint
-                                 modifierFlags:0
-                                     timestamp:0
-                                  windowNumber:0
-                                       context:nil
-                                       subtype:0
-                                         data1:0
-                                         data2:0]
-           atStart:NO];
-  [[NSRunLoop currentRunLoop] addTimer:[NSTimer timerWithTimeInterval:0
-                                                               target:self
-                                                             selector:@selector(turn:)
-                                                             userInfo:nil
-                                                              repeats:NO]
-                               forMode:NSModalPanelRunLoopMode];
-}
-- (void)turn:(NSTimer *)__attribute__((unused)) timer {
-}
-@end
-
 namespace plugin_test {
 namespace {
 
-constexpr NSTimeInterval longestSession = 4;
+constexpr double longestSession = 4;
 constexpr std::chrono::seconds longestUser{5};
 
 }  // namespace
@@ -98,19 +69,11 @@ void ScriptedUser::start() {
 }
 
 NSInteger ScriptedUser::runModal(NSWindow *window) {
-  ModalLoopGuard *guard = [[[ModalLoopGuard alloc] init] autorelease];
-  NSTimer *timer = [NSTimer timerWithTimeInterval:longestSession
-                                           target:guard
-                                         selector:@selector(endModalLoop:)
-                                         userInfo:nil
-                                          repeats:NO];
-  [[NSRunLoop currentRunLoop] addTimer:timer forMode:NSModalPanelRunLoopMode];
+  const InModalLoop guard(longestSession, [] { [NSApp stopModalWithCode:nobodyEndedIt]; });
   // As the agent does.
   [window makeKeyAndOrderFront:nil];
   start();
-  const NSInteger code = [NSApp runModalForWindow:window];
-  [timer invalidate];
-  return code;
+  return [NSApp runModalForWindow:window];
 }
 
 }  // namespace plugin_test

@@ -20,8 +20,9 @@ APPKIT_EXTERN void NSBeep(void);
 - (void)unhide:(nullable id)sender;
 - (void)deactivate;
 - (void)activate MACOS_SINCE(14.0);
-// Advised against in words since macOS 14, and by no version yet.
-- (void)activateIgnoringOtherApps:(BOOL)ignoreOtherApps;
+// Since macOS 14 no more than a request.
+- (void)activateIgnoringOtherApps:(BOOL)ignoreOtherApps
+    MACOS_DEPRECATED(10.0, 27.0, "use activate");
 - (void)run;
 - (NSModalResponse)runModalForWindow:(NSWindow *)window;
 - (void)stopModal;
