@@ -149,9 +149,13 @@ class OwnRules(LintTest):
             "             withObject:nil\n"
             "             afterDelay:0\n"
             "                inModes:modes];\n"
+            "  [loop addTimer:timer forMode:mode];\n"
             "}\n",
         )
-        self.assertEqual(self.own(), [("Bad.mm", 4, "leaking-timer")])
+        self.write("Tests/Good.mm", "void f() {\n  [loop addTimer:timer forMode:mode];\n}\n")
+        self.assertEqual(
+            self.own(), [("Bad.mm", 4, "leaking-timer"), ("Bad.mm", 8, "leaking-timer")]
+        )
 
 
 class Shell(LintTest):
