@@ -142,7 +142,7 @@ int main(int count, char **arguments) {
   std::vector<Awaited> awaited(amount);
   for (std::uint32_t index = 0; index < amount; ++index) {
     awaited[index].flood = &flood;
-    awaited[index].expected = citationText(numberOf(sender, index));
+    awaited[index].expected = citationText(Asked::echo, numberOf(sender, index));
     send(opened, awaited[index], bytes);
   }
   std::uint64_t unsent = 0;

@@ -1,8 +1,11 @@
 // The numbers by which every event of every sender is known, and what is sent under each.
 #pragma once
 
+#include "LoadEvents.h"
+
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace load_test {
 
@@ -28,6 +31,20 @@ inline Kind kindOf(std::uint32_t number) {
   }
 }
 
-inline std::string citationText(std::uint32_t number) { return "Number " + std::to_string(number); }
+// Who is asked: a host that makes "(X)" of X, or the real one with the example library. Either
+// shows in its answer which request it is to.
+enum class Asked { echo, korvo };
+
+inline const char *styleOf(Asked host) { return host == Asked::echo ? styleName : "apa"; }
+
+inline std::string citationText(Asked host, std::uint32_t number) {
+  return (host == Asked::echo ? "Number " : "Hoare 1969#hoare1969@") + std::to_string(number);
+}
+
+inline bool isFormatted(Asked host, std::uint32_t number, std::string_view group) {
+  return host == Asked::echo
+             ? group == "(" + citationText(host, number) + ")"
+             : group.starts_with("(Hoare, 1969") && group.ends_with(std::to_string(number) + ")");
+}
 
 }  // namespace load_test

@@ -1,7 +1,7 @@
-// One of many senders: LoadSender SENDER FIRST COUNT sends COUNT small requests, each with a number
-// of its own, and checks that it gets the answers to exactly these. Most are live bibliographies,
-// whose answer comes in the reply; one in ten is a preliminary scan, answered to the word processor
-// by an event with the number in it; one in ten a handshake.
+// One of many senders: LoadSender HOST SENDER FIRST COUNT sends COUNT small requests, each with a
+// number of its own, and checks that it gets the answers to exactly these. Most are live
+// bibliographies, whose answer comes in the reply; one in ten is a preliminary scan, answered to
+// the word processor by an event with the number in it; one in ten a handshake.
 #include "LoadEvents.h"
 #include "LoadNumbers.h"
 
@@ -20,8 +20,8 @@ using test_support::sendOneWay;
 
 namespace {
 
-bool isAnswered(std::uint32_t number) {
-  const std::string text = citationText(number);
+bool isAnswered(Asked host, std::uint32_t number) {
+  const std::string text = citationText(host, number);
   const formats::CitationPair citation{text, ""};
   switch (kindOf(number)) {
     case Kind::preliminaryScan:
@@ -36,29 +36,30 @@ bool isAnswered(std::uint32_t number) {
     case Kind::liveBibliography:
       break;
   }
-  const Outcome outcome =
-      sendAndWait(korvoSignature, formats::mellelSignature, formats::request::liveBibliography,
-                  formats::encodeLiveBibliographyRequest(number, false, styleName, {&citation, 1}),
-                  replyTimeOut);
+  const Outcome outcome = sendAndWait(
+      korvoSignature, formats::mellelSignature, formats::request::liveBibliography,
+      formats::encodeLiveBibliographyRequest(number, false, styleOf(host), {&citation, 1}),
+      replyTimeOut);
   const std::string payload = outcome.reply.value_or("");
   const auto reply = formats::decodeScanReply(payload);
   return outcome.status == noErr && reply && reply->groups.size() == 1 &&
-         reply->groups.front() == "(" + text + ")";
+         isFormatted(host, number, reply->groups.front());
 }
 
 }  // namespace
 
 int main(int count, char **arguments) {
-  if (count != 4) {
-    std::fputs("usage: LoadSender SENDER FIRST COUNT\n", stderr);
+  if (count != 5) {
+    std::fputs("usage: LoadSender echo|korvo SENDER FIRST COUNT\n", stderr);
     return 2;
   }
-  const auto sender = static_cast<std::uint32_t>(std::strtoul(arguments[1], nullptr, 10));
-  const auto first = static_cast<std::uint32_t>(std::strtoul(arguments[2], nullptr, 10));
-  const auto amount = static_cast<std::uint32_t>(std::strtoul(arguments[3], nullptr, 10));
+  const Asked host = std::string_view(arguments[1]) == "korvo" ? Asked::korvo : Asked::echo;
+  const auto sender = static_cast<std::uint32_t>(std::strtoul(arguments[2], nullptr, 10));
+  const auto first = static_cast<std::uint32_t>(std::strtoul(arguments[3], nullptr, 10));
+  const auto amount = static_cast<std::uint32_t>(std::strtoul(arguments[4], nullptr, 10));
   std::uint32_t answered = 0;
   for (std::uint32_t index = first; index < first + amount; ++index) {
-    if (isAnswered(numberOf(sender, index))) {
+    if (isAnswered(host, numberOf(sender, index))) {
       ++answered;
     } else {
       std::fprintf(stderr, "sender %u: event %u was not answered, or not with its own answer\n",
