@@ -40,13 +40,14 @@ std::size_t bytesIn(const Parameters &parameters) {
 // Sets a flag for the length of a scope.
 class Raised {
  public:
-  explicit Raised(bool &flag) : flag_(flag) { flag_ = true; }
-  ~Raised() { flag_ = false; }
+  explicit Raised(bool &flag) : flag_(flag), before_(std::exchange(flag, true)) {}
+  ~Raised() { flag_ = before_; }
   Raised(const Raised &) = delete;
   Raised &operator=(const Raised &) = delete;
 
  private:
   bool &flag_;
+  bool before_;
 };
 
 // A message that can be answered, and logged, like the request, and holds nothing of it. A message
@@ -211,8 +212,8 @@ OSStatus EventReceiver::receive(const Message &request) {
   event.wantsReply = wantsReply(request);
   WaitingEvent waiting{std::move(event), request};
   // One that waits behind others, or behind a dialog, may wait for hours.
-  const bool mustWait = isDispatching_ || !inbox_.isEmpty();
-  if ((mustWait && !detach(waiting)) || !inbox_.put(std::move(waiting))) {
+  const bool mayWaitLong = isDispatching_ || !inbox_.isEmpty();
+  if ((mayWaitLong && !detach(waiting)) || !inbox_.put(std::move(waiting))) {
     return memFullErr;
   }
   dispatchLater();
@@ -220,7 +221,7 @@ OSStatus EventReceiver::receive(const Message &request) {
 }
 
 void EventReceiver::dispatchLater() {
-  if (isDispatching_ || willDispatch_) {
+  if (mustWait() || willDispatch_) {
     return;
   }
   willDispatch_ = true;
@@ -231,7 +232,7 @@ void EventReceiver::dispatchLater() {
 }
 
 void EventReceiver::dispatchWaiting() {
-  if (isDispatching_) {
+  if (mustWait()) {
     return;
   }
   const auto start = std::chrono::steady_clock::now();
@@ -241,6 +242,9 @@ void EventReceiver::dispatchWaiting() {
       const auto waiting = inbox_.take();
       if (!waiting) {
         break;
+      }
+      if (nestsHandlers_ && !inbox_.isEmpty()) {
+        dispatchLater();
       }
       dispatch(*waiting);
     } while (std::chrono::steady_clock::now() - start < longestBatch);

@@ -27,6 +27,10 @@ class EventReceiver final : private BusClient {
   // 0 while this process does not receive.
   FourCharCode signature() const { return signature_; }
 
+  // For tests alone, of what macOS may do and no process on Linux meets: with true an event that
+  // arrives while a handler runs the run loop is dispatched there, inside of that handler.
+  void setNestsHandlers(bool nests) { nestsHandlers_ = nests; }
+
  private:
   explicit EventReceiver(BusConnection &connection);
 
@@ -39,6 +43,7 @@ class EventReceiver final : private BusClient {
 
   OSStatus exportObject(sd_bus *bus);
   OSStatus receive(const Message &request);
+  bool mustWait() const { return isDispatching_ && !nestsHandlers_; }
   void dispatchLater();
   void dispatchWaiting();
   void dispatch(const WaitingEvent &waiting);
@@ -55,6 +60,7 @@ class EventReceiver final : private BusClient {
   EventInbox inbox_;
   RefusalLog refusals_;
   bool isDispatching_ = false;
+  bool nestsHandlers_ = false;
   bool willDispatch_ = false;
   // Since the heap was released.
   std::size_t bytesDispatched_ = 0;

@@ -59,6 +59,7 @@ class ScanDialogEnd : public DialogTest {
     const InModalLoop user(0.05, [&] {
       hasEnded = [[NSApp modalWindow] isVisible];
       end([NSApp modalWindow]);
+      return true;
     });
     const formats::CitationPair citation = {"Smith", ""};
     carrier_.deliver(formats::mellelSignature, formats::request::finalScan,

@@ -5,11 +5,11 @@
 
 namespace plugin_test {
 
-// Calls a function once, inside of whatever modal loop runs when the time has come. The function
-// may end the loop: it is woken afterwards. When this ends earlier, the function is not called.
+// Calls a function again and again, inside of whatever modal loop runs then, until it says that it
+// is done or this object ends. The function may end the loop: it is woken afterwards.
 class InModalLoop {
  public:
-  InModalLoop(double seconds, std::function<void()> function);
+  InModalLoop(double secondsBetween, std::function<bool()> function);
   ~InModalLoop();
   InModalLoop(const InModalLoop &) = delete;
   InModalLoop &operator=(const InModalLoop &) = delete;
@@ -17,7 +17,7 @@ class InModalLoop {
  private:
   static void call(void *self);
 
-  std::function<void()> function_;
+  std::function<bool()> function_;
   void *timer_;
 };
 

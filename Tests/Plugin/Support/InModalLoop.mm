@@ -1,5 +1,7 @@
 #import "InModalLoop.h"
 
+#include <Platform/AutoreleasePool.h>
+
 #import <Cocoa/Cocoa.h>
 
 #include <utility>
@@ -42,16 +44,17 @@
 
 namespace plugin_test {
 
-InModalLoop::InModalLoop(double seconds, std::function<void()> function)
+InModalLoop::InModalLoop(double secondsBetween, std::function<bool()> function)
     : function_(std::move(function)), timer_([[ModalLoopTimer alloc] init]) {
+  const platform::AutoreleasePool pool;
   ModalLoopTimer *target = static_cast<ModalLoopTimer *>(timer_);
   target->_function = call;
   target->_context = this;
-  target->_timer = [[NSTimer timerWithTimeInterval:seconds
+  target->_timer = [[NSTimer timerWithTimeInterval:secondsBetween
                                             target:target
                                           selector:@selector(fire:)
                                           userInfo:nil
-                                           repeats:NO] retain];
+                                           repeats:YES] retain];
   [[NSRunLoop currentRunLoop] addTimer:target->_timer forMode:NSModalPanelRunLoopMode];
 }
 
@@ -63,6 +66,11 @@ InModalLoop::~InModalLoop() {
   [target release];
 }
 
-void InModalLoop::call(void *self) { static_cast<InModalLoop *>(self)->function_(); }
+void InModalLoop::call(void *self) {
+  InModalLoop *loop = static_cast<InModalLoop *>(self);
+  if (loop->function_()) {
+    [static_cast<ModalLoopTimer *>(loop->timer_)->_timer invalidate];
+  }
+}
 
 }  // namespace plugin_test

@@ -69,7 +69,10 @@ void ScriptedUser::start() {
 }
 
 NSInteger ScriptedUser::runModal(NSWindow *window) {
-  const InModalLoop guard(longestSession, [] { [NSApp stopModalWithCode:nobodyEndedIt]; });
+  const InModalLoop guard(longestSession, [] {
+    [NSApp stopModalWithCode:nobodyEndedIt];
+    return true;
+  });
   // As the agent does.
   [window makeKeyAndOrderFront:nil];
   start();
