@@ -33,7 +33,7 @@ TEST(HostileImport, ALadderOfAbbreviationsEndsAtItsBoundAndTheEntryStays) {
   EXPECT_LT(imported->references[0].cslJson.size(), 1'000U);
   ASSERT_FALSE(imported->problems.empty());
   EXPECT_THAT(imported->problems[0].message(),
-              HasSubstr("ladder.bib:7: the abbreviation \"a6\" stands for more than 65536"));
+              HasSubstr("ladder.bib:8: the abbreviation \"a7\" stands for more than 65536"));
 }
 
 TEST(HostileImport, ARecordOfManyMebibytesIsLeftOutAndTold) {

@@ -20,23 +20,32 @@ namespace {
 // An abstract has some kilobytes. What is larger than this was made to be.
 constexpr std::size_t largestRecord = 16 * 1'048'576;
 
-// The kinds that the script reads: BibTeX, RIS, CSL-JSON.
-constexpr std::array<std::string_view, 3> kinds = {"bib", "ris", "json"};
+struct Kind {
+  std::string_view extension;
+  std::string_view reader;  // as the script calls it
+};
 
-// The file's extension, in small letters and without its point; nothing if it is none of a kind.
-std::optional<std::string> kindOf(const std::filesystem::path &file) {
-  const std::string extension = file.extension().string();
-  if (extension.empty()) {
-    return std::nullopt;
-  }
-  std::string kind = caseFolded(std::string_view(extension).substr(1));
-  const bool isKnown = std::ranges::find(kinds, kind) != kinds.end();
-  return isKnown ? std::optional(std::move(kind)) : std::nullopt;
+constexpr std::array<Kind, 5> kinds = {{{".bib", "bib"},
+                                        {".bibtex", "bib"},
+                                        {".biblatex", "bib"},
+                                        {".ris", "ris"},
+                                        {".json", "json"}}};
+
+// The script's reader for the file; nothing if its extension is none that is known.
+std::optional<std::string_view> readerFor(const std::filesystem::path &file) {
+  const std::string extension = caseFolded(file.extension().string());
+  const auto *const kind = std::ranges::find(kinds, extension, &Kind::extension);
+  return kind != kinds.end() ? std::optional(kind->reader) : std::nullopt;
 }
 
-std::string knownKinds() {
-  const auto named = [](std::string_view kind) { return '.' + std::string(kind); };
-  return named(kinds[0]) + ", " + named(kinds[1]) + " and " + named(kinds[2]);
+std::string knownExtensions() {
+  std::string names;
+  for (const Kind &kind : kinds) {
+    const bool isLast = &kind == &kinds.back();
+    names += names.empty() ? "" : isLast ? " and " : ", ";
+    names += kind.extension;
+  }
+  return names;
 }
 
 ImportResult readAnswer(const JavaScriptMachine &machine, JSObjectRef answer,
@@ -80,7 +89,7 @@ std::string ImportProblem::message() const {
                             reason);
 }
 
-bool isImportable(const std::filesystem::path &file) { return kindOf(file).has_value(); }
+bool isImportable(const std::filesystem::path &file) { return readerFor(file).has_value(); }
 
 struct LibraryImporter::Machine {
   std::unique_ptr<JavaScriptMachine> script;
@@ -93,10 +102,10 @@ LibraryImporter &LibraryImporter::operator=(LibraryImporter &&) noexcept = defau
 
 std::expected<ImportResult, std::string> LibraryImporter::importFile(
     const std::filesystem::path &file) {
-  const auto kind = kindOf(file);
-  if (!kind) {
+  const auto reader = readerFor(file);
+  if (!reader) {
     return std::unexpected(file.string() + ": not a library that can be read (known are " +
-                           knownKinds() + ")");
+                           knownExtensions() + ")");
   }
   const auto bytes = readFile(file);
   if (!bytes) {
@@ -111,7 +120,7 @@ std::expected<ImportResult, std::string> LibraryImporter::importFile(
   }
   const TextFile decoded = decodeText(*bytes);
   JavaScriptMachine &machine = *machine_->script;
-  const std::array<JSValueRef, 2> arguments = {machine.text(formats::decodeUTF8(*kind)),
+  const std::array<JSValueRef, 2> arguments = {machine.text(formats::decodeUTF8(*reader)),
                                                machine.text(decoded.text)};
   const auto answer = machine.call("readLibrary", arguments);
   if (!answer) {
@@ -127,7 +136,7 @@ std::expected<ImportResult, std::string> LibraryImporter::importFile(
     if (!result.problems.empty()) {
       return std::unexpected(result.problems.back().message());
     }
-    if (*kind != "json") {
+    if (*reader != "json") {
       return std::unexpected(file.string() + ": no entry of a library is in it");
     }
   }

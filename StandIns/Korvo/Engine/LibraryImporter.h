@@ -1,5 +1,5 @@
-// Reads the libraries of other reference managers: BibTeX and BibLaTeX (.bib), RIS
-// (.ris) and CSL-JSON (.json).
+// Reads the libraries of other reference managers: BibTeX and BibLaTeX (.bib, .bibtex,
+// .biblatex), RIS (.ris) and CSL-JSON (.json).
 //
 // One broken entry must not cost the others: what cannot be read is reported with its
 // line, and everything else is imported.

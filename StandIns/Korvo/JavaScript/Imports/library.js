@@ -2,19 +2,9 @@
 import { readBibTeX } from "./bibtex.js";
 import { readCslJson } from "./cslJson.js";
 import { readRIS } from "./ris.js";
+import { genres } from "./terms.js";
 
 const readers = { bib: readBibTeX, ris: readRIS, json: readCslJson };
-
-// Names that BibLaTeX has for kinds of theses and reports, as they are to be printed.
-const genres = {
-  phdthesis: "PhD thesis",
-  mathesis: "Master\u2019s thesis",
-  mastersthesis: "Master\u2019s thesis",
-  bathesis: "Bachelor\u2019s thesis",
-  candthesis: "Candidate thesis",
-  techreport: "Technical report",
-  resreport: "Research report",
-};
 
 // LaTeX writes an accent on a dotless i or j; composed, the letters are the usual ones.
 function composed(value) {
@@ -37,9 +27,7 @@ function composed(value) {
 
 function tidy({ key, item }) {
   const { "citation-key": ignoredKey, id: ignoredId, ...fields } = composed(item);
-  if (Object.hasOwn(genres, fields.genre ?? "")) {
-    fields.genre = genres[fields.genre];
-  }
+  fields.genre = genres.get(fields.genre) ?? fields.genre;
   if (typeof fields.type !== "string" || !fields.type) {
     fields.type = "document";
   }

@@ -1,0 +1,66 @@
+// Languages as LaTeX calls them, and as everybody else does.
+const languages = new Map(
+  Object.entries({
+    american: "en-US",
+    australian: "en-AU",
+    austrian: "de-AT",
+    brazil: "pt-BR",
+    brazilian: "pt-BR",
+    british: "en-GB",
+    bulgarian: "bg",
+    canadian: "en-CA",
+    catalan: "ca",
+    chinese: "zh",
+    croatian: "hr",
+    czech: "cs",
+    danish: "da",
+    dutch: "nl",
+    english: "en",
+    estonian: "et",
+    finnish: "fi",
+    francais: "fr",
+    french: "fr",
+    german: "de",
+    greek: "el",
+    hebrew: "he",
+    hungarian: "hu",
+    icelandic: "is",
+    italian: "it",
+    japanese: "ja",
+    korean: "ko",
+    latin: "la",
+    latvian: "lv",
+    lithuanian: "lt",
+    magyar: "hu",
+    naustrian: "de-AT",
+    ngerman: "de",
+    norsk: "nb",
+    norwegian: "no",
+    nynorsk: "nn",
+    persian: "fa",
+    polish: "pl",
+    portuges: "pt",
+    portuguese: "pt",
+    romanian: "ro",
+    russian: "ru",
+    serbian: "sr",
+    slovak: "sk",
+    slovene: "sl",
+    slovenian: "sl",
+    spanish: "es",
+    swedish: "sv",
+    swissgerman: "de-CH",
+    turkish: "tr",
+    ukenglish: "en-GB",
+    ukrainian: "uk",
+    usenglish: "en-US",
+  }),
+);
+
+// The code of the first language of a list; a name that is not known stays as it is.
+export function languageOf(names) {
+  const known = names
+    .map((name) => languages.get(name.toLowerCase().replace(/^lang/, "")))
+    .find(Boolean);
+  return known ?? names.join(", ");
+}
