@@ -4,6 +4,7 @@ import json
 import os
 import re
 import shlex
+import shutil
 import subprocess
 import tempfile
 from pathlib import Path
@@ -54,10 +55,11 @@ class CrossBuild:
     def bring_up_to_date(self):
         """Builds everything. Refused if that cannot be done without a warning."""
         self.directory.mkdir(parents=True, exist_ok=True)
-        if sdk.make(self.directory, oldest_system()):
-            # No build knows that it depends on the system's libraries.
-            for linked in self.build.glob("**/Contents/MacOS/*"):
-                linked.unlink()
+        sdk.make(self.directory, oldest_system())
+        # No build knows that it depends on the system's libraries, and none takes a file out of a
+        # bundle again that it no longer puts in.
+        for bundle in self.build.glob("**/Contents"):
+            shutil.rmtree(bundle)
         run(
             [
                 "cmake",

@@ -49,8 +49,6 @@ def copy_headers(include):
 
 
 def write_stubs(sdk, libraries, oldest_system):
-    """Whether any of them is not as it was before."""
-    changed = False
     for library in libraries:
         stub = symbols.stub(library, libraries, oldest_system)
         places = [sdk / library.file.lstrip("/").removesuffix(".dylib")]
@@ -65,8 +63,6 @@ def write_stubs(sdk, libraries, oldest_system):
             if not file.exists() or file.read_text() != stub:
                 file.parent.mkdir(parents=True, exist_ok=True)
                 file.write_text(stub)
-                changed = True
-    return changed
 
 
 def make_tools(tools):
@@ -96,7 +92,7 @@ def origin():
 
 
 def make(directory, oldest_system):
-    """Brings DIRECTORY/sdk and DIRECTORY/tools up to date. Whether the libraries changed."""
+    """Brings DIRECTORY/sdk and DIRECTORY/tools up to date."""
     sdk, tools, made_from = directory / "sdk", directory / "tools", directory / "made-from"
     if not made_from.exists() or made_from.read_text() != origin():
         for old in (sdk, tools):
@@ -104,4 +100,4 @@ def make(directory, oldest_system):
         make_headers(sdk)
         make_tools(tools)
         made_from.write_text(origin())
-    return write_stubs(sdk, symbols.read_list(symbols.LIST.read_text()), oldest_system)
+    write_stubs(sdk, symbols.read_list(symbols.LIST.read_text()), oldest_system)
