@@ -46,7 +46,7 @@ int __real_open(const char *path, int flags, ...);
 int __real_mkostemp(char *pattern, int flags);
 int __real_fstat(int descriptor, struct stat *status);
 int __real_fchmod(int descriptor, mode_t mode);
-ssize_t __real_read(int descriptor, void *bytes, std::size_t size);
+ssize_t __real_pread(int descriptor, void *bytes, std::size_t size, off_t offset);
 ssize_t __real_write(int descriptor, const void *bytes, std::size_t size);
 int __real_fsync(int descriptor);
 int __real_rename(const char *from, const char *to);
@@ -75,8 +75,15 @@ int __wrap_fchmod(int descriptor, mode_t mode) {
   return strikes("fchmod") ? -1 : __real_fchmod(descriptor, mode);
 }
 
-ssize_t __wrap_read(int descriptor, void *bytes, std::size_t size) {
-  return strikes("read") ? failedTransfer() : __real_read(descriptor, bytes, transfer(size));
+ssize_t __wrap_pread(int descriptor, void *bytes, std::size_t size, off_t offset) {
+  if (strikes("pread")) {
+    return failedTransfer();
+  }
+  const ssize_t count = __real_pread(descriptor, bytes, transfer(size), offset);
+  if (current != nullptr) {
+    current->tellOfReading();
+  }
+  return count;
 }
 
 ssize_t __wrap_write(int descriptor, const void *bytes, std::size_t size) {

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <limits>
 #include <string>
 #include <vector>
@@ -18,7 +19,8 @@ struct FaultPlan {
   std::size_t firstFailure = never;  // number of the first call that fails
   std::size_t failures = 1;          // how many fail from there on, one after the other
   int error = 0;  // what errno says of them; 0: the call claims to have moved 0 bytes
-  std::size_t largestTransfer = never;  // bytes that a read or write moves at most
+  std::size_t largestTransfer = never;      // bytes that a read or write moves at most
+  std::function<void()> afterReading = {};  // what another program does behind each read
 };
 
 class Fault {
@@ -34,6 +36,11 @@ class Fault {
   // For the replaced calls: notes the call; whether it must fail, with errno set.
   bool strikes(const char *call);
   std::size_t largestTransfer() const { return plan_.largestTransfer; }
+  void tellOfReading() const {
+    if (plan_.afterReading) {
+      plan_.afterReading();
+    }
+  }
   bool movesNothing() const { return plan_.error == 0; }
 
  private:

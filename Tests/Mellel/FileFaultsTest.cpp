@@ -65,7 +65,7 @@ class FileFaults : public ::testing::Test {
   bool writeWithFailure(std::size_t call, int reason, const std::optional<std::string> &before) {
     putTarget(before);
     Fault fault({.firstFailure = call, .error = reason});
-    const auto written = writeFile(target(), newCopy, document());
+    const auto written = writeFile(target(), newCopy, document(), {});
     const std::vector<std::string> &calls = fault.calls();
     if (written) {
       EXPECT_EQ(targetBytes(), newCopy);
@@ -83,7 +83,7 @@ class FileFaults : public ::testing::Test {
 
 TEST_F(FileFaults, CopyIsForcedToTheDiskBeforeItTakesItsPlaceAndItsNameAfter) {
   const Fault fault({});
-  ASSERT_TRUE(writeFile(target(), newCopy, document()));
+  ASSERT_TRUE(writeFile(target(), newCopy, document(), {}));
   EXPECT_THAT(fault.calls(),
               ElementsAre("mkostemp", "fchmod", "write", "fsync", "rename", "open", "fsync"));
 }
@@ -104,7 +104,7 @@ TEST_F(FileFaults, CopyIsWholeOrNotThereWhicheverCallFails) {
 TEST_F(FileFaults, FailureBeforeTheRenameIsTold) {
   for (std::size_t call = 0; call < 5; ++call) {
     Fault fault({.firstFailure = call, .error = ENOSPC});
-    EXPECT_FALSE(writeFile(target(), newCopy, document())) << fault.calls().back();
+    EXPECT_FALSE(writeFile(target(), newCopy, document(), {})) << fault.calls().back();
   }
 }
 
@@ -113,7 +113,7 @@ TEST_F(FileFaults, OldCopyStaysWholeWhenTheDiskGoesAwayForGood) {
     putTarget(oldCopy);
     {
       Fault fault({.firstFailure = call, .failures = FaultPlan::never, .error = EIO});
-      EXPECT_FALSE(writeFile(target(), newCopy, document()));
+      EXPECT_FALSE(writeFile(target(), newCopy, document(), {}));
     }
     EXPECT_EQ(targetBytes(), oldCopy) << call;
   }
@@ -121,7 +121,7 @@ TEST_F(FileFaults, OldCopyStaysWholeWhenTheDiskGoesAwayForGood) {
 
 TEST_F(FileFaults, WritesThatTakeOneByteAtATimeGiveTheWholeCopy) {
   const Fault fault({.largestTransfer = 1});
-  ASSERT_TRUE(writeFile(target(), newCopy, document()));
+  ASSERT_TRUE(writeFile(target(), newCopy, document(), {}));
   EXPECT_EQ(targetBytes(), newCopy);
   EXPECT_GE(fault.calls().size(), newCopy.size());
 }
@@ -129,19 +129,19 @@ TEST_F(FileFaults, WritesThatTakeOneByteAtATimeGiveTheWholeCopy) {
 TEST_F(FileFaults, InterruptedWritesAndReadsAreTakenUpAgain) {
   {
     Fault fault({.firstFailure = 2, .failures = 5, .error = EINTR, .largestTransfer = 3});
-    ASSERT_TRUE(writeFile(target(), newCopy, document()));
+    ASSERT_TRUE(writeFile(target(), newCopy, document(), {}));
     EXPECT_EQ(fault.calls().at(6), "write");
   }
   EXPECT_EQ(targetBytes(), newCopy);
   Fault fault({.firstFailure = 2, .failures = 5, .error = EINTR, .largestTransfer = 3});
-  EXPECT_EQ(readFile(target()), newCopy);
-  EXPECT_EQ(fault.calls().at(6), "read");
+  EXPECT_EQ(readFile(target())->bytes, newCopy);
+  EXPECT_EQ(fault.calls().at(6), "pread");
 }
 
 TEST_F(FileFaults, DiskThatTakesNothingEndsTheWriting) {
   putTarget(oldCopy);
   Fault fault({.firstFailure = 2, .error = 0});
-  const auto written = writeFile(target(), newCopy, document());
+  const auto written = writeFile(target(), newCopy, document(), {});
   ASSERT_FALSE(written);
   EXPECT_EQ(written.error().line, "cannot write " + target() + ": " + std::strerror(EIO));
   EXPECT_EQ(targetBytes(), oldCopy);
@@ -156,7 +156,7 @@ TEST_F(FileFaults, DocumentIsReadWholeOrNotAtAllWhicheverCallFails) {
       Fault fault({.firstFailure = call, .error = reason, .largestTransfer = 5});
       const auto bytes = readFile(target());
       if (call >= fault.calls().size()) {
-        EXPECT_EQ(bytes, oldCopy);
+        EXPECT_EQ(bytes->bytes, oldCopy);
         break;
       }
       ASSERT_FALSE(bytes) << fault.calls().back();
@@ -173,6 +173,50 @@ TEST_F(FileFaults, FileLargerThanAnyDocumentIsNotRead) {
   const auto bytes = readFile(target());
   ASSERT_FALSE(bytes);
   EXPECT_EQ(bytes.error().line, "cannot read " + target() + ": it is larger than 1 GiB");
+}
+
+// What a program that saves in place leaves for a moment: half of the old, half of the new.
+TEST_F(FileFaults, DocumentThatIsWrittenToMeanwhileIsReadAgain) {
+  putTarget(std::string(40, 'a') + "\n");
+  int reads = 0;
+  const auto save = [&] {
+    if (++reads == 1) {
+      std::ofstream(target(), std::ios::in | std::ios::binary) << std::string(40, 'b');
+    }
+  };
+  const Fault fault({.largestTransfer = 20, .afterReading = save});
+  EXPECT_EQ(readFile(target())->bytes, std::string(40, 'b') + "\n");
+}
+
+TEST_F(FileFaults, DocumentThatShrinksMeanwhileIsReadAgain) {
+  putTarget(std::string(40, 'a'));
+  const auto shrink = [&] {
+    if (fs::file_size(target()) > 5) {
+      fs::resize_file(target(), 5);
+    }
+  };
+  const Fault fault({.largestTransfer = 20, .afterReading = shrink});
+  EXPECT_EQ(readFile(target())->bytes, "aaaaa");
+}
+
+TEST_F(FileFaults, DocumentThatNeverStopsGrowingIsGivenUp) {
+  putTarget("a");
+  const auto grow = [&] { std::ofstream(target(), std::ios::app) << std::string(100, 'a'); };
+  const Fault fault({.afterReading = grow});
+  const auto bytes = readFile(target());
+  ASSERT_FALSE(bytes);
+  EXPECT_EQ(bytes.error().line, "cannot read " + target() + ": another program is writing to it");
+}
+
+TEST_F(FileFaults, DocumentThatWasMovedToTheCopysPlaceIsNotReplaced) {
+  const auto read = readFile(document());
+  ASSERT_TRUE(read);
+  fs::rename(document(), target());
+  const auto written = writeFile(target(), newCopy, document(), read->identity);
+  ASSERT_FALSE(written);
+  EXPECT_EQ(written.error().status, Status::wrongUsage);
+  EXPECT_EQ(targetBytes(), "content");
+  EXPECT_EQ(strayFiles(), 0U);
 }
 
 }  // namespace

@@ -28,7 +28,7 @@ class Files : public ::testing::Test {
   fs::path folder_ = own_.path();
 };
 
-TEST_F(Files, ReadingGivesTheBytes) { EXPECT_EQ(readFile(input()), "content"); }
+TEST_F(Files, ReadingGivesTheBytes) { EXPECT_EQ(readFile(input())->bytes, "content"); }
 
 TEST_F(Files, WhatIsNoFileIsNotRead) {
   EXPECT_EQ(readFile(path("none")).error().line,
@@ -66,26 +66,26 @@ TEST_F(Files, LinkToAnotherFileIsFollowed) {
   fs::create_symlink(path("real.rtf"), path("link.rtf"));
   const auto output = resolveOutput(input(), path("link.rtf"));
   ASSERT_TRUE(output);
-  ASSERT_TRUE(writeFile(*output, "new", input()));
+  ASSERT_TRUE(writeFile(*output, "new", input(), {}));
   EXPECT_TRUE(fs::is_symlink(path("link.rtf")));
-  EXPECT_EQ(readFile(path("real.rtf")), "new");
+  EXPECT_EQ(readFile(path("real.rtf"))->bytes, "new");
 }
 
 TEST_F(Files, NewCopyHasThePermissionsOfTheDocumentAndAnOldOneKeepsItsOwn) {
   ASSERT_EQ(chmod(input().c_str(), 0600), 0);
-  ASSERT_TRUE(writeFile(path("out.rtf"), "new", input()));
+  ASSERT_TRUE(writeFile(path("out.rtf"), "new", input(), {}));
   EXPECT_EQ(fs::status(path("out.rtf")).permissions(), fs::perms(0600));
   ASSERT_EQ(chmod(path("out.rtf").c_str(), 0640), 0);
-  ASSERT_TRUE(writeFile(path("out.rtf"), "newer", input()));
+  ASSERT_TRUE(writeFile(path("out.rtf"), "newer", input(), {}));
   EXPECT_EQ(fs::status(path("out.rtf")).permissions(), fs::perms(0640));
-  EXPECT_EQ(readFile(path("out.rtf")), "newer");
+  EXPECT_EQ(readFile(path("out.rtf"))->bytes, "newer");
   EXPECT_EQ(count(), 2U);
 }
 
 TEST_F(Files, NothingIsLeftBehindWhereACopyCannotBeWritten) {
   fs::create_directory(path("taken"));
-  EXPECT_FALSE(writeFile(path("taken"), "new", input()));
-  EXPECT_FALSE(writeFile(path("none/out.rtf"), "new", input()));
+  EXPECT_FALSE(writeFile(path("taken"), "new", input(), {}));
+  EXPECT_FALSE(writeFile(path("none/out.rtf"), "new", input(), {}));
   EXPECT_EQ(count(), 2U);
 }
 

@@ -88,15 +88,15 @@ std::string inBraces(const std::string &citation) {
 }
 
 std::expected<void, Failure> insertInto(const InsertOptions::Place &place, Timeout timeout) {
-  const auto rtf = readFile(place.input);
-  if (!rtf) {
-    return std::unexpected(rtf.error());
+  const auto document = readFile(place.input);
+  if (!document) {
+    return std::unexpected(document.error());
   }
   const auto output = resolveOutput(place.input, place.output);
   if (!output) {
     return std::unexpected(output.error());
   }
-  const auto offset = findEndOfText(*rtf, place.text);
+  const auto offset = findEndOfText(document->bytes, place.text);
   if (!offset) {
     return std::unexpected(
         Failure{Status::brokenDocumentOrReply, place.input + ": " + offset.error()});
@@ -110,8 +110,8 @@ std::expected<void, Failure> insertInto(const InsertOptions::Place &place, Timeo
     return std::unexpected(citation.error());
   }
   const std::string inserted = inBraces(*citation);
-  const auto written =
-      writeFile(*output, documentWithCitation(*rtf, **offset, inserted), place.input);
+  const auto written = writeFile(*output, documentWithCitation(document->bytes, **offset, inserted),
+                                 place.input, document->identity);
   if (!written) {
     return std::unexpected(written.error());
   }

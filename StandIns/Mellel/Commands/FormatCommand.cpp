@@ -63,7 +63,7 @@ std::expected<Update, Failure> update(Host &host, Document document, const Forma
   const std::string copy =
       rtf::formattedDocument(document.rtf, document.text, formatted->texts,
                              formatted->bibliography.value_or(rtf::BibliographyParagraphs{}));
-  const auto written = writeFile(output, copy, options.input);
+  const auto written = writeFile(output, copy, options.input, document.identity);
   if (!written) {
     return std::unexpected(written.error());
   }

@@ -1,7 +1,5 @@
 #include "Document.h"
 
-#include "Files.h"
-
 #include <utility>
 
 namespace mellel::documents {
@@ -11,15 +9,15 @@ using console::Status;
 using rtf::readDocumentText;
 
 std::expected<Document, Failure> openDocument(const std::string &path) {
-  auto rtf = readFile(path);
-  if (!rtf) {
-    return std::unexpected(rtf.error());
+  auto file = readFile(path);
+  if (!file) {
+    return std::unexpected(file.error());
   }
-  auto text = readDocumentText(*rtf);
+  auto text = readDocumentText(file->bytes);
   if (!text) {
     return std::unexpected(Failure{Status::brokenDocumentOrReply, path + ": " + text.error()});
   }
-  return Document{std::move(*rtf), std::move(*text)};
+  return Document{std::move(file->bytes), std::move(*text), file->identity};
 }
 
 }  // namespace mellel::documents

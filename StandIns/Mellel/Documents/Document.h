@@ -2,6 +2,8 @@
 // them.
 #pragma once
 
+#include "Files.h"
+
 #include <StandIns/Mellel/Console/Failure.h>
 #include <StandIns/Mellel/RTF/CitationFinder.h>
 
@@ -13,6 +15,7 @@ namespace mellel::documents {
 struct Document {
   std::string rtf;
   rtf::DocumentText text;
+  FileIdentity identity;  // of the file that it was read from
 };
 
 // The failure names the file.

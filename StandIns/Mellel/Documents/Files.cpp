@@ -6,9 +6,12 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <filesystem>
 #include <optional>
+#include <thread>
+#include <utility>
 
 namespace mellel::documents {
 
@@ -20,6 +23,10 @@ namespace {
 // No document is that large, but a file may claim to be, and its size is asked of the memory at
 // once.
 constexpr off_t greatestDocumentSize = off_t{1} << 30;
+
+// A save takes milliseconds.
+constexpr int mostAttempts = 20;
+constexpr std::chrono::milliseconds timeBetweenAttempts{25};
 
 std::unexpected<Failure> failure(const std::string &what) {
   return std::unexpected(Failure{Status::brokenDocumentOrReply, what});
@@ -119,46 +126,79 @@ bool writeAll(int descriptor, std::string_view bytes) {
   return true;
 }
 
+// From the beginning of the file, with one byte more than its size at most: who goes on writing may
+// do so faster than it is read. False with errno.
+bool readToTheEnd(int descriptor, std::size_t expectedSize, std::string &bytes) {
+  bytes.resize(expectedSize + 1);
+  std::size_t size = 0;
+  while (size < bytes.size()) {
+    const ssize_t count =
+        pread(descriptor, bytes.data() + size, bytes.size() - size, static_cast<off_t>(size));
+    if (count < 0 && errno == EINTR) {
+      continue;
+    }
+    if (count < 0) {
+      return false;
+    }
+    if (count == 0) {
+      break;
+    }
+    size += static_cast<std::size_t>(count);
+  }
+  bytes.resize(size);
+  return true;
+}
+
+bool isSameTime(const timespec &left, const timespec &right) {
+  return left.tv_sec == right.tv_sec && left.tv_nsec == right.tv_nsec;
+}
+
+bool isUnchanged(const struct stat &before, const struct stat &after) {
+  return before.st_size == after.st_size && isSameTime(before.st_mtim, after.st_mtim);
+}
+
+FileIdentity identityOf(const struct stat &status) { return {status.st_dev, status.st_ino}; }
+
 std::optional<struct stat> statusOf(const std::string &path) {
   struct stat status{};
   return stat(path.c_str(), &status) == 0 ? std::optional(status) : std::nullopt;
 }
 
+std::unexpected<Failure> isTheDocument(const std::string &path) {
+  return std::unexpected(
+      Failure{Status::wrongUsage,
+              path + " is the document itself, which is never changed; name another file"});
+}
+
 }  // namespace
 
-std::expected<std::string, Failure> readFile(const std::string &path) {
+std::expected<FileContents, Failure> readFile(const std::string &path) {
   // Without O_NONBLOCK a pipe would wait for a writer.
   const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  struct stat status{};
-  if (file.number() < 0 || fstat(file.number(), &status) != 0) {
+  struct stat before{};
+  if (file.number() < 0 || fstat(file.number(), &before) != 0) {
     return systemFailure("cannot read " + path, errno);
   }
-  if (!S_ISREG(status.st_mode)) {
+  if (!S_ISREG(before.st_mode)) {
     return failure("cannot read " + path + ": it is no file");
   }
-  if (status.st_size > greatestDocumentSize) {
-    return failure("cannot read " + path + ": it is larger than 1 GiB");
-  }
-  std::string bytes(static_cast<std::size_t>(status.st_size), '\0');
-  std::size_t size = 0;
-  for (;;) {
-    if (size == bytes.size()) {
-      // The file may grow while it is read; most often this asks for its end only.
-      bytes.resize(size + 4096);
+  for (int attempt = 0; attempt < mostAttempts; ++attempt) {
+    if (before.st_size > greatestDocumentSize) {
+      return failure("cannot read " + path + ": it is larger than 1 GiB");
     }
-    const ssize_t count = read(file.number(), bytes.data() + size, bytes.size() - size);
-    if (count < 0 && errno == EINTR) {
-      continue;
-    }
-    if (count < 0) {
+    std::string bytes;
+    struct stat after{};
+    if (!readToTheEnd(file.number(), static_cast<std::size_t>(before.st_size), bytes) ||
+        fstat(file.number(), &after) != 0) {
       return systemFailure("cannot read " + path, errno);
     }
-    if (count == 0) {
-      bytes.resize(size);
-      return bytes;
+    if (isUnchanged(before, after) && bytes.size() == static_cast<std::size_t>(after.st_size)) {
+      return FileContents{std::move(bytes), identityOf(after)};
     }
-    size += static_cast<std::size_t>(count);
+    before = after;
+    std::this_thread::sleep_for(timeBetweenAttempts);
   }
+  return failure("cannot read " + path + ": another program is writing to it");
 }
 
 std::string defaultOutputPath(const std::string &inputPath) {
@@ -176,10 +216,8 @@ std::expected<std::string, Failure> resolveOutput(const std::string &inputPath,
   if (!output) {
     return outputPath;
   }
-  if (input && input->st_dev == output->st_dev && input->st_ino == output->st_ino) {
-    return std::unexpected(
-        Failure{Status::wrongUsage,
-                outputPath + " is the document itself, which is never changed; name another file"});
+  if (input && identityOf(*input) == identityOf(*output)) {
+    return isTheDocument(outputPath);
   }
   if (!S_ISREG(output->st_mode)) {
     return std::unexpected(Failure{Status::wrongUsage, outputPath + " is no file"});
@@ -190,7 +228,7 @@ std::expected<std::string, Failure> resolveOutput(const std::string &inputPath,
 }
 
 std::expected<void, Failure> writeFile(const std::string &path, std::string_view bytes,
-                                       const std::string &inputPath) {
+                                       const std::string &inputPath, const FileIdentity &input) {
   const std::string what = "cannot write " + path;
   const std::filesystem::path parent = std::filesystem::path(path).parent_path();
   const std::filesystem::path folder = parent.empty() ? std::filesystem::path(".") : parent;
@@ -208,7 +246,14 @@ std::expected<void, Failure> writeFile(const std::string &path, std::string_view
       (!permissions ||
        fchmod(temporary.descriptor(), permissions->st_mode & permissionBits) == 0) &&
       writeAll(temporary.descriptor(), bytes) && fsync(temporary.descriptor()) == 0;
-  if (!isReady || !temporary.keepAs(path)) {
+  if (!isReady) {
+    return systemFailure(what, errno);
+  }
+  // As late as can be: between this look and the renaming nobody moves a file by hand.
+  if (const auto target = statusOf(path); target && identityOf(*target) == input) {
+    return isTheDocument(path);
+  }
+  if (!temporary.keepAs(path)) {
     return systemFailure(what, errno);
   }
   // The new name must last too. Where a folder cannot be synchronised the file is there all the

@@ -4,14 +4,30 @@
 
 #include <StandIns/Mellel/Console/Failure.h>
 
+#include <sys/types.h>
+
 #include <expected>
 #include <string>
 #include <string_view>
 
 namespace mellel::documents {
 
-// The bytes of a regular file of up to 1 GiB.
-std::expected<std::string, console::Failure> readFile(const std::string &path);
+// Which file it is, whatever its name has become.
+struct FileIdentity {
+  dev_t device = 0;
+  ino_t number = 0;
+
+  bool operator==(const FileIdentity &) const = default;
+};
+
+struct FileContents {
+  std::string bytes;
+  FileIdentity identity;
+};
+
+// A regular file of up to 1 GiB. One that is written to meanwhile is read again, and given up after
+// some times: half of it would be old.
+std::expected<FileContents, console::Failure> readFile(const std::string &path);
 
 // "draft.rtf" becomes "draft formatted.rtf", in the same folder.
 std::string defaultOutputPath(const std::string &inputPath);
@@ -22,9 +38,11 @@ std::expected<std::string, console::Failure> resolveOutput(const std::string &in
                                                            const std::string &outputPath);
 
 // Writes a file beside the target first, forces it to the disk and puts it in the target's
-// place, with the target's permissions or, if there is none yet, those of the input. Whatever goes
-// wrong, nothing is left behind. Signals that end the process wait meanwhile.
+// place, with the target's permissions or, if there is none yet, those of the input. Refused when
+// the target has become the input since it was resolved: somebody has moved the document there.
+// Whatever goes wrong, nothing is left behind. Signals that end the process wait meanwhile.
 std::expected<void, console::Failure> writeFile(const std::string &path, std::string_view bytes,
-                                                const std::string &inputPath);
+                                                const std::string &inputPath,
+                                                const FileIdentity &input);
 
 }  // namespace mellel::documents
