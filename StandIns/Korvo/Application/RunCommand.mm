@@ -7,6 +7,7 @@
 #import "KOApplication.h"
 #import "KOApplicationController.h"
 #import "KORehearsal.h"
+#include "LostDisplay.h"
 #import "PlugInLoader.h"
 #import "TerminationSignals.h"
 
@@ -155,6 +156,7 @@ int runHost(const RunHost &run, const std::filesystem::path &program) {
   if (!connectToDisplay()) {
     return fail("there is no display to be reached (DISPLAY)", EXIT_FAILURE);
   }
+  tellLossOfDisplay();
   const auto signals = Owned<KOTerminationSignals *>::taking(
       [[KOTerminationSignals alloc] initWithTarget:NSApp action:@selector(endRun)]);
   const auto controller = Owned<KOApplicationController *>::taking(
