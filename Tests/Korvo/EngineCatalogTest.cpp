@@ -48,6 +48,27 @@ TEST_F(EngineCatalog, AStyleIsFoundByItsTitleWhateverTheCaseOfItsLetters) {
   EXPECT_EQ(found->name.baseName, "a");
 }
 
+TEST_F(EngineCatalog, AStyleIsFoundByItsFileNameWhateverTheCaseOfItsLetters) {
+  writeStyle("Mixed-Case.csl", "Alpha");
+  writeStyle("dependent/b.csl", "Beta");
+  StyleCatalog styles = catalog();
+  for (const char *name : {"mixed-case", "MIXED-CASE"}) {
+    auto found = styles.find(name);
+    ASSERT_TRUE(found) << found.error();
+    EXPECT_EQ(found->name.title, "Alpha");
+  }
+  ASSERT_TRUE(styles.find("B"));
+}
+
+// So that the list of titles in the host's windows always means what it says.
+TEST_F(EngineCatalog, ATitleComesBeforeAFileNameOfOtherCase) {
+  writeStyle("nature.csl", "Some Journal");
+  writeStyle("other.csl", "Nature");
+  StyleCatalog styles = catalog();
+  EXPECT_EQ(styles.find("NATURE")->name.baseName, "other");
+  EXPECT_EQ(styles.find("nature")->name.baseName, "nature");
+}
+
 TEST_F(EngineCatalog, AnUnknownNameIsAnErrorOfOneLine) {
   const auto found = catalog().find("no such style");
   ASSERT_FALSE(found);

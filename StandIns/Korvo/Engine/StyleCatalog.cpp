@@ -151,15 +151,25 @@ const std::vector<StyleName> &StyleCatalog::all() {
   return *names_;
 }
 
+const StyleName *StyleCatalog::findInList(std::string_view foldedName) {
+  const std::vector<StyleName> &names = all();
+  if (const auto found = byTitle_.find(foldedName); found != byTitle_.end()) {
+    return &names[found->second];
+  }
+  // Few names get here: no index of their own.
+  const auto found = std::ranges::find_if(
+      names, [&](const StyleName &name) { return caseFolded(name.baseName) == foldedName; });
+  return found == names.end() ? nullptr : &*found;
+}
+
 std::expected<Style, std::string> StyleCatalog::find(std::string_view name) {
   fs::path file = fileOf(name);
   if (file.empty()) {
-    all();
-    const auto found = byTitle_.find(caseFolded(name));
-    if (found == byTitle_.end()) {
+    const StyleName *found = findInList(caseFolded(name));
+    if (found == nullptr) {
       return std::unexpected("no citation style named \"" + std::string(name) + "\" is installed");
     }
-    file = fileOf((*names_)[found->second].baseName);
+    file = fileOf(found->baseName);
   }
   auto head = readCslHead(file, CslPart::everything);
   if (!head) {

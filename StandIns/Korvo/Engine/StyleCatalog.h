@@ -47,7 +47,8 @@ class StyleCatalog {
   // The styles of the system, the index in the user's cache directory.
   static StyleCatalog installed();
 
-  // By the file's base name, exactly, or else by title, ignoring the case of letters.
+  // By the file's base name or by title, ignoring the case of letters. A file named exactly so
+  // comes first, then the title.
   // The error is one line: no such style, or what is wrong with its file.
   std::expected<Style, std::string> find(std::string_view name);
 
@@ -56,6 +57,8 @@ class StyleCatalog {
 
  private:
   std::filesystem::path fileOf(std::string_view baseName) const;
+  // Null when there is none.
+  const StyleName *findInList(std::string_view foldedName);
   std::vector<std::filesystem::path> directories() const;
 
   std::filesystem::path styles_;

@@ -7,6 +7,7 @@
 #include "Database.h"
 #include "FoldedText.h"
 #include "LibrarySchema.h"
+#include "LooseMatching.h"
 #include "RandomIdentifier.h"
 
 #include <chrono>
@@ -96,6 +97,7 @@ struct Library::State {
   std::optional<Statement> changesOfOthers;
   std::optional<Statement> byIdentifier;
   std::optional<Statement> byCitationName;
+  std::optional<LooseMatching> loosely;
   std::optional<Statement> selectSummary;
   std::optional<Statement> selectRecord;
   std::optional<Statement> selectSame;
@@ -190,6 +192,11 @@ std::expected<void, DatabaseError> Library::State::prepareStatements() {
     }
     *statement = std::move(*prepared);
   }
+  auto prepared = LooseMatching::prepare(database);
+  if (!prepared) {
+    return std::unexpected(prepared.error());
+  }
+  loosely.emplace(std::move(*prepared));
   return {};
 }
 
@@ -393,6 +400,9 @@ std::expected<std::vector<ReferenceRow>, LibraryError> Library::matching(std::st
   if (found && found->empty()) {
     state_->byCitationName->bind(0, canonicalCitationName(tag));
     found = state_->rows(*state_->byCitationName);
+  }
+  if (found && found->empty()) {
+    found = state_->loosely->matching(tag);
   }
   if (!found) {
     return state_->error(found.error());

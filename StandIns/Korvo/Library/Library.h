@@ -81,7 +81,8 @@ class Library {
 
   // Every reference whose identifier is exactly the tag; if there is none, every reference
   // that an author may name by this text ("Smith 2001", "Smith & Jones, 2001", "Smith et
-  // al. 2001"). UTF-8. An empty tag matches nothing.
+  // al. 2001"); if there is none, also by longer ways of writing ("John Smith (2001)", "Smith
+  // n.d.", the title of a work without author). UTF-8. An empty tag matches nothing.
   std::expected<std::vector<ReferenceRow>, LibraryError> matching(std::string_view tag);
 
   std::expected<std::size_t, LibraryError> count();
