@@ -8,6 +8,7 @@
 //   citeTexts    for each cite, three texts: locator, prefix, suffix
 //   listed       for each item, whether the bibliography lists it
 import { itemFromJson } from "./items.js";
+import { shortLocator } from "./locators.js";
 import { cleanText } from "./markers.js";
 
 export const option = { yearOnly: 1, hidden: 2, stripEnclosure: 4, suppressSuperscript: 8 };
@@ -38,7 +39,7 @@ function readCite(request, cite) {
   const [locator, prefix, suffix] = request.citeTexts.slice(3 * cite, 3 * cite + 3).map(cleanText);
   if (locator.trim()) {
     // Styles that shorten page ranges know them by the hyphen only; all print the dash.
-    entry.locator = locator.trim().replace(/(\d)\s*–\s*(?=\d)/g, "$1-");
+    entry.locator = shortLocator(locator.trim()).replace(/(\d)\s*–\s*(?=\d)/g, "$1-");
     entry.label = "page";
   }
   if (prefix) {
