@@ -1,6 +1,6 @@
-// Where in a work: what authors write behind "@", brought into the few short forms that citeproc-js
-// knows a locator's kind by ("ch. 3", "sec. 5", "vol. 2, p. 45"). What begins with no word of these is
-// pages.
+// Where in a work: what authors write behind "@", brought into the few short forms that
+// citeproc-js knows a locator's kind by ("ch. 3", "sec. 5", "vol. 2, p. 45"). What begins with
+// none of these words is pages.
 
 const words = {
   ch: ["ch", "chs", "chap", "chaps", "chapter", "chapters", "cap"],
