@@ -38,6 +38,16 @@ TEST(BibliographicRecord, WritesAParticleWithAnApostropheClose) {
             "d'Alembert");
   EXPECT_EQ((PersonName{.particle = "d’", .family = "Alembert"}.familyWithParticle()),
             "d’Alembert");
+  EXPECT_EQ((PersonName{.particle = "al-", .family = "Tabari"}.familyWithParticle()), "al-Tabari");
+}
+
+TEST(BibliographicRecord, TakesOthersForNoPerson) {
+  const auto record = readBibliographicRecord(
+      R"({"author":[{"family":"Smith","given":"John"},{"literal":"others"}]})");
+  ASSERT_TRUE(record);
+  EXPECT_EQ(record->authors, (std::vector{PersonName{.family = "Smith", .given = "John"}}));
+  EXPECT_TRUE(record->hasMoreAuthors);
+  EXPECT_EQ(authorsInOneLine(*record), "Smith, John; et al.");
 }
 
 TEST(BibliographicRecord, TakesAnInstitutionsNameAsAWhole) {

@@ -52,6 +52,15 @@ TEST(CitationName, TwoAuthorsAreNamedBothOrByTheFirst) {
               UnorderedElementsAre("smith 2001", "smith and jones 2001", "smith et al 2001"));
 }
 
+TEST(CitationName, NamesThatAreNotAllAreFollowedByEtAl) {
+  BibliographicRecord record = by({smith});
+  record.hasMoreAuthors = true;
+  EXPECT_THAT(citationNames(record), UnorderedElementsAre("smith 2001", "smith et al 2001"));
+  record.authors.push_back(jones);
+  EXPECT_TRUE(isFoundBy(record, "Smith et al., 2001"));
+  EXPECT_TRUE(isFoundBy(record, "Smith, Jones, et al. 2001"));
+}
+
 TEST(CitationName, ThreeAuthorsAreNamedAllOrWithEtAl) {
   const BibliographicRecord record = by({smith, jones, lee});
   EXPECT_TRUE(isFoundBy(record, "Smith, Jones, and Lee, 2001"));

@@ -76,6 +76,37 @@ TEST(EngineStyles, ChicagoNotesShortenTheSecondMention) {
             "Smith, “The Shape of Rivers,” 45.");
 }
 
+TEST(EngineStyles, ALongTitleIsShortenedWhereTheStyleWantsAShortOne) {
+  const Items items = {
+      {"colon", R"({"type":"book","title":"On rivers: A history of water","author":[
+          {"family":"Smith","given":"John"}],"issued":{"date-parts":[[2001]]}})"},
+      {"face", R"({"type":"book","title":"<i>Rivers: A history</i> of water","author":[
+          {"family":"Jones","given":"Ann"}],"issued":{"date-parts":[[2002]]}})"},
+      {"own", R"({"type":"book","title":"Seas: Again","title-short":"Waters","author":[
+          {"family":"Lee","given":"Bo"}],"issued":{"date-parts":[[2003]]}})"}};
+  const std::vector<CiteGroup> groups = {{cite("colon")}, {cite("face")}, {cite("own")},
+                                         {cite("colon")}, {cite("face")}, {cite("own")}};
+  const Printed notes = print("chicago-fullnote-bibliography", groups, items);
+  EXPECT_EQ(notes.groups[0], "John Smith, <i>On Rivers: A History of Water</i>, 2001.");
+  EXPECT_EQ(notes.groups[3], "Smith, <i>On Rivers</i>.");
+  EXPECT_EQ(notes.groups[4], "Jones, Rivers: A History<i> of Water</i>.");
+  EXPECT_EQ(notes.groups[5], "Lee, <i>Waters</i>.");
+}
+
+TEST(EngineStyles, NamesThatEndInOthersEndInTheStylesEtAl) {
+  const Items items = {
+      {"one", R"({"type":"book","title":"T","issued":{"date-parts":[[2001]]},"author":[
+          {"family":"Smith","given":"John"},{"literal":"others"}]})"},
+      {"two", R"({"type":"book","title":"U","issued":{"date-parts":[[2002]]},"author":[
+          {"family":"Jones","given":"Ann"},{"family":"Lee","given":"Bo"},{"literal":"others"}]})"}};
+  const Printed apa = print("apa", {{cite("one")}, {cite("two")}}, items);
+  EXPECT_EQ(apa.groups, (std::vector<std::string>{"(Smith et al., 2001)", "(Jones et al., 2002)"}));
+  EXPECT_EQ(apa.entries, (std::vector<std::string>{"Jones, A., Lee, B., et al. (2002). <i>U</i>.",
+                                                   "Smith, J. et al. (2001). <i>T</i>."}));
+  EXPECT_EQ(print("chicago-author-date", {{cite("one")}}, items).entries[0],
+            "Smith, John et al. 2001. <i>T</i>.");
+}
+
 TEST(EngineStyles, ANoteRightAfterAnotherOfTheSameWorkSaysIbid) {
   const Printed printed =
       print("chicago-fullnote-bibliography-with-ibid", {{cite("smith2001", u"45")},

@@ -135,8 +135,10 @@ std::vector<PersonName> personNames(const Json &item, const char *key) {
 }
 
 std::string PersonName::familyWithParticle() const {
-  // "d'Alembert": a particle that ends in an apostrophe stands close.
-  return joined(particle, family, particle.ends_with('\'') || particle.ends_with("’") ? "" : " ");
+  // "d'Alembert", "al-Tabari": a particle that ends in such a sign stands close.
+  const bool isClose =
+      particle.ends_with('\'') || particle.ends_with("’") || particle.ends_with('-');
+  return joined(particle, family, isClose ? "" : " ");
 }
 
 std::string PersonName::invertedForm() const {
@@ -156,6 +158,11 @@ std::expected<BibliographicRecord, std::string> readBibliographicRecord(std::str
   if (record.authors.empty()) {
     record.authors = personNames(item, "editor");
   }
+  // What BibTeX's "and others" becomes; CSL has no other word for it.
+  if (record.authors.size() > 1 && record.authors.back() == PersonName{.family = "others"}) {
+    record.authors.pop_back();
+    record.hasMoreAuthors = true;
+  }
   return record;
 }
 
@@ -164,7 +171,7 @@ std::string authorsInOneLine(const BibliographicRecord &record) {
   for (const PersonName &name : record.authors) {
     line = joined(line, name.invertedForm(), "; ");
   }
-  return line;
+  return record.hasMoreAuthors ? line + "; et al." : line;
 }
 
 }  // namespace korvo::library

@@ -29,6 +29,7 @@ struct PersonName {
 
 struct BibliographicRecord {
   std::vector<PersonName> authors;  // the editors, where there is no author
+  bool hasMoreAuthors = false;      // than are named: "Smith and others"
   std::string year;                 // "2001", "-350" (before our era), or empty
   std::string title;
   std::string kind;  // CSL's type: "article-journal"
@@ -40,7 +41,7 @@ struct BibliographicRecord {
 // Texts are UTF-8. The error says what is wrong with the JSON.
 std::expected<BibliographicRecord, std::string> readBibliographicRecord(std::string_view cslJson);
 
-// "van Gogh, Vincent; Smith, John": for a list of references.
+// "van Gogh, Vincent; Smith, John", perhaps "; et al.": for a list of references.
 std::string authorsInOneLine(const BibliographicRecord &record);
 
 }  // namespace korvo::library

@@ -23,21 +23,20 @@ std::string allNames(std::span<const std::string> names) {
   return text;
 }
 
-// `names` holds at least one name.
-void appendForms(std::vector<std::string> &forms, std::span<const std::string> names,
+// `names` holds at least one name; with `hasMore`, it does not hold them all.
+void appendForms(std::vector<std::string> &forms, std::span<const std::string> names, bool hasMore,
                  const std::string &year) {
   const auto append = [&](const std::string &people) {
     forms.push_back(canonicalCitationName(people + " " + year));
   };
   append(names[0]);
-  if (names.size() < 2) {
-    return;
+  if (names.size() > 1 || hasMore) {
+    append(names[0] + " et al");
   }
-  append(names[0] + " et al");
-  if (names.size() <= longestListOfNames) {
+  if (names.size() > 1 && names.size() <= longestListOfNames) {
     append(allNames(names));
   }
-  if (names.size() > 2) {
+  if (names.size() > 2 || (names.size() == 2 && hasMore)) {
     append(names[0] + " " + names[1] + " et al");
   }
 }
@@ -80,7 +79,7 @@ std::vector<std::string> citationNames(const BibliographicRecord &record) {
                            ? author.familyWithParticle()
                            : author.family;
       }
-      appendForms(forms, names, record.year);
+      appendForms(forms, names, record.hasMoreAuthors, record.year);
     }
   }
   std::ranges::sort(forms);

@@ -38,10 +38,18 @@ function personOf(value) {
   return person.family || person.given || person.literal ? person : undefined;
 }
 
+const standsForOthers = ({ literal, family, given }) => (literal ?? family) === "others" && !given;
+
+// A last name "others", as BibTeX writes it, marks the name before it; see others.js in Patches.
 function peopleOf(value) {
-  return (Array.isArray(value) ? value : [value])
+  const people = (Array.isArray(value) ? value : [value])
     .map(personOf)
     .filter((person) => person !== undefined);
+  if (people.length > 1 && standsForOthers(people.at(-1))) {
+    people.pop();
+    people.at(-1).hasOthers = true;
+  }
+  return people;
 }
 
 function datePartsOf(parts) {
@@ -96,6 +104,16 @@ function fieldOf(name, value) {
   return dateFields.has(name) ? dateOf(value) : textOf(value) || undefined;
 }
 
+// What stands before "Title: Subtitle"'s colon, for styles that want a short title of a work that
+// has none; nothing where that would cut a face in two.
+function shortTitleOf(title = "") {
+  const end = title.indexOf(": ");
+  const start = end > 0 ? title.slice(0, end) : "";
+  const opened = start.match(/<(?!\/)/g)?.length ?? 0;
+  const closed = start.match(/<\//g)?.length ?? 0;
+  return opened === closed ? start : "";
+}
+
 // Throws when the text is no JSON object.
 export function itemFromJson(json, id) {
   const given = JSON.parse(json);
@@ -108,6 +126,10 @@ export function itemFromJson(json, id) {
     if (field !== undefined) {
       item[name] = field;
     }
+  }
+  const shortTitle = item["title-short"] || item.shortTitle || shortTitleOf(item.title);
+  if (shortTitle) {
+    item["title-short"] = shortTitle;
   }
   item.id = id;
   item.type = item.type || "document";

@@ -107,7 +107,7 @@ function nameOf(text, remarks) {
 const isMember = (text) => text.trim() !== "";
 
 // Gives CSL names. "and others" becomes the last of them, { literal: "others" }: CSL has no
-// other word for it, and who prints names knows it (see etAl in Citations/items.js).
+// other word for it, and who prints names knows it (see peopleOf in Citations/items.js).
 export function namesOf(text, remarks) {
   const members = cut(` ${text} `, between).filter(isMember);
   return members

@@ -3,6 +3,7 @@
 //
 // What has to be otherwise:
 //   cites.js         getCite: a year in place of nothing, and the names before an entry
+//   others.js        truncatePersonalNameLists, setEtAlParameters: "and others"
 //   entries.js       some entries of the bibliography, where makeBibliography prints all
 //   positions.js     positions evaluated once for a whole document; 200,000 citations of one work
 //                    in apa take 2.1 s, with citeproc-js's own loop over all before each of them
@@ -24,6 +25,7 @@
 import "./cites.js";
 import "./comparing.js";
 import "./numbers.js";
+import "./others.js";
 import "./recalled.js";
 import "./rules.js";
 import "./texts.js";
