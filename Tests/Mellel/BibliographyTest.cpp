@@ -79,22 +79,41 @@ TEST(Bibliography, WhatIsNoRTFIsRefused) {
 TEST(Bibliography, EntriesBringTheirIndentsButNoFonts) {
   const BibliographyParagraphs entries = *readBibliography(cocoaBibliography);
   EXPECT_EQ(bibliographyInPlace({entries.front()}),
-            "{\\li360\\lin360\\fi-360\\tx360\\b0\\i0\\scaps0\\ulnone\\nosupersub\\uc0 "
+            "{\\li360\\lin360\\fi-360\\sb0\\sa0\\tx360\\b0\\i0\\scaps0\\ulnone\\nosupersub\\uc0 "
             "Ko\\u322 akowski, L. {\\i Main Currents}.\\par}\n");
   EXPECT_EQ(bibliographyInBodyFormat({entries.front()}, {28, 3, 22}),
-            "{\\pard\\plain\\s28\\ql\\li360\\lin360\\fi-360\\tx360\\f3\\fs22\\uc0 "
+            "{\\pard\\plain\\s28\\ql\\li360\\lin360\\fi-360\\sb0\\sa0\\tx360\\f3\\fs22\\uc0 "
             "Ko\\u322 akowski, L. {\\i Main Currents}.\\par}\n");
 }
 
 TEST(Bibliography, BodyFormatThatTheDocumentDoesNotNameIsLeftOut) {
   const BibliographyParagraphs entries = *readBibliography("{\\rtf1 a}");
   EXPECT_EQ(bibliographyInBodyFormat(entries, {}),
-            "{\\pard\\plain\\ql\\li0\\lin0\\fi0\\uc0 a\\par}\n");
+            "{\\pard\\plain\\ql\\li0\\lin0\\fi0\\sb0\\sa0\\uc0 a\\par}\n");
 }
 
 TEST(Bibliography, SmallCapitalsAreKept) {
   const BibliographyParagraphs entries = *readBibliography("{\\rtf1 {\\scaps Smith}, J.}");
   EXPECT_NE(bibliographyInPlace(entries).find("{\\scaps Smith}, J."), std::string::npos);
+}
+
+TEST(Bibliography, LineSpacingIsTakenOver) {
+  const auto bibliography =
+      readBibliography("{\\rtf1\\pard\\sl560 A\\par\\pard\\sl480\\slmult1 B\\par\\pard C\\par}");
+  ASSERT_TRUE(bibliography);
+  EXPECT_EQ(bibliographyInPlace(*bibliography),
+            "{\\li0\\lin0\\fi0\\sb0\\sa0\\sl560\\slmult0\\b0\\i0\\scaps0\\ulnone\\nosupersub\\uc0 "
+            "A\\par}\n"
+            "{\\li0\\lin0\\fi0\\sb0\\sa0\\sl480\\slmult1\\b0\\i0\\scaps0\\ulnone\\nosupersub\\uc0 "
+            "B\\par}\n"
+            "{\\li0\\lin0\\fi0\\sb0\\sa0\\b0\\i0\\scaps0\\ulnone\\nosupersub\\uc0 C\\par}\n");
+}
+
+// The place's own distance, as every word processor gives its paragraphs one, would stay.
+TEST(Bibliography, NoSpacingBetweenEntriesIsTakenOverToo) {
+  const auto bibliography = readBibliography("{\\rtf1\\pard\\sa0 A\\par B\\par}");
+  ASSERT_TRUE(bibliography);
+  EXPECT_NE(bibliographyInPlace(*bibliography).find("\\sb0\\sa0"), std::string::npos);
 }
 
 }  // namespace

@@ -212,5 +212,18 @@ TEST(FindEndOfText, TextWithoutCharactersStandsNowhere) {
 
 TEST(FindEndOfText, RefusesABrokenDocument) { EXPECT_FALSE(findEndOfText("x", "x")); }
 
+// As AbiWord writes the items of a list.
+TEST(CitationFinder, CitationsInTextsForProgramsWithoutListsAreCounted) {
+  const auto document = readDocumentText(
+      "{\\rtf1{\\listtext\\{Smith 2001\\} and \\'7bJones#x\\'7d \\{1\\}\\tab}Item\\par\\{A 1\\}}");
+  ASSERT_TRUE(document);
+  EXPECT_EQ(document->citationsInListTexts, 1U);
+  ASSERT_EQ(document->citations.size(), 1U);
+  EXPECT_EQ(document->citations[0].text, "A 1");
+  EXPECT_EQ(readDocumentText("{\\rtf1{\\info{\\title \\{A 1\\}}}x}")->citationsInListTexts, 0U);
+  EXPECT_EQ(readDocumentText("{\\rtf1{\\listtext\\{A 1}{\\listtext 2\\}}x}")->citationsInListTexts,
+            0U);
+}
+
 }  // namespace
 }  // namespace mellel::rtf

@@ -33,8 +33,17 @@ TEST(DocumentRewriting, TextTakesThePlaceOfTheCitation) {
   EXPECT_EQ(formattedBody("a \\{Smith\\} b", "(S {\\i x})"), "a {(S {\\i x})} b");
 }
 
-TEST(DocumentRewriting, TextTakesTheFormattingOfTheOpeningBrace) {
-  EXPECT_EQ(formattedBody("a{\\b\\{Smith} 2001\\} b", "S"), "a{\\b{S}} b");
+TEST(DocumentRewriting, TextTakesTheLooksThatTheWholeCitationHad) {
+  EXPECT_EQ(formattedBody("a{\\b\\{Smith 2001\\}} b", "S"), "a{\\b{S}} b");
+}
+
+TEST(DocumentRewriting, TextDoesNotTakeLooksThatEndedInTheCitation) {
+  EXPECT_EQ(formattedBody("a{\\b\\{Smith} 2001\\} b", "S"), "a{\\b{\\b0 S}} b");
+  EXPECT_EQ(formattedBody("{\\i Nature \\{}Smith\\} b", "S {\\i x}"),
+            "{\\i Nature {\\i0 S {\\i x}}} b");
+  EXPECT_EQ(
+      formattedBody("{\\b\\i\\ul\\scaps\\super\\{Smith\\i0 2001\\b0\\ulnone\\}} b", "\\uc0\\u233 "),
+      "{\\b\\i\\ul\\scaps\\super{\\ulnone\\i0\\b0\\uc0 \\u233 }\\i0 \\b0\\ulnone } b");
 }
 
 TEST(DocumentRewriting, FormattingInsideTheCitationStaysInForceAfterIt) {
@@ -89,8 +98,8 @@ TEST(DocumentRewriting, RichTextMayHoldBraces) {
 TEST(DocumentRewriting, BibliographyReplacesItsParagraph) {
   EXPECT_EQ(formattedBody("a\\par\\pard{\\b\\{bibliography}\\} \\par b", "", twoEntries()),
             "a\\par\\pard{\\b\n"
-            "{\\li720\\lin720\\fi-720\\b0\\i0\\scaps0\\ulnone\\nosupersub\\uc0 A\\par}\n"
-            "{\\li720\\lin720\\fi-720\\b0\\i0\\scaps0\\ulnone\\nosupersub\\uc0 B\\par}\n"
+            "{\\li720\\lin720\\fi-720\\sb0\\sa0\\b0\\i0\\scaps0\\ulnone\\nosupersub\\uc0 A\\par}\n"
+            "{\\li720\\lin720\\fi-720\\sb0\\sa0\\b0\\i0\\scaps0\\ulnone\\nosupersub\\uc0 B\\par}\n"
             "}b");
 }
 
@@ -121,8 +130,8 @@ TEST(DocumentRewriting, ParagraphsEndThatEndedAControlWordLeavesABlank) {
 TEST(DocumentRewriting, BibliographyGoesToTheEndOtherwise) {
   EXPECT_EQ(formattedBody("\\pard\\f0\\fs20 text", "", twoEntries()),
             "\\pard\\f0\\fs20 text\\par\n"
-            "{\\pard\\plain\\ql\\li720\\lin720\\fi-720\\f0\\fs20\\uc0 A\\par}\n"
-            "{\\pard\\plain\\ql\\li720\\lin720\\fi-720\\f0\\fs20\\uc0 B\\par}\n");
+            "{\\pard\\plain\\ql\\li720\\lin720\\fi-720\\sb0\\sa0\\f0\\fs20\\uc0 A\\par}\n"
+            "{\\pard\\plain\\ql\\li720\\lin720\\fi-720\\sb0\\sa0\\f0\\fs20\\uc0 B\\par}\n");
 }
 
 TEST(DocumentRewriting, BibliographyAtTheEndComesBeforeTrailingDestinations) {

@@ -48,7 +48,20 @@ inline std::vector<std::pair<std::size_t, std::size_t>> citationsAmong(
   return citations;
 }
 
-// Each citation is one character, with the formatting of its opening brace.
+// The formatting of the opening brace, as far as all characters of the citation have it.
+inline Character lookOfCitation(const std::vector<Character> &characters, std::size_t begin,
+                                std::size_t end) {
+  Character look = characters[begin];
+  for (std::size_t index = begin; index <= end; ++index) {
+    if (characters[index].story == look.story) {
+      look.isBold = look.isBold && characters[index].isBold;
+      look.isItalic = look.isItalic && characters[index].isItalic;
+    }
+  }
+  return look;
+}
+
+// Each citation is one character, with these looks.
 inline std::vector<Character> withCitationsReplaced(const std::vector<Character> &characters,
                                                     const std::string &replacementText) {
   std::map<std::size_t, std::size_t> endOfCitation;
@@ -64,7 +77,7 @@ inline std::vector<Character> withCitationsReplaced(const std::vector<Character>
       continue;
     }
     if (endOfCitation.contains(index)) {
-      Character replacement = character;
+      Character replacement = lookOfCitation(characters, index, endOfCitation[index]);
       replacement.text = replacementText;
       result.push_back(replacement);
       skipUntil[character.story] = endOfCitation[index];

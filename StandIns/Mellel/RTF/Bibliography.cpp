@@ -22,12 +22,13 @@ std::string controlWord(std::string_view word, std::int32_t parameter) {
 std::string paragraphWords(const BibliographyParagraph &entry) {
   const ParagraphFormat &format = entry.format;
   std::string words = controlWord("li", format.leftIndent) + controlWord("lin", format.leftIndent) +
-                      controlWord("fi", format.firstLineIndent);
-  if (format.spaceBefore != 0) {
-    words += controlWord("sb", format.spaceBefore);
-  }
-  if (format.spaceAfter != 0) {
-    words += controlWord("sa", format.spaceAfter);
+                      controlWord("fi", format.firstLineIndent) +
+                      // None is a distance too: the place's own must not stay.
+                      controlWord("sb", format.spaceBefore) + controlWord("sa", format.spaceAfter);
+  // Of lines most styles say nothing: they stay as far apart as those of the document.
+  if (format.lineSpacing != 0) {
+    words += controlWord("sl", format.lineSpacing) +
+             controlWord("slmult", format.lineSpacingIsMultiple ? 1 : 0);
   }
   for (const std::int32_t position : entry.tabStops) {
     words += controlWord("tx", position);

@@ -30,6 +30,12 @@ struct Story {
   std::vector<CharacterSpan> blanks;
   // The found citation that may turn out to be alone in this paragraph.
   std::optional<std::size_t> candidate;
+  CharacterLooks firstLooks;
+  CharacterLooks commonLooks;  // of the open citation so far
+  // The blank that the text before ends with.
+  std::optional<CharacterSpan> lastBlank;
+  // The found citation that nothing has followed yet.
+  std::optional<std::size_t> lastCitation;
 };
 
 void appendSpan(std::vector<CharacterSpan> &spans, const TextEvent &event) {
@@ -41,6 +47,27 @@ void appendSpan(std::vector<CharacterSpan> &spans, const TextEvent &event) {
     return;
   }
   spans.push_back({{event.begin, event.end}, event.separator});
+}
+
+bool isBlank(char32_t character) { return character == ' ' || character == 0x00A0; }
+
+// The blank at the end of a piece of text, where it has one of its own.
+std::optional<CharacterSpan> blankAtEnd(const TextEvent &event) {
+  if (isBlank(event.character)) {
+    return CharacterSpan{{event.begin, event.end}, event.separator};
+  }
+  const bool isLiteral = event.text.size() == event.end - event.begin;
+  if (isLiteral && event.text.size() > 1 && event.text.ends_with(' ')) {
+    return CharacterSpan{{event.end - 1, event.end}, {}};
+  }
+  return std::nullopt;
+}
+
+// The place behind the stops and commas that a piece of text begins with.
+std::optional<std::size_t> endOfPunctuation(const TextEvent &event) {
+  const std::size_t length = std::min(event.text.find_first_not_of(".,;:!?"), event.text.size());
+  const bool isLiteral = event.text.size() == event.end - event.begin;
+  return isLiteral && length > 0 ? std::optional(event.begin + length) : std::nullopt;
 }
 
 class CitationFinder {
@@ -91,8 +118,27 @@ class CitationFinder {
       closeCitation(event);
     } else if (story.open) {
       extendCitation(event);
-    } else if (!story.paragraphHasText) {
-      takeTextAroundCitation(event);
+    } else {
+      noteSeamWith(event);
+      if (!story.paragraphHasText) {
+        takeTextAroundCitation(event);
+      }
+    }
+  }
+
+  void noteSeamWith(const TextEvent &event) {
+    Story &story = stories_.back();
+    if (event.text.empty()) {
+      return;
+    }
+    story.lastBlank = blankAtEnd(event);
+    if (story.lastCitation) {
+      found_[*story.lastCitation].citation.noteSeam.markBehindPunctuation = endOfPunctuation(event);
+      // A blank between two citations keeps their marks apart.
+      if (isBlankText(event.text)) {
+        story.lastBlank.reset();
+      }
+      story.lastCitation.reset();
     }
   }
 
@@ -117,11 +163,18 @@ class CitationFinder {
       noteText();
     }
     story.open.emplace();
+    story.open->isInMainText = reader_.isInMainText();
+    story.open->noteSeam.blankBefore = std::exchange(story.lastBlank, std::nullopt);
+    story.lastCitation.reset();
+    story.firstLooks = story.commonLooks = reader_.characterFormat().looks;
     appendSpan(story.open->spans, event);
   }
 
   void extendCitation(const TextEvent &event) {
     Story &story = stories_.back();
+    if (!event.text.empty()) {
+      noteLooks(story);
+    }
     appendPlainText(story.open->text, event.text);
     appendSpan(story.open->spans, event);
     if (story.open->text.size() > greatestCitationLength ||
@@ -138,6 +191,8 @@ class CitationFinder {
       noteText();
       return;
     }
+    noteLooks(story);
+    story.open->endingLooks = looksWithout(story.firstLooks, story.commonLooks);
     appendSpan(story.open->spans, event);
     const bool isAlone = !story.paragraphHasText && isBibliographyWord(story.open->text);
     closed_ = found_.size();
@@ -146,8 +201,13 @@ class CitationFinder {
     } else {
       noteText();
     }
+    story.lastCitation = closed_;
     found_.push_back({std::move(*story.open), false, std::nullopt});
     story.open.reset();
+  }
+
+  void noteLooks(Story &story) const {
+    story.commonLooks = commonLooks(story.commonLooks, reader_.characterFormat().looks);
   }
 
   void endParagraph(const TextEvent &event) {
@@ -196,6 +256,7 @@ class CitationFinder {
     }
     text.endOfMainText = reader_.endOfMainText();
     text.lastParagraphIsOpen = reader_.lastParagraphIsOpen();
+    text.citationsInListTexts = reader_.citationsInListTexts();
     const auto most = std::max_element(
         lengthOfFormat_.begin(), lengthOfFormat_.end(),
         [](const auto &left, const auto &right) { return left.second < right.second; });

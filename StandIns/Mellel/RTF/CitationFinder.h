@@ -14,6 +14,7 @@
 #pragma once
 
 #include "Edits.h"
+#include "Formatting.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -33,13 +34,27 @@ struct CharacterSpan {
   std::string_view separator;
 };
 
+// Where a footnote's mark goes that takes a citation's place: a note follows its word without a
+// blank, and a stop or comma without a gap.
+struct NoteSeam {
+  std::optional<CharacterSpan> blankBefore;
+  // A byte offset; nothing where the mark stands in the citation's own place.
+  std::optional<std::size_t> markBehindPunctuation;
+};
+
 struct Citation {
   // What stands between the braces, UTF-8. Characters that only guide the layout are told
   // as what they mean: no-break spaces and line breaks as blanks, no-break hyphens as
   // hyphens, optional hyphens as nothing.
   std::string text;
   // In the order of the document, braces included; never empty.
-  std::vector<CharacterSpan> spans;
+  std::vector<CharacterSpan> spans = {};
+  // What its first character looks like and not all of the others do: where emphasis ended inside
+  // of it, it was not meant for all of it.
+  CharacterLooks endingLooks = {};
+  // In no footnote, header or text box.
+  bool isInMainText = true;
+  NoteSeam noteSeam = {};
 };
 
 // The formatting that most of the main text is set in; -1 where the document names none.
@@ -63,6 +78,8 @@ struct DocumentText {
   std::size_t endOfMainText = 0;
   bool lastParagraphIsOpen = false;
   BodyFormat bodyFormat;
+  // What stands in braces in the texts for programs without lists, and is left as it is.
+  std::size_t citationsInListTexts = 0;
 };
 
 // The error is one line; it speaks of the document as "it".

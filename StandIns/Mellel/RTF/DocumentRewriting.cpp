@@ -28,6 +28,21 @@ void replace(std::vector<Edit> &edits, const std::vector<CharacterSpan> &spans, 
   }
 }
 
+void replaceByFootnote(std::vector<Edit> &edits, const Citation &citation, std::string note) {
+  const NoteSeam &seam = citation.noteSeam;
+  if (seam.blankBefore) {
+    remove(edits, *seam.blankBefore);
+  }
+  if (!seam.markBehindPunctuation) {
+    replace(edits, citation.spans, std::move(note));
+    return;
+  }
+  for (const CharacterSpan &characters : citation.spans) {
+    remove(edits, characters);
+  }
+  edits.push_back({{*seam.markBehindPunctuation, *seam.markBehindPunctuation}, std::move(note)});
+}
+
 void addBibliography(std::vector<Edit> &edits, const DocumentText &document,
                      const BibliographyParagraphs &bibliography) {
   if (bibliography.empty()) {
@@ -52,11 +67,15 @@ void addBibliography(std::vector<Edit> &edits, const DocumentText &document,
 
 std::string formattedDocument(std::string_view rtf, const DocumentText &document,
                               const std::vector<std::optional<RichText>> &texts,
-                              const BibliographyParagraphs &bibliography) {
+                              const BibliographyParagraphs &bibliography, PlaceOfCitations place) {
   std::vector<Edit> edits;
   for (std::size_t index = 0; index < document.citations.size(); ++index) {
-    if (texts.at(index)) {
-      replace(edits, document.citations[index].spans, groupOfText(*texts.at(index)));
+    const Citation &citation = document.citations[index];
+    const std::optional<RichText> &text = texts.at(index);
+    if (place == PlaceOfCitations::inFootnotes && isForFootnote(citation, text)) {
+      replaceByFootnote(edits, citation, footnote(*text, document.bodyFormat));
+    } else if (text) {
+      replace(edits, citation.spans, groupOfText(*text, citation.endingLooks));
     }
   }
   addBibliography(edits, document, bibliography);

@@ -71,12 +71,37 @@ void applyToParagraph(Keyword keyword, const Token &token, ParagraphFormat &form
     case Keyword::spaceAfter:
       format.spaceAfter = token.parameter;
       break;
+    case Keyword::lineSpacing:
+      format.lineSpacing = token.parameter;
+      break;
+    case Keyword::lineSpacingRule:
+      format.lineSpacingIsMultiple = token.parameter != 0;
+      break;
     default:
       break;
   }
 }
 
+template <typename Combine>
+CharacterLooks combined(const CharacterLooks &first, const CharacterLooks &second,
+                        Combine combine) {
+  return {.isBold = combine(first.isBold, second.isBold),
+          .isItalic = combine(first.isItalic, second.isItalic),
+          .isUnderlined = combine(first.isUnderlined, second.isUnderlined),
+          .isSuperscript = combine(first.isSuperscript, second.isSuperscript),
+          .isSubscript = combine(first.isSubscript, second.isSubscript),
+          .isSmallCapitals = combine(first.isSmallCapitals, second.isSmallCapitals)};
+}
+
 }  // namespace
+
+CharacterLooks looksWithout(const CharacterLooks &first, const CharacterLooks &second) {
+  return combined(first, second, [](bool has, bool lacks) { return has && !lacks; });
+}
+
+CharacterLooks commonLooks(const CharacterLooks &first, const CharacterLooks &second) {
+  return combined(first, second, [](bool one, bool other) { return one && other; });
+}
 
 void applyFormatting(Keyword keyword, const Token &token, Formatting &formatting) {
   applyToCharacters(keyword, token, formatting.characters);

@@ -21,6 +21,11 @@ struct CharacterLooks {
   bool operator==(const CharacterLooks &) const = default;
 };
 
+// The looks of the first that the second lacks.
+CharacterLooks looksWithout(const CharacterLooks &first, const CharacterLooks &second);
+// The looks that both have.
+CharacterLooks commonLooks(const CharacterLooks &first, const CharacterLooks &second);
+
 struct CharacterFormat {
   // Font number and size in half points; -1 where the document's default holds.
   std::int32_t font = -1;
@@ -37,6 +42,10 @@ struct ParagraphFormat {
   std::int32_t firstLineIndent = 0;
   std::int32_t spaceBefore = 0;
   std::int32_t spaceAfter = 0;
+  // Of \sl: at least so much, or exactly where it is negative; 0 where nothing is told.
+  std::int32_t lineSpacing = 0;
+  // Of \slmult: the number is a multiple of a line, 240 for a single one.
+  bool lineSpacingIsMultiple = false;
 };
 
 struct Formatting {

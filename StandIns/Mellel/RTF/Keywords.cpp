@@ -17,32 +17,24 @@ void add(KeywordTable &table, Keyword keyword, std::initializer_list<std::string
 
 void addDestinations(KeywordTable &table) {
   add(table, Keyword::fontTable, {"fonttbl"});
-  add(table, Keyword::hiddenDestination, {"filetbl",      "colortbl",
-                                          "stylesheet",   "info",
-                                          "listtable",    "listoverridetable",
-                                          "revtbl",       "rsidtbl",
-                                          "generator",    "objdata",
-                                          "listtext",     "pntext",
-                                          "pntxta",       "pntxtb",
-                                          "pnseclvl",     "fldinst",
-                                          "datafield",    "xe",
-                                          "tc",           "tcn",
-                                          "rxe",          "txe",
-                                          "template",     "nextfile",
-                                          "ftnsep",       "ftnsepc",
-                                          "ftncn",        "aftnsep",
-                                          "aftnsepc",     "aftncn",
-                                          "atnid",        "atnauthor",
-                                          "annotation",   "atrfstart",
-                                          "atrfend",      "atndate",
-                                          "shprslt",      "sp",
-                                          "private",      "nonesttables",
-                                          "bkmkstart",    "bkmkend",
-                                          "xmlnstbl",     "mmathPr",
-                                          "themedata",    "colorschememapping",
-                                          "latentstyles", "datastore",
-                                          "userprops",    "pgdsctbl",
-                                          "background"});
+  add(table, Keyword::hiddenDestination, {"filetbl",      "colortbl",   "stylesheet",
+                                          "info",         "listtable",  "listoverridetable",
+                                          "revtbl",       "rsidtbl",    "generator",
+                                          "objdata",      "pntext",     "pntxta",
+                                          "pntxtb",       "pnseclvl",   "fldinst",
+                                          "datafield",    "xe",         "tc",
+                                          "tcn",          "rxe",        "txe",
+                                          "template",     "nextfile",   "ftnsep",
+                                          "ftnsepc",      "ftncn",      "aftnsep",
+                                          "aftnsepc",     "aftncn",     "atnid",
+                                          "atnauthor",    "annotation", "atrfstart",
+                                          "atrfend",      "atndate",    "shprslt",
+                                          "sp",           "private",    "nonesttables",
+                                          "bkmkstart",    "bkmkend",    "xmlnstbl",
+                                          "mmathPr",      "themedata",  "colorschememapping",
+                                          "latentstyles", "datastore",  "userprops",
+                                          "pgdsctbl",     "background"});
+  add(table, Keyword::listText, {"listtext"});
   add(table, Keyword::embeddedObject, {"pict", "nonshppict", "shppict"});
   add(table, Keyword::storyDestination,
       {"footnote", "header", "headerl", "headerr", "headerf", "footer", "footerl", "footerr",
@@ -89,6 +81,8 @@ void addFormatting(KeywordTable &table) {
   add(table, Keyword::firstLineIndent, {"fi"});
   add(table, Keyword::spaceBefore, {"sb"});
   add(table, Keyword::spaceAfter, {"sa"});
+  add(table, Keyword::lineSpacing, {"sl"});
+  add(table, Keyword::lineSpacingRule, {"slmult"});
   add(table, Keyword::tabStop, {"tx"});
 }
 

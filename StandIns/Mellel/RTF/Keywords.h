@@ -20,6 +20,7 @@ enum class Keyword : std::uint8_t {
   fontCodePage,
   // Destinations
   hiddenDestination,  // nothing in it is text of the document
+  listText,           // the same, though some programs put an item's own text there
   storyDestination,   // a text of its own: footnote, header, text box
   unicodePair,        // \upr: the same text twice, first without Unicode
   unicodeText,        // \ud: the second of them
@@ -48,6 +49,8 @@ enum class Keyword : std::uint8_t {
   firstLineIndent,
   spaceBefore,
   spaceAfter,
+  lineSpacing,
+  lineSpacingRule,
   tabStop
 };
 

@@ -28,6 +28,16 @@ std::string controlWords(const CharacterLooks &looks) {
   return words;
 }
 
+std::string endingWords(const CharacterLooks &looks) {
+  std::string words;
+  words += looks.isUnderlined ? "\\ulnone" : "";
+  words += looks.isItalic ? "\\i0" : "";
+  words += looks.isBold ? "\\b0" : "";
+  words += looks.isSmallCapitals ? "\\scaps0" : "";
+  words += looks.isSuperscript || looks.isSubscript ? "\\nosupersub" : "";
+  return words;
+}
+
 // In pidgin RTF the blank after an escaped brace or backslash belongs to the escape, which in
 // RTF proper it does not.
 std::string withoutBlanksOfEscapes(std::string_view pidgin) {
@@ -79,9 +89,12 @@ std::string rtfOfText(const RichText &formatted) {
   return rtf;
 }
 
-std::string groupOfText(const RichText &formatted) {
-  const std::string rtf = rtfOfText(formatted);
-  return (formats::isASCII(plainText(formatted)) ? "{" : "{\\uc0 ") + rtf + '}';
+std::string groupOfText(const RichText &formatted, const CharacterLooks &ended) {
+  std::string words = endingWords(ended);
+  if (!formats::isASCII(plainText(formatted))) {
+    words += "\\uc0";
+  }
+  return '{' + words + (words.empty() ? "" : " ") + rtfOfText(formatted) + '}';
 }
 
 std::expected<RichText, std::string> readPidginRTF(std::string_view pidgin) {

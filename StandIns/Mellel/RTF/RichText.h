@@ -32,8 +32,9 @@ std::string plainText(const RichText &formatted);
 // as \u without fallback: what goes around it must say \uc0.
 std::string rtfOfText(const RichText &formatted);
 
-// A group that can stand wherever a character can stand, and leaves nothing behind it changed.
-std::string groupOfText(const RichText &formatted);
+// A group that can stand wherever a character can stand, and leaves nothing behind it changed. It
+// takes the looks of its place, but for those to be ended.
+std::string groupOfText(const RichText &formatted, const CharacterLooks &ended = {});
 
 // A formatted citation as it comes from the host: RTF without header, with character formatting
 // only. Refused with one line if it is not well-formed.

@@ -285,6 +285,12 @@ bool TextReader::takeDestination(Keyword keyword, TextEvent &event) {
     case Keyword::hiddenDestination:
       group.visibility = Visibility::hidden;
       return false;
+    case Keyword::listText:
+      if (group.visibility == Visibility::visible || group.visibility == Visibility::ignorable) {
+        group.visibility = Visibility::listText;
+        listTexts_.begin();
+      }
+      return false;
     case Keyword::unicodePair:
       if (group.visibility == Visibility::visible) {
         group.visibility = Visibility::unicodePair;
@@ -370,6 +376,9 @@ bool TextReader::givePart(TextEvent &event) {
 bool TextReader::giveCharacter(char32_t character, TextEvent &event) {
   highSurrogate_ = 0;
   if (!isVisible()) {
+    if (groups_.back().visibility == Visibility::listText && character < 0x80) {
+      listTexts_.take(std::string(1, static_cast<char>(character)));
+    }
     return false;
   }
   text_.clear();
@@ -442,6 +451,9 @@ bool TextReader::takePieceOfText(TextEvent &event) {
   }
   if (!isVisible()) {
     forgetIncompleteCharacter();
+    if (groups_.back().visibility == Visibility::listText) {
+      listTexts_.take(rest);
+    }
     takeBytes(rest.size());
     return false;
   }

@@ -12,6 +12,7 @@
 
 #include "FontTable.h"
 #include "Formatting.h"
+#include "HiddenCitations.h"
 #include "Keywords.h"
 #include "Lexer.h"
 
@@ -73,12 +74,16 @@ class TextReader {
   // and whether the last paragraph lacks its end.
   std::size_t endOfMainText() const { return endOfMainText_; }
   bool lastParagraphIsOpen() const { return lastParagraphIsOpen_; }
+  // Citations, as far as one can tell, in what a program without lists would show in front of a
+  // list's items. Some programs put the text of the item itself there.
+  std::size_t citationsInListTexts() const { return listTexts_.citations(); }
 
  private:
   enum class Visibility : std::uint8_t {
     visible,
     ignorable,    // behind \*: hidden but for the texts of their own in it
     unicodePair,  // in \upr: hidden but for \ud
+    listText,     // hidden, but looked at
     hidden
   };
 
@@ -139,6 +144,7 @@ class TextReader {
   std::size_t endOfMainText_ = 0;
   bool mainTextWasSeen_ = false;
   bool lastParagraphIsOpen_ = false;
+  HiddenCitations listTexts_;
 };
 
 }  // namespace mellel::rtf
