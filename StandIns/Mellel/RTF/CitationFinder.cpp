@@ -19,7 +19,7 @@ constexpr std::size_t greatestNumberOfSpans = 16'384;
 struct FoundCitation {
   Citation citation;
   bool isBibliographyPlace = false;
-  std::optional<CharacterSpan> paragraphEnd;
+  std::optional<CharacterSpan> paragraphEnd = std::nullopt;
 };
 
 // One text of the document: the main text, or one that interrupts it.
@@ -49,18 +49,18 @@ void appendSpan(std::vector<CharacterSpan> &spans, const TextEvent &event) {
   spans.push_back({{event.begin, event.end}, event.separator});
 }
 
-bool isBlank(char32_t character) { return character == ' ' || character == 0x00A0; }
-
 // The blank at the end of a piece of text, where it has one of its own.
-std::optional<CharacterSpan> blankAtEnd(const TextEvent &event) {
-  if (isBlank(event.character)) {
-    return CharacterSpan{{event.begin, event.end}, event.separator};
+void noteBlankAtEnd(const TextEvent &event, std::optional<CharacterSpan> &blank) {
+  if (event.character == ' ' || event.character == 0x00A0) {
+    blank = {{event.begin, event.end}, event.separator};
+    return;
   }
   const bool isLiteral = event.text.size() == event.end - event.begin;
-  if (isLiteral && event.text.size() > 1 && event.text.ends_with(' ')) {
-    return CharacterSpan{{event.end - 1, event.end}, {}};
+  if (event.text.back() == ' ' && isLiteral) {
+    blank = {{event.end - 1, event.end}, {}};
+    return;
   }
-  return std::nullopt;
+  blank.reset();
 }
 
 // The place behind the stops and commas that a piece of text begins with.
@@ -131,7 +131,7 @@ class CitationFinder {
     if (event.text.empty()) {
       return;
     }
-    story.lastBlank = blankAtEnd(event);
+    noteBlankAtEnd(event, story.lastBlank);
     if (story.lastCitation) {
       found_[*story.lastCitation].citation.noteSeam.markBehindPunctuation = endOfPunctuation(event);
       // A blank between two citations keeps their marks apart.
@@ -152,6 +152,9 @@ class CitationFinder {
 
   void noteText() {
     Story &story = stories_.back();
+    if (story.paragraphHasText) {
+      return;  // and so there is nothing else to forget
+    }
     story.paragraphHasText = true;
     story.candidate.reset();
     story.blanks.clear();
@@ -192,7 +195,9 @@ class CitationFinder {
       return;
     }
     noteLooks(story);
-    story.open->endingLooks = looksWithout(story.firstLooks, story.commonLooks);
+    if (story.firstLooks != story.commonLooks) {
+      story.open->endingLooks = looksWithout(story.firstLooks, story.commonLooks);
+    }
     appendSpan(story.open->spans, event);
     const bool isAlone = !story.paragraphHasText && isBibliographyWord(story.open->text);
     closed_ = found_.size();
@@ -202,12 +207,15 @@ class CitationFinder {
       noteText();
     }
     story.lastCitation = closed_;
-    found_.push_back({std::move(*story.open), false, std::nullopt});
+    found_.emplace_back(std::move(*story.open));
     story.open.reset();
   }
 
   void noteLooks(Story &story) const {
-    story.commonLooks = commonLooks(story.commonLooks, reader_.characterFormat().looks);
+    const CharacterLooks &looks = reader_.characterFormat().looks;
+    if (looks != story.commonLooks) {
+      story.commonLooks = commonLooks(story.commonLooks, looks);
+    }
   }
 
   void endParagraph(const TextEvent &event) {
@@ -243,10 +251,15 @@ class CitationFinder {
 
   std::expected<DocumentText, std::string> result() {
     DocumentText text;
-    // A footnote's citations are complete before the one that the footnote interrupts.
-    std::stable_sort(found_.begin(), found_.end(), [](const auto &left, const auto &right) {
-      return left.citation.spans.front().span.begin < right.citation.spans.front().span.begin;
-    });
+    // A footnote's citations are complete before the one that the footnote interrupts: few
+    // documents have such.
+    const auto begin = [](const FoundCitation &found) {
+      return found.citation.spans.front().span.begin;
+    };
+    if (!std::ranges::is_sorted(found_, {}, begin)) {
+      std::ranges::stable_sort(found_, {}, begin);
+    }
+    text.citations.reserve(found_.size());
     for (FoundCitation &found : found_) {
       if (!found.isBibliographyPlace) {
         text.citations.push_back(std::move(found.citation));
