@@ -2,7 +2,6 @@
 
 include(Cocoa)
 include(Signing)
-set(cocoa Cocoa)
 find_program(IBTOOL ibtool REQUIRED)
 
 # Beside the product, a Mac builds what tests it there, as far as it has what they take.

@@ -1,8 +1,6 @@
 # What is particular to a build for Linux. Darwin.cmake defines the same names.
 
 include(GNUstep)
-# Whose Cocoa it is, as sources for one of them are named.
-set(cocoa GNUstep)
 find_package(GTest REQUIRED)
 
 # The rooms that are built beside the product.
@@ -18,9 +16,19 @@ function(make_plugin_bundle target name folder dialog)
   set(copies)
   foreach(resource IN ITEMS Info-gnustep.plist ${dialog} ${ARGN})
     set(source ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/${resource})
-    set(copy ${bundle}/Resources/${resource})
+    # GNUstep's list of languages has two codes for Hebrew and knows the older one alone. It finds
+    # each language by its English name, too.
+    string(REGEX REPLACE "^he\\.lproj/" "Hebrew.lproj/" name ${resource})
+    set(copy ${bundle}/Resources/${name})
+    set(make_copy ${CMAKE_COMMAND} -E copy ${source} ${copy})
+    if(resource MATCHES "\\.strings$")
+      # GNUstep 1.28 takes a table without a byte order mark for one in the locale's encoding.
+      set(make_copy iconv -f UTF-8 -t UTF-16 -o ${copy} ${source})
+    endif()
+    cmake_path(GET copy PARENT_PATH folder_of_copy)
     add_custom_command(OUTPUT ${copy}
-      COMMAND ${CMAKE_COMMAND} -E copy ${source} ${copy}
+      COMMAND ${CMAKE_COMMAND} -E make_directory ${folder_of_copy}
+      COMMAND ${make_copy}
       DEPENDS ${source} VERBATIM)
     list(APPEND copies ${copy})
   endforeach()

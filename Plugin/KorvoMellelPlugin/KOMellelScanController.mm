@@ -1,6 +1,7 @@
 #import "KOMellelScanController.h"
 
 #import "HostArray.h"
+#import "Translation.h"
 #import "WindowOfNib.h"
 
 extern "C" {
@@ -54,6 +55,7 @@ NSString *const KOMellelScanLastStylePrefKey = @"Last Style Used For Mellel Scan
 }
 
 - (void)awakeFromNib {
+  translateDialog([self window], @"ScanDialog");
   [self populateFormatList];
 }
 

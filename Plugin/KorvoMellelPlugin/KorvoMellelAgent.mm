@@ -1,5 +1,6 @@
 #import "ExceptionBoundary.h"
 #import "KorvoMellelAgent+Private.h"
+#import "Translation.h"
 
 #include <Formats/EventTable.h>
 
@@ -141,9 +142,7 @@ static id<KorvoWordProcessorIntegrationAdapter> adapter = nil;
 }
 
 - (NSString *)localizedText:(NSString *)key {
-  return [[NSBundle bundleForClass:[KorvoMellelAgent class]] localizedStringForKey:key
-                                                                             value:@""
-                                                                             table:@"Plugin"];
+  return translatedText(key, @"Plugin");
 }
 
 @end

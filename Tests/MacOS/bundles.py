@@ -6,9 +6,14 @@ import plistlib
 import subprocess
 
 SEAL = "Contents/_CodeSignature/CodeResources"
+LANGUAGES = ("de", "en", "es", "fr", "he", "it", "ja", "nl", "pt", "ru", "zh-Hans")
 PLUGIN_RESOURCES = {
     "Contents/Resources/MellelScanDialog.nib",
-    "Contents/Resources/en.lproj/Plugin.strings",
+    *(
+        f"Contents/Resources/{language}.lproj/{table}.strings"
+        for language in LANGUAGES
+        for table in ("Plugin", "ScanDialog")
+    ),
 }
 
 

@@ -19,12 +19,13 @@ TEST_F(TranslatedTexts, NoticeOfACitationThatMatchesNothingIsTranslated) {
                                                       "\n\nBitte eindeutig machen.\n")));
 }
 
+// In the order of the language, which the table tells by positions.
 TEST_F(TranslatedTexts, NoticeOfACitationThatMatchesSeveralIsTranslated) {
   host_->matches["Smith"] = {"r", "s"};
   [agent_ citationGroupsWithCitationStringArray:array({@"Smith"})];
   ASSERT_EQ(host_->notices.size(), 1u);
   EXPECT_EQ(host_->notices[0].first, "Fragen zum Dokument");
-  EXPECT_TRUE(host_->notices[0].second.starts_with("\n\nZitat 1 (Smith) wurde 2 Mal gefunden.\n"))
+  EXPECT_TRUE(host_->notices[0].second.starts_with("\n\nSmith (Zitat 1) wurde 2 Mal gefunden.\n"))
       << host_->notices[0].second;
   EXPECT_TRUE(host_->notices[0].second.ends_with("\n\nBitte eindeutig machen.\n"))
       << host_->notices[0].second;

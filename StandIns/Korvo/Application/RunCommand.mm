@@ -100,11 +100,14 @@ std::expected<NSArray *, std::string> findTags(const std::vector<std::string> &t
 }
 
 // Of the desktop, as far as its user has not said otherwise. Without a window manager
-// windows would have no title bars.
+// windows would have no title bars. GNUstep finds a font with a character that the usual one lacks
+// (Chinese and Japanese) among those only that are named here.
 void prepareDefaults() {
+  NSArray *fonts = [NSArray arrayWithObject:@"DroidSansFallback"];
   NSDictionary *defaults = [NSDictionary
       dictionaryWithObjectsAndKeys:@"NO", @"GSBackHandlesWindowDecorations",
-                                   @"NSWindows95InterfaceStyle", @"NSMenuInterfaceStyle", nil];
+                                   @"NSWindows95InterfaceStyle", @"NSMenuInterfaceStyle", fonts,
+                                   @"NSPreferredFonts", nil];
   [[NSUserDefaults standardUserDefaults] registerDefaults:defaults];
 }
 

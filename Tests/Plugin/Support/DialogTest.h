@@ -37,8 +37,12 @@ class DialogTest : public testing::Test {
   NSWindow *window() { return [controller_ window]; }
   NSPopUpButton *menu() { return [controller_ valueForKey:@"formatSelectorPopUpButton"]; }
   NSButton *button() { return [controller_ valueForKey:@"generateCopyWithBibInStyleButton"]; }
+  // The sentence above the menu.
+  NSTextField *label();
   std::string selectedTitle() { return str([menu() titleOfSelectedItem]); }
   std::string selectedStyle();
+  // No text is cut off, nothing overlaps, and the margins are kept.
+  void expectRoomForEverything();
 
   NSAutoreleasePool *pool_ = nil;
   RecordingHost *host_ = nil;

@@ -66,4 +66,33 @@ std::string DialogTest::selectedStyle() {
   return style == nil ? "(nil)" : style->styleName;
 }
 
+NSTextField *DialogTest::label() {
+  NSArray *views = [[window() contentView] subviews];
+  for (NSUInteger index = 0; index < [views count]; ++index) {
+    if ([[views objectAtIndex:index] isKindOfClass:[NSTextField class]]) {
+      return [views objectAtIndex:index];
+    }
+  }
+  return nil;
+}
+
+void DialogTest::expectRoomForEverything() {
+  NSView *content = [window() contentView];
+  NSArray *views = [content subviews];
+  for (NSUInteger index = 0; index < [views count]; ++index) {
+    NSView *view = [views objectAtIndex:index];
+    EXPECT_TRUE(NSContainsRect([content bounds], [view frame])) << index;
+    EXPECT_GE(NSMinX([view frame]), 18);
+    EXPECT_GE(NSMinY([view frame]), 18);
+    if ([view respondsToSelector:@selector(cell)]) {
+      const NSSize needed = [[(NSControl *)view cell] cellSize];
+      EXPECT_LE(needed.width, NSWidth([view frame])) << index;
+      EXPECT_LE(needed.height, NSHeight([view frame])) << index;
+    }
+    for (NSUInteger other = index + 1; other < [views count]; ++other) {
+      EXPECT_FALSE(NSIntersectsRect([view frame], [[views objectAtIndex:other] frame]));
+    }
+  }
+}
+
 }  // namespace plugin_test

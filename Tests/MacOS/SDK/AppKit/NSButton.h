@@ -4,11 +4,31 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
+typedef NS_OPTIONS(NSUInteger, NSAutoresizingMaskOptions) {
+  NSViewMinXMargin = 1,
+  NSViewWidthSizable = 2,
+  NSViewMaxXMargin = 4,
+};
+
 @interface NSView : NSResponder
+@property NSRect frame;
+@property NSRect bounds;
+@property NSAutoresizingMaskOptions autoresizingMask;
+@property(nullable, readonly, assign) NSView *superview;
+@property(copy) NSArray<__kindof NSView *> *subviews;
+@end
+
+@interface NSCell : NSObject <NSCopying, NSCoding>
+@property(readonly) NSSize cellSize;
 @end
 
 @interface NSControl : NSView
 @property(getter=isEnabled) BOOL enabled;
+@property(nullable, strong) __kindof NSCell *cell;
+@property(copy) NSString *stringValue;
+@end
+
+@interface NSTextField : NSControl
 @end
 
 @interface NSButton : NSControl

@@ -1,5 +1,6 @@
 #pragma once
 
+#import <AppKit/NSButton.h>
 #import <AppKit/NSResponder.h>
 
 NS_ASSUME_NONNULL_BEGIN
@@ -19,6 +20,7 @@ static const NSWindowLevel NSModalPanelWindowLevel = 8;
 
 @interface NSWindow : NSResponder
 @property(copy) NSString *title;
+@property(nullable, strong) __kindof NSView *contentView;
 @property(nullable, assign) id<NSWindowDelegate> delegate;
 @property NSWindowLevel level;
 @property(getter=isVisible, readonly) BOOL visible;
@@ -26,6 +28,7 @@ static const NSWindowLevel NSModalPanelWindowLevel = 8;
 @property(readonly) NSInteger windowNumber;
 - (void)close;
 - (void)center;
+- (void)setContentSize:(NSSize)size;
 - (void)orderOut:(nullable id)sender;
 - (void)orderFrontRegardless;
 - (void)makeKeyAndOrderFront:(nullable id)sender;

@@ -12,6 +12,7 @@
 #import <Foundation/NSData.h>
 #import <Foundation/NSDictionary.h>
 #import <Foundation/NSException.h>
+#import <Foundation/NSGeometry.h>
 #import <Foundation/NSNull.h>
 #import <Foundation/NSObjCRuntime.h>
 #import <Foundation/NSObject.h>
