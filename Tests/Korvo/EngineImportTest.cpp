@@ -249,6 +249,22 @@ TEST_F(EngineImport, AFileOfSomethingElseIsAnErrorOfOneLine) {
   EXPECT_EQ(errorOf("a.json", "[1,2]"), "a.json: not an item: no JSON object");
 }
 
+TEST_F(EngineImport, TellsHowFarTheReadingOfManyEntriesIs) {
+  std::string bytes;
+  for (int index = 0; index < 250; ++index) {
+    bytes += "@book{k" + std::to_string(index) + ", title = {T}}\n";
+  }
+  std::vector<std::string> told;
+  const auto result = importer().importFile(
+      write("many.bib", bytes), [&](const std::filesystem::path &file, std::string_view soFar) {
+        EXPECT_EQ(file.filename(), "many.bib");
+        told.emplace_back(soFar);
+      });
+  ASSERT_TRUE(result);
+  EXPECT_EQ(told, (Messages{"0 entries found", "100 entries found", "200 entries found",
+                            "0 of 250 entries", "100 of 250 entries", "200 of 250 entries"}));
+}
+
 TEST_F(EngineImport, AFileThatCannotBeReadIsAnErrorOfOneLine) {
   const auto missing = importer().importFile((directory_ / "none.bib"));
   ASSERT_FALSE(missing);

@@ -1,6 +1,7 @@
 #include "ImportCommand.h"
 
 #include "Effects.h"
+#include "WaitingNews.h"
 
 #include <StandIns/Korvo/Library/LibraryFile.h>
 
@@ -11,7 +12,9 @@ namespace korvo::application {
 
 int runImport(const ImportFiles &import) {
   engine::LibraryImporter importer;
-  const auto report = library::importIntoLibraryFile(import.files, import.database, importer);
+  WaitingNews news;
+  const auto report =
+      library::importIntoLibraryFile(import.files, import.database, importer, news.ofImport());
   if (!report) {
     complain(report.error());
     return EXIT_FAILURE;

@@ -10,6 +10,7 @@
 #include "LostDisplay.h"
 #import "PlugInLoader.h"
 #import "TerminationSignals.h"
+#include "WaitingNews.h"
 
 #include <Formats/EventTable.h>
 #include <Platform/AppleEventsProcess.h>
@@ -40,8 +41,9 @@ std::expected<NSArray *, std::string> openLibraries(
     const std::vector<std::filesystem::path> &files) {
   NSMutableArray *libraries = [NSMutableArray array];
   engine::LibraryImporter importer;
+  WaitingNews news;
   for (const std::filesystem::path &file : files) {
-    auto opened = library::openLibraryFile(file, importer);
+    auto opened = library::openLibraryFile(file, importer, news.ofImport());
     if (!opened) {
       return std::unexpected(opened.error());
     }

@@ -101,7 +101,7 @@ LibraryImporter::LibraryImporter(LibraryImporter &&) noexcept = default;
 LibraryImporter &LibraryImporter::operator=(LibraryImporter &&) noexcept = default;
 
 std::expected<ImportResult, std::string> LibraryImporter::importFile(
-    const std::filesystem::path &file) {
+    const std::filesystem::path &file, const ImportProgress &progress) {
   const auto reader = readerFor(file);
   if (!reader) {
     return std::unexpected(file.string() + ": not a library that can be read (known are " +
@@ -120,8 +120,16 @@ std::expected<ImportResult, std::string> LibraryImporter::importFile(
   }
   const TextFile decoded = decodeText(*bytes);
   JavaScriptMachine &machine = *machine_->script;
-  const std::array<JSValueRef, 2> arguments = {machine.text(formats::decodeUTF8(*reader)),
-                                               machine.text(decoded.text)};
+  const JavaScriptMachine::TextFunction tell =
+      [&](std::u16string_view soFar) -> JavaScriptMachine::Text {
+    if (progress) {
+      progress(file, formats::encodeUTF8(soFar));
+    }
+    return std::u16string();
+  };
+  const std::array<JSValueRef, 3> arguments = {machine.text(formats::decodeUTF8(*reader)),
+                                               machine.text(decoded.text),
+                                               machine.makeFunction(tell)};
   const auto answer = machine.call("readLibrary", arguments);
   if (!answer) {
     return std::unexpected(file.string() + ": cannot be read: " + answer.error());

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <expected>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -44,6 +45,11 @@ struct ImportResult {
   std::vector<ImportProblem> problems;        // likewise
 };
 
+// Is told now and then how far the reading of a file is: "1200 of 7000 entries". Files that are
+// read at once say nothing.
+using ImportProgress =
+    std::function<void(const std::filesystem::path &file, std::string_view soFar)>;
+
 class LibraryImporter {
  public:
   // Nothing is started until the first file that needs it.
@@ -54,7 +60,8 @@ class LibraryImporter {
 
   // The format is told by the file's extension. The error is one line that names the
   // file: it cannot be read, its kind is not known, or nothing in it could be understood.
-  std::expected<ImportResult, std::string> importFile(const std::filesystem::path &file);
+  std::expected<ImportResult, std::string> importFile(const std::filesystem::path &file,
+                                                      const ImportProgress &progress = {});
 
  private:
   struct Machine;

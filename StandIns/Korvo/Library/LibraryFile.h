@@ -21,8 +21,9 @@ struct OpenedLibrary {
 
 // An export becomes a library in memory: changes to it last until the program ends. The
 // error is one line that names the file.
-std::expected<OpenedLibrary, std::string> openLibraryFile(const std::filesystem::path &file,
-                                                          engine::LibraryImporter &importer);
+std::expected<OpenedLibrary, std::string> openLibraryFile(
+    const std::filesystem::path &file, engine::LibraryImporter &importer,
+    const engine::ImportProgress &progress = {});
 
 struct ImportReport {
   Library::Addition addition;
@@ -34,6 +35,6 @@ struct ImportReport {
 // made in vain goes away.
 std::expected<ImportReport, std::string> importIntoLibraryFile(
     std::span<const std::filesystem::path> files, const std::filesystem::path &database,
-    engine::LibraryImporter &importer);
+    engine::LibraryImporter &importer, const engine::ImportProgress &progress = {});
 
 }  // namespace korvo::library

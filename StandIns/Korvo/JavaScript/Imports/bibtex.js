@@ -36,12 +36,19 @@ function finder(works) {
   return (key) => byKey.get(key) ?? byFoldedKey.get(key.toLowerCase());
 }
 
-export function readBibTeX(text) {
+// Telling costs little, so often.
+const entriesBetweenNews = 100;
+
+export function readBibTeX(text, onProgress) {
   const problems = [];
   const tell = ({ line, key, kind }, reason) => {
     problems.push({ line, reason: `${key || "@" + kind}: ${reason}` });
   };
-  const entries = readEntries(text);
+  const entries = readEntries(text, (count) => {
+    if (count % entriesBetweenNews === 0) {
+      onProgress(`${count} entries found`);
+    }
+  });
   const abbreviations = new Abbreviations();
   for (const entry of entries) {
     entry.problems.forEach((reason) => tell(entry, reason));
@@ -71,7 +78,10 @@ export function readBibTeX(text) {
       : [];
   };
   const references = [];
-  for (const work of works) {
+  for (const [index, work] of works.entries()) {
+    if (index % entriesBetweenNews === 0) {
+      onProgress(`${index} of ${works.length} entries`);
+    }
     if (settings.test(work.kind)) {
       tell(work, "this is a setting of a style, no work");
     } else if (work.kind !== "xdata") {

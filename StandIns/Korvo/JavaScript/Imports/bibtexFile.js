@@ -306,8 +306,9 @@ class EntryReader {
 const isAddress = (text, position) => position > 0 && /[\w.]/.test(text[position - 1]);
 
 // Gives each entry as { kind, key, line, fields, closed, problems }: `fields` are [name, pieces]
-// in their order, `problems` what was wrong, in words. Comments are left out.
-export function readEntries(text) {
+// in their order, `problems` what was wrong, in words. Comments are left out. `onEntry` is told
+// how many there are before each.
+export function readEntries(text, onEntry) {
   const entries = [];
   const lineOf = lineCounter(text);
   const nextEntryLine = nextPlace(entryLine, text);
@@ -333,6 +334,7 @@ export function readEntries(text) {
     const reader = new EntryReader(text, inside, limit, start[2] === "{" ? "}" : ")");
     const key = kind === "string" ? "" : reader.readKey();
     const { fields, closed } = reader.readFields();
+    onEntry(entries.length);
     entries.push({ kind, key, line: lineOf(position), fields, closed, problems: reader.problems });
     // What an entry without an end has swallowed may begin in the midst of a line.
     patience -= closed ? 0 : limit - inside;

@@ -57,10 +57,11 @@ function withoutRepetitions(references, problems) {
   });
 }
 
-// `kind` is the file's extension. Gives parallel arrays: keys and items (JSON) of the
-// references, lines and reasons of the problems.
-export function readLibrary(kind, text) {
-  const { references, problems } = readers[kind](text);
+// `kind` is that of the file: bib, ris or json. `onProgress` is told in words how far the reading
+// is. Gives parallel arrays: keys and items (JSON) of the references, lines and reasons of the
+// problems.
+export function readLibrary(kind, text, onProgress = () => {}) {
+  const { references, problems } = readers[kind](text, onProgress);
   const tidied = references.map((reference) => ({ ...reference, json: tidy(reference) }));
   const kept = withoutRepetitions(tidied, problems);
   problems.sort((left, right) => left.line - right.line);
