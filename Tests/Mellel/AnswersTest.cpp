@@ -12,6 +12,7 @@ namespace {
 
 using commands::checkJSON;
 using commands::checkTable;
+using commands::formattingReport;
 using rtf::Citation;
 using rtf::plainText;
 
@@ -125,20 +126,30 @@ TEST(Answers, AnswersThatDoNotFitAreRefused) {
 }
 
 TEST(Report, JSONEscapesWhatItMust) {
-  EXPECT_EQ(checkJSON(std::vector<CheckedCitation>{{"a\"\\\x01ü", {"r1", "r2"}}, {"b", {}}}),
+  EXPECT_EQ(checkJSON(std::vector<CheckedCitation>{{"a\"\\\x01ü", {"r1", "r2"}}, {"b", {}}}).text(),
             "[\n  {\"citation\": \"a\\\"\\\\\\u0001ü\", \"records\": [\"r1\", \"r2\"]},\n"
             "  {\"citation\": \"b\", \"records\": []}\n]\n");
-  EXPECT_EQ(checkJSON({}), "[]\n");
+  EXPECT_EQ(checkJSON({}).text(), "[]\n");
 }
 
 TEST(Report, NothingThatTheHostSendsEndsALineOrCommandsTheTerminal) {
-  EXPECT_EQ(checkTable(std::vector<CheckedCitation>{{"a\nb", {"c\rd", "\te"}}}),
+  EXPECT_EQ(checkTable(std::vector<CheckedCitation>{{"a\nb", {"c\rd", "\te"}}}).text(),
             "#  Citation  Looked up as\n1  a b       c d |  e\n");
+  EXPECT_EQ(checkJSON(std::vector<CheckedCitation>{{"\u202Ea\x7F", {"\u009B\xFF"}}}).text(),
+            "[\n  {\"citation\": \"\\u202ea\\u007f\", \"records\": [\"\\u009b\uFFFD\"]}\n]\n");
+}
+
+TEST(Report, ANameForgesNoLine) {
+  const conversation::FormattedCitations formatted{
+      .styleName = "apa\x1B[2J\nwrote: y", .texts = {}, .bibliography = {}};
+  EXPECT_EQ(formattingReport("x\x1B[2J\nstyle: z\u2028", formatted, {}, false).text(),
+            "wrote: x [2J style: z \nstyle: apa [2J wrote: y\nformatted: 0 of 0 citations\n");
 }
 
 TEST(Report, TableLinesUpItsColumns) {
-  EXPECT_EQ(checkTable(std::vector<CheckedCitation>{{"Müller 2002", {"Müller 2002"}},
-                                                    {"a;b", {"a", "b"}}}),
+  EXPECT_EQ(checkTable(
+                std::vector<CheckedCitation>{{"Müller 2002", {"Müller 2002"}}, {"a;b", {"a", "b"}}})
+                .text(),
             "#  Citation     Looked up as\n"
             "1  Müller 2002  Müller 2002\n"
             "2  a;b          a | b\n");

@@ -157,6 +157,37 @@ class OwnRules(LintTest):
             self.own(), [("Bad.mm", 4, "leaking-timer"), ("Bad.mm", 8, "leaking-timer")]
         )
 
+    def test_the_stand_ins_print_in_one_place_only(self):
+        statements = (
+            "#include <iostream>",
+            "std::cout << name;",
+            "cerr << name;",
+            'std::println("{}", name);',
+            "printf(name);",
+            "std::fprintf(stream, name);",
+            "dprintf(2, name);",
+            "puts(name);",
+            "std::fwrite(name, 1, 1, stream);",
+            "write(2, name, 1);",
+            "::write(STDERR_FILENO, name, 1);",
+            "perror(name);",
+            "auto *stream = stderr;",
+        )
+        self.write("StandIns/Bad.mm", "".join(f"{each}\n" for each in statements))
+        self.write(
+            "StandIns/Good.mm",
+            "#include <cstdio>\n"
+            "// std::cout is not for us\n"
+            "terminal::print(text);\n"
+            "std::snprintf(buffer, 10, text);\n"
+            "write(descriptor, text, 1);\n"
+            'NSLog(@"%@", text);\n',
+        )
+        self.write("StandIns/Terminal/Output.cpp", "std::cout << text;\n")
+        self.write("Tests/Other.cpp", "std::cout << text;\n")
+        places = [("StandIns/Bad.mm", line + 1, "printing") for line in range(len(statements))]
+        self.assertEqual(sorted(set(self.own())), places)
+
 
 class Shell(LintTest):
     def test_scripts_are_as_shellcheck_has_them(self):

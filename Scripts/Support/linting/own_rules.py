@@ -43,6 +43,31 @@ def leaking_timers(project):
                 yield Finding(path, line, reason, "leaking-timer")
 
 
+# The ways of C and C++ to standard output and standard error. NSLog is none of them: korvo sends
+# its log through Terminal, by whomever it is written.
+PRINTING = re.compile(
+    r"\b(?:std::)?(?:w?cout|w?cerr|w?clog|ostream_iterator)\b"
+    r"|\b(?:std::)?v?(?:f|d)?w?printf\b|\bstd::v?print\w*|#include <(?:iostream|print)>"
+    r"|\b(?:std::)?(?:puts|fputs|fputc|putc|putchar|fwrite|perror|psignal)\s*\("
+    r"|\bSTD(?:OUT|ERR)_FILENO\s*,|\bwritev?\s*\(\s*[12]\s*,|\bfileHandleWithStandard"
+    r"|\b_NSLog_printf_handler\b|\bstd(?:out|err)\b"
+)
+WHERE_PRINTING_IS = "StandIns/Terminal/Output.cpp"
+WHERE_THE_LOG_IS_SENT = "StandIns/Korvo/Application/LogOutput.mm"
+
+
+def printing(project):
+    """What a program prints may hold names and texts of others."""
+    for path in project.ending(".cpp", ".h", ".mm", ".m"):
+        if not path.startswith("StandIns/") or path in (WHERE_PRINTING_IS, WHERE_THE_LOG_IS_SENT):
+            continue
+        source = without_comments(project.read(path))
+        for found in PRINTING.finditer(source):
+            line = source.count("\n", 0, found.start()) + 1
+            reason = f"{found[0].strip()}: a program prints by StandIns/Terminal/Output.h only"
+            yield Finding(path, line, reason, "printing")
+
+
 # The markers that git leaves where two changes meet, spelt so that this line is none.
 CONFLICT = re.compile(r"^(?:<{7}|>{7}) ")
 
@@ -60,3 +85,4 @@ def findings(project):
     yield from conflicts(project)
     yield from long_lines(project)
     yield from leaking_timers(project)
+    yield from printing(project)

@@ -138,7 +138,7 @@ std::expected<Command, std::string> parseCommandLine(std::span<const std::string
   return run;
 }
 
-std::string_view helpText() {
+terminal::Words helpText() {
   return R"(Usage: korvo --library FILE [option]...
        korvo import FILE... --into LIBRARY
 

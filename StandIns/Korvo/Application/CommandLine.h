@@ -1,6 +1,8 @@
 // What the user asked for on the command line.
 #pragma once
 
+#include <StandIns/Terminal/TerminalText.h>
+
 #include <expected>
 #include <filesystem>
 #include <optional>
@@ -38,6 +40,6 @@ using Command = std::variant<ShowHelp, RunHost, ImportFiles>;
 // The arguments without the program's name. The error is one line.
 std::expected<Command, std::string> parseCommandLine(std::span<const std::string_view> arguments);
 
-std::string_view helpText();
+terminal::Words helpText();
 
 }  // namespace korvo::application

@@ -1,13 +1,10 @@
 #include "Effects.h"
 
-#include <Formats/OneLine.h>
-
-#include <cstdio>
-#include <string>
+#include <StandIns/Terminal/Output.h>
 
 namespace korvo::application {
 
-using formats::inOneLine;
+using terminal::TerminalText;
 
 namespace {
 
@@ -19,27 +16,23 @@ std::string_view withoutLineBreaksAround(std::string_view text) {
   return text.substr(begin, text.find_last_not_of("\r\n") - begin + 1);
 }
 
-// Whole lines in one piece. A reader that has gone is no concern of the host's.
-void write(const std::string &output, std::FILE *stream = stdout) {
-  (void)std::fwrite(output.data(), 1, output.size(), stream);
-  (void)std::fflush(stream);
-}
-
 }  // namespace
 
-void announce(std::string_view line) { write(inOneLine(line) + '\n'); }
+void announce(std::string_view line) { terminal::print(TerminalText::inOneLine(line) + "\n"); }
 
 void announceNotice(std::string_view header, std::string_view text) {
-  std::string output = "notice: " + inOneLine(header) + '\n';
+  TerminalText output = "notice: " + TerminalText::inOneLine(header) + "\n";
   text = withoutLineBreaksAround(text);
   while (!text.empty()) {
     const std::size_t end = text.find('\n');
-    output += ' ' + inOneLine(text.substr(0, end)) + '\n';
+    output += " " + TerminalText::inOneLine(text.substr(0, end)) + "\n";
     text = end == std::string_view::npos ? std::string_view() : text.substr(end + 1);
   }
-  write(output);
+  terminal::print(output);
 }
 
-void complain(std::string_view line) { write("korvo: " + inOneLine(line) + '\n', stderr); }
+void complain(std::string_view line) {
+  terminal::printError("korvo: " + TerminalText::inOneLine(line) + "\n");
+}
 
 }  // namespace korvo::application

@@ -5,7 +5,7 @@
 
 namespace korvo::application {
 
-// Texts are UTF-8. Control characters inside a line, line breaks too, become blanks.
+// Texts are UTF-8. What could command a terminal, line breaks too, becomes blanks.
 
 // To standard output.
 void announce(std::string_view line);

@@ -4,11 +4,14 @@
 #include "WaitingNews.h"
 
 #include <StandIns/Korvo/Library/LibraryFile.h>
+#include <StandIns/Terminal/Output.h>
 
 #include <cstdlib>
-#include <iostream>
+#include <utility>
 
 namespace korvo::application {
+
+using terminal::TerminalText;
 
 int runImport(const ImportFiles &import) {
   engine::LibraryImporter importer;
@@ -22,12 +25,12 @@ int runImport(const ImportFiles &import) {
   for (const engine::ImportProblem &problem : report->problems) {
     complain(problem.message());
   }
-  std::cout << "imported " << report->addition.added << " references into "
-            << import.database.string();
+  TerminalText line = "imported " + TerminalText::number(report->addition.added) +
+                      " references into " + TerminalText::inOneLine(import.database.string());
   if (report->addition.alreadyThere > 0) {
-    std::cout << " (" << report->addition.alreadyThere << " were there already)";
+    line += " (" + TerminalText::number(report->addition.alreadyThere) + " were there already)";
   }
-  std::cout << std::endl;
+  terminal::print(std::move(line) + "\n");
   return EXIT_SUCCESS;
 }
 

@@ -1,14 +1,16 @@
 #include "CommandLine.h"
 #include "Effects.h"
 #include "ImportCommand.h"
+#include "LogOutput.h"
 #include "RunCommand.h"
+
+#include <StandIns/Terminal/Output.h>
 
 #import <Foundation/Foundation.h>
 
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
-#include <iostream>
 #include <string_view>
 #include <vector>
 
@@ -18,7 +20,7 @@ constexpr int badArgument = 2;
 
 int carryOut(const korvo::application::Command &command, const std::filesystem::path &program) {
   if (std::holds_alternative<korvo::application::ShowHelp>(command)) {
-    std::cout << korvo::application::helpText() << std::flush;
+    terminal::print(korvo::application::helpText());
     return EXIT_SUCCESS;
   }
   if (const auto *import = std::get_if<korvo::application::ImportFiles>(&command)) {
@@ -36,6 +38,8 @@ int main(int argc, char **argv, char **environment) {
   std::signal(SIGXFSZ, SIG_IGN);
   // AppKit takes words among the arguments for files to open: it gets to see none of them.
   [NSProcessInfo initializeWithArguments:argv count:1 environment:environment];
+  // Before the first line of GNUstep's own.
+  korvo::application::sendLogToTerminal();
   NSAutoreleasePool *pool = [[NSAutoreleasePool alloc] init];
   const std::vector<std::string_view> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
   const auto command = korvo::application::parseCommandLine(arguments);

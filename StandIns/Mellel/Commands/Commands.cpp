@@ -6,7 +6,6 @@
 #include <Formats/CitationText.h>
 #include <Formats/EventTable.h>
 #include <Formats/Insertion.h>
-#include <Formats/OneLine.h>
 #include <Formats/RecordMarkup.h>
 #include <Formats/SmallMessages.h>
 #include <Formats/Unicode.h>
@@ -15,9 +14,9 @@
 #include <StandIns/Mellel/Documents/Document.h>
 #include <StandIns/Mellel/Documents/Files.h>
 #include <StandIns/Mellel/RTF/DocumentRewriting.h>
+#include <StandIns/Terminal/Output.h>
 
 #include <algorithm>
-#include <iostream>
 #include <string>
 #include <utility>
 
@@ -34,6 +33,7 @@ using documents::resolveOutput;
 using documents::writeFile;
 using rtf::documentWithCitation;
 using rtf::findEndOfText;
+using terminal::TerminalText;
 
 namespace {
 
@@ -53,7 +53,7 @@ std::expected<void, Failure> check(const CheckOptions &options, Timeout timeout)
   if (!citations) {
     return std::unexpected(citations.error());
   }
-  std::cout << (options.asJSON ? checkJSON(*citations) : checkTable(*citations));
+  terminal::print(options.asJSON ? checkJSON(*citations) : checkTable(*citations));
   return {};
 }
 
@@ -115,7 +115,8 @@ std::expected<void, Failure> insertInto(const InsertOptions::Place &place, Timeo
   if (!written) {
     return std::unexpected(written.error());
   }
-  std::cout << "wrote: " << *output << "\ninserted: " << formats::inOneLine(inserted) << '\n';
+  terminal::print("wrote: " + TerminalText::inOneLine(*output) +
+                  "\ninserted: " + TerminalText::inOneLine(inserted) + "\n");
   return {};
 }
 
@@ -127,7 +128,7 @@ std::expected<void, Failure> insert(const InsertOptions &options, Timeout timeou
   if (!citation) {
     return std::unexpected(citation.error());
   }
-  std::cout << formats::inOneLine(*citation) << '\n';
+  terminal::print(TerminalText::inOneLine(*citation) + "\n");
   return {};
 }
 
@@ -181,11 +182,11 @@ std::expected<void, Failure> handshake(Timeout timeout) {
     return std::unexpected(
         Failure{Status::brokenDocumentOrReply, "Korvo's answer is broken: " + preferences.error()});
   }
-  std::cout << "preferences:";
+  TerminalText line("preferences:");
   for (const std::uint16_t field : *preferences) {
-    std::cout << ' ' << field;
+    line += " " + TerminalText::number(field);
   }
-  std::cout << '\n';
+  terminal::print(line + "\n");
   return {};
 }
 
@@ -209,7 +210,7 @@ struct Runner {
     return handshake(timeout);
   }
   std::expected<void, Failure> operator()(const HelpOptions &) const {
-    std::cout << helpText();
+    terminal::print(helpText());
     return {};
   }
 };

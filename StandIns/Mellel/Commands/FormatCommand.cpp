@@ -10,12 +10,12 @@
 #include <StandIns/Mellel/Documents/Files.h>
 #include <StandIns/Mellel/Documents/FileWatch.h>
 #include <StandIns/Mellel/RTF/DocumentRewriting.h>
+#include <StandIns/Terminal/Output.h>
 
 #include <signal.h>
 #include <unistd.h>
 
 #include <functional>
-#include <iostream>
 #include <span>
 #include <string>
 #include <utility>
@@ -38,6 +38,7 @@ using documents::FileWatch;
 using documents::openDocument;
 using documents::resolveOutput;
 using documents::writeFile;
+using terminal::TerminalText;
 
 namespace {
 
@@ -109,9 +110,10 @@ class WatchedDocument {
     }
     lastContents_ = contents;
     const auto time = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin);
-    std::cout << "updated: " << output_ << ": " << updated->formatted.count() << " of "
-              << updated->formatted.texts.size() << " citations, " << time.count() << " ms"
-              << std::endl;
+    terminal::print("updated: " + TerminalText::inOneLine(output_) + ": " +
+                    TerminalText::number(updated->formatted.count()) + " of " +
+                    TerminalText::number(updated->formatted.texts.size()) + " citations, " +
+                    TerminalText::number(time.count()) + " ms\n");
     return {};
   }
 
@@ -170,8 +172,8 @@ std::expected<void, Failure> format(const FormatOptions &options,
   if (!updated) {
     return std::unexpected(updated.error());
   }
-  std::cout << formattingReport(*output, updated->formatted, updated->document.text,
-                                options.wantsBibliography);
+  terminal::print(formattingReport(*output, updated->formatted, updated->document.text,
+                                   options.wantsBibliography));
   return {};
 }
 

@@ -177,7 +177,7 @@ std::expected<Options, std::string> parseOptions(std::span<const char *const> ar
   return Options{std::move(*command), *timeout};
 }
 
-std::string_view helpText() {
+terminal::Words helpText() {
   return R"(mellel: formats the citations of RTF documents with the running reference manager.
 
   mellel scan IN.rtf [--style NAME] [--no-bibliography] [-o OUT.rtf]

@@ -1,6 +1,8 @@
 // The command line.
 #pragma once
 
+#include <StandIns/Terminal/TerminalText.h>
+
 #include <chrono>
 #include <expected>
 #include <optional>
@@ -57,6 +59,6 @@ struct Options {
 std::expected<Options, std::string> parseOptions(std::span<const char *const> arguments);
 
 // What --help prints.
-std::string_view helpText();
+terminal::Words helpText();
 
 }  // namespace mellel::commands

@@ -1,36 +1,31 @@
 #include "Report.h"
 
-#include <Formats/OneLine.h>
-#include <Formats/Unicode.h>
-
 #include <algorithm>
-#include <array>
-#include <cstdio>
 
 namespace mellel::commands {
 
 using conversation::CheckedCitation;
 using conversation::FormattedCitations;
 using rtf::DocumentText;
-
-using formats::inOneLine;
+using terminal::TerminalText;
+using terminal::Words;
 
 namespace {
 
-std::string counted(std::size_t count, std::string_view one, std::string_view several) {
-  return std::to_string(count) + ' ' + std::string(count == 1 ? one : several);
+TerminalText counted(std::size_t count, Words one, Words several) {
+  return TerminalText::number(count) + " " + (count == 1 ? one : several);
 }
 
 // In characters: good enough to line up columns of Latin, Greek and Cyrillic text.
-std::size_t widthOf(std::string_view text) {
-  return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char byte) {
-    return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80;
-  }));
+std::size_t widthOf(const TerminalText &text) {
+  return static_cast<std::size_t>(
+      std::count_if(text.text().begin(), text.text().end(),
+                    [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80; }));
 }
 
-std::string padded(std::string_view text, std::size_t width) {
+TerminalText blanksUpTo(std::size_t width, const TerminalText &text) {
   const std::size_t own = widthOf(text);
-  return std::string(text) + std::string(own < width ? width - own : 0, ' ');
+  return TerminalText::blanks(own < width ? width - own : 0);
 }
 
 std::string joined(const std::vector<std::string> &texts, std::string_view separator) {
@@ -44,45 +39,30 @@ std::string joined(const std::vector<std::string> &texts, std::string_view separ
   return result;
 }
 
-void appendJSONString(std::string &json, std::string_view text) {
-  json += '"';
-  for (const char byte : text) {
-    if (byte == '"' || byte == '\\') {
-      json += '\\';
-      json += byte;
-    } else if (static_cast<unsigned char>(byte) < 0x20) {
-      std::array<char, 7> escape{};
-      std::snprintf(escape.data(), escape.size(), "\\u%04x", static_cast<unsigned>(byte));
-      json += escape.data();
-    } else {
-      json += byte;
-    }
-  }
-  json += '"';
-}
-
-std::string bibliographyLine(const FormattedCitations &formatted, const DocumentText &document) {
+TerminalText bibliographyLine(const FormattedCitations &formatted, const DocumentText &document) {
   if (!formatted.bibliography) {
-    return "bibliography: none came with the answer\n";
+    return Words("bibliography: none came with the answer\n");
   }
   if (formatted.bibliography->empty()) {
-    return "bibliography: it has no entries\n";
+    return Words("bibliography: it has no entries\n");
   }
   return "bibliography: " + counted(formatted.bibliography->size(), "entry", "entries") +
-         (document.bibliographyPlace ? " in place of {bibliography}\n" : " at the end\n");
+         (document.bibliographyPlace ? Words(" in place of {bibliography}\n")
+                                     : Words(" at the end\n"));
 }
 
 }  // namespace
 
-std::string formattingReport(std::string_view outputPath, const FormattedCitations &formatted,
-                             const DocumentText &document, bool wantsBibliography) {
-  std::string report = "wrote: " + std::string(outputPath) +
-                       "\nstyle: " + inOneLine(formatted.styleName) +
-                       "\nformatted: " + std::to_string(formatted.count()) + " of " +
-                       counted(formatted.texts.size(), "citation", "citations") + '\n';
+TerminalText formattingReport(std::string_view outputPath, const FormattedCitations &formatted,
+                              const DocumentText &document, bool wantsBibliography) {
+  TerminalText report = "wrote: " + TerminalText::inOneLine(outputPath) +
+                        "\nstyle: " + TerminalText::inOneLine(formatted.styleName) +
+                        "\nformatted: " + TerminalText::number(formatted.count()) + " of " +
+                        counted(formatted.texts.size(), "citation", "citations") + "\n";
   for (std::size_t index = 0; index < formatted.texts.size(); ++index) {
     if (!formatted.texts[index]) {
-      report += "not formatted: {" + inOneLine(document.citations[index].text) + "}\n";
+      report +=
+          "not formatted: {" + TerminalText::inOneLine(document.citations[index].text) + "}\n";
     }
   }
   if (wantsBibliography) {
@@ -91,42 +71,45 @@ std::string formattingReport(std::string_view outputPath, const FormattedCitatio
   return report;
 }
 
-std::string checkTable(std::span<const CheckedCitation> citations) {
-  constexpr std::string_view numberTitle = "#";
-  constexpr std::string_view citationTitle = "Citation";
+TerminalText checkTable(std::span<const CheckedCitation> citations) {
+  const TerminalText numberTitle("#");
+  const TerminalText citationTitle("Citation");
   constexpr std::size_t greatestColumn = 60;
   const std::size_t numberWidth = std::to_string(citations.size()).size();
-  std::size_t citationWidth = citationTitle.size();
+  std::size_t citationWidth = widthOf(citationTitle);
+  std::vector<TerminalText> texts;
+  texts.reserve(citations.size());
   for (const CheckedCitation &entry : citations) {
-    citationWidth = std::max(citationWidth, std::min(widthOf(entry.citation), greatestColumn));
+    texts.push_back(TerminalText::inOneLine(entry.citation));
+    citationWidth = std::max(citationWidth, std::min(widthOf(texts.back()), greatestColumn));
   }
-  std::string table = std::string(numberWidth - numberTitle.size(), ' ') +
-                      std::string(numberTitle) + "  " + padded(citationTitle, citationWidth) +
-                      "  Looked up as\n";
+  TerminalText table = blanksUpTo(numberWidth, numberTitle) + numberTitle + "  " + citationTitle +
+                       blanksUpTo(citationWidth, citationTitle) + "  Looked up as\n";
   for (std::size_t index = 0; index < citations.size(); ++index) {
-    const std::string number = std::to_string(index + 1);
-    table += std::string(numberWidth - number.size(), ' ') + number + "  " +
-             padded(inOneLine(citations[index].citation), citationWidth) + "  " +
-             inOneLine(joined(citations[index].records, " | ")) + '\n';
+    const TerminalText number = TerminalText::number(index + 1);
+    table += blanksUpTo(numberWidth, number) + number + "  ";
+    table += texts[index];
+    table += blanksUpTo(citationWidth, texts[index]) + "  " +
+             TerminalText::inOneLine(joined(citations[index].records, " | ")) + "\n";
   }
   return table;
 }
 
-std::string checkJSON(std::span<const CheckedCitation> citations) {
-  std::string json = "[";
+TerminalText checkJSON(std::span<const CheckedCitation> citations) {
+  TerminalText json("[");
   for (const CheckedCitation &entry : citations) {
-    json += &entry == &citations.front() ? "\n  {\"citation\": " : ",\n  {\"citation\": ";
-    appendJSONString(json, entry.citation);
-    json += ", \"records\": [";
+    json +=
+        &entry == &citations.front() ? Words("\n  {\"citation\": ") : Words(",\n  {\"citation\": ");
+    json += TerminalText::inJSON(entry.citation) + ", \"records\": [";
     for (const std::string &record : entry.records) {
       if (&record != &entry.records.front()) {
-        json += ", ";
+        json += Words(", ");
       }
-      appendJSONString(json, record);
+      json += TerminalText::inJSON(record);
     }
-    json += "]}";
+    json += Words("]}");
   }
-  return json + (citations.empty() ? "]\n" : "\n]\n");
+  return json + (citations.empty() ? Words("]\n") : Words("\n]\n"));
 }
 
 }  // namespace mellel::commands

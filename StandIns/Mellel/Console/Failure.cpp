@@ -1,13 +1,11 @@
 #include "Failure.h"
 
-#include <Formats/OneLine.h>
-
-#include <iostream>
+#include <StandIns/Terminal/Output.h>
 
 namespace mellel::console {
 
 void complain(const Failure &failure) {
-  std::cerr << "mellel: " << formats::inOneLine(failure.line) << std::endl;
+  terminal::printError("mellel: " + terminal::TerminalText::inOneLine(failure.line) + "\n");
 }
 
 }  // namespace mellel::console

@@ -1,9 +1,10 @@
 #include "Progress.h"
 
+#include <StandIns/Terminal/Output.h>
+
 #include <unistd.h>
 
 #include <algorithm>
-#include <iostream>
 #include <utility>
 
 namespace mellel::console {
@@ -15,7 +16,9 @@ constexpr std::chrono::milliseconds patience{400};
 // A step that is over at once is not worth a line, however long the others took.
 constexpr std::chrono::milliseconds leastStep{100};
 
-void tell(const std::string &step) { std::cerr << "mellel: " << step << " ..." << std::endl; }
+void tell(const std::string &step) {
+  terminal::printError("mellel: " + terminal::TerminalText::inOneLine(step) + " ...\n");
+}
 
 }  // namespace
 
