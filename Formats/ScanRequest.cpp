@@ -9,6 +9,7 @@
 #include "VerifiedMarker.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace formats {
 
@@ -16,19 +17,30 @@ namespace {
 
 constexpr std::uint8_t bibliographyWanted = 0xFF;
 
-template <typename Choose>
-std::vector<std::string_view> readCitations(PayloadReader &reader, std::size_t payloadSize,
-                                            std::uint32_t announcedCount, Choose choose) {
+template <typename Request, typename Choose>
+void readCitations(PayloadReader &reader, std::size_t payloadSize, RequestMeasure measure,
+                   Request &request, Choose choose) {
+  request.exceeded = measure.exceeded();
+  if (request.exceeded) {
+    return;
+  }
   std::vector<std::string_view> citations;
   // The announcement saves the vector from growing, but it may be wrong: it must not make a small
   // payload claim more memory than the payload itself takes.
-  citations.reserve(std::min<std::size_t>(announcedCount, payloadSize / sizeof(std::string_view)));
-  while (!reader.atEnd()) {
+  citations.reserve(std::min({std::size_t{request.announcedCount},
+                              payloadSize / sizeof(std::string_view), mostCitations}));
+  bool isFitting = true;
+  while (isFitting && !reader.atEnd()) {
     const std::string_view first = reader.readString();
     const std::string_view second = reader.readString();
-    citations.push_back(choose(first, second));
+    const std::string_view citation = choose(first, second);
+    citations.push_back(citation);
+    isFitting = measure.addCitation(citation);
   }
-  return citations;
+  request.exceeded = measure.exceeded();
+  if (!request.exceeded) {
+    request.citations = std::move(citations);
+  }
 }
 
 std::size_t sizeOfCitations(std::span<const CitationPair> citations) {
@@ -70,8 +82,8 @@ PreliminaryScanRequest decodePreliminaryScanRequest(std::string_view payload) {
   reader.skip(2);
   request.documentID = reader.readUInt32();
   request.announcedCount = reader.readUInt32();
-  request.citations = readCitations(
-      reader, payload.size(), request.announcedCount,
+  readCitations(
+      reader, payload.size(), RequestMeasure(payload.size()), request,
       [](std::string_view first, std::string_view) { return withoutVerifiedMarkers(first); });
   return request;
 }
@@ -85,11 +97,12 @@ FinalScanRequest decodeFinalScanRequest(std::string_view payload) {
   reader.skip(3);
   request.styleName = reader.readString();
   request.announcedCount = reader.readUInt32();
-  request.citations =
-      readCitations(reader, payload.size(), request.announcedCount,
-                    [](std::string_view first, std::string_view second) {
-                      return first.empty() || first.starts_with("verified") ? second : first;
-                    });
+  RequestMeasure measure(payload.size());
+  measure.addStyleName(request.styleName);
+  readCitations(reader, payload.size(), measure, request,
+                [](std::string_view first, std::string_view second) {
+                  return first.empty() || first.starts_with("verified") ? second : first;
+                });
   return request;
 }
 

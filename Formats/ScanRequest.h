@@ -1,11 +1,14 @@
 // The requests that list a document's citations: 'PRSQ', 'SCNQ' and 'LVBQ'.
 //
-// Decoding cannot fail (PayloadReader tells how what is cut short reads). Decoded texts are
-// UTF-8 views into the payload: nothing is copied. The encoders are what the word
-// processor's side uses.
+// Decoding cannot fail (PayloadReader tells how what is cut short reads), but a request that goes
+// beyond a limit has no citations. Decoded texts are UTF-8 views into the payload: nothing is
+// copied. The encoders are what the word processor's side uses.
 #pragma once
 
+#include "RequestLimits.h"
+
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -23,6 +26,7 @@ struct PreliminaryScanRequest {
   std::uint32_t documentID = 0;
   std::uint32_t announcedCount = 0;         // from the header; to be compared with the citations
   std::vector<std::string_view> citations;  // the first string of each pair, markers removed
+  std::optional<RequestLimit> exceeded = std::nullopt;
 };
 
 struct FinalScanRequest {
@@ -31,6 +35,7 @@ struct FinalScanRequest {
   std::string_view styleName;               // empty: none is named
   std::uint32_t announcedCount = 0;         // never checked
   std::vector<std::string_view> citations;  // the chosen string of each pair, as it stands
+  std::optional<RequestLimit> exceeded = std::nullopt;
 };
 
 // A live bibliography request is laid out like a final scan request.

@@ -7,12 +7,14 @@
 #import "KorvoMellelAgent+Private.h"
 #import "OutgoingBuffer.h"
 #import "ProgrammingError.h"
+#import "RefusedRequest.h"
 #import "TextBridge.h"
 
 #include <Formats/EventTable.h>
 #include <Formats/Insertion.h>
 #include <Formats/PayloadReader.h>
 #include <Formats/RecordMarkup.h>
+#include <Formats/RequestLimits.h>
 
 namespace {
 
@@ -22,7 +24,7 @@ constexpr NSUInteger expectedTextLength = 100;
 }  // namespace
 
 @interface KorvoMellelAgent (InsertionSteps)
-- (void)openCitedReference:(NSData *)data;
+- (void)openCitedReference:(NSData *)data as:(SEL)handler;
 - (void)postNotice:(NSString *)message;
 @end
 
@@ -113,8 +115,10 @@ constexpr NSUInteger expectedTextLength = 100;
                  withReplyEvent:(NSAppleEventDescriptor *)reply {
   const ExceptionBoundary boundary("handleFindCitationEvent", formats::request::findCitation,
                                    reply);
-  boundary.holds(
-      [&] { [self openCitedReference:[[event paramDescriptorForKeyword:keyDirectObject] data]]; });
+  const SEL handler = _cmd;
+  boundary.holds([&] {
+    [self openCitedReference:[[event paramDescriptorForKeyword:keyDirectObject] data] as:handler];
+  });
 }
 
 // Retired without a word. There is nothing in it that an exception could leave.
@@ -138,12 +142,20 @@ constexpr NSUInteger expectedTextLength = 100;
 
 @implementation KorvoMellelAgent (InsertionSteps)
 
-- (void)openCitedReference:(NSData *)data {
+- (void)openCitedReference:(NSData *)data as:(SEL)handler {
   if (data == nil) {
     return;
   }
-  formats::PayloadReader reader(bytesOf(data));
-  NSString *text = stringWithUTF8(reader.readString());
+  formats::RequestMeasure measure([data length]);
+  const std::string_view group = formats::PayloadReader(bytesOf(data)).readString();
+  measure.addCitation(group);
+  if (const auto exceeded = measure.exceeded()) {
+    logRefusal(handler, *exceeded);
+    // No scan was asked for that could be cancelled; the user goes back to the document.
+    [self activateMellel];
+    return;
+  }
+  NSString *text = stringWithUTF8(group);
   NSArray *groups = [self citationGroupsWithCitationStringArray:[NSArray arrayWithObject:text]];
   if ([groups count] != 1) {
     return;

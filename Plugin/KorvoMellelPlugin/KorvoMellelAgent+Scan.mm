@@ -13,11 +13,13 @@
 #import "OutgoingBuffer.h"
 #import "PayloadStrings.h"
 #import "ProgrammingError.h"
+#import "RefusedRequest.h"
 #import "TextBridge.h"
 
 #include <Formats/CitationResolution.h>
 #include <Formats/EventTable.h>
 #include <Formats/RecordMarkup.h>
+#include <Formats/RequestLimits.h>
 #include <Formats/ScanReply.h>
 #include <Formats/ScanRequest.h>
 #include <Formats/VerifiedMarker.h>
@@ -61,9 +63,10 @@ BOOL dialogIsOpen = NO;
 
 @interface KorvoMellelAgent (ScanSteps)
 - (void)cancelWhateverHappens;
+- (void)refuseRequestOf:(SEL)handler exceeding:(formats::RequestLimit)limit;
 - (void)answerPreliminaryScan:(NSData *)data as:(SEL)handler;
-- (void)answerFinalScan:(NSData *)data;
-- (void)answerLiveBibliography:(NSData *)data in:(NSAppleEventDescriptor *)reply;
+- (void)answerFinalScan:(NSData *)data as:(SEL)handler;
+- (void)answerLiveBibliography:(NSData *)data in:(NSAppleEventDescriptor *)reply as:(SEL)handler;
 - (std::optional<ScanReply>)replyForCitations:(NSArray *)citations
                                       inStyle:(id<KorvoBibStyle>)style
                                            as:(const ReplyNames &)names;
@@ -158,8 +161,9 @@ BOOL dialogIsOpen = NO;
               withReplyEvent:(NSAppleEventDescriptor *)reply {
   const Conversation conversation(documentID, generateBibliography);
   const ExceptionBoundary boundary("handleFinalScanEvent", formats::request::finalScan, reply);
+  const SEL handler = _cmd;
   if (!boundary.holds([&] {
-        [self answerFinalScan:[[event paramDescriptorForKeyword:keyDirectObject] data]];
+        [self answerFinalScan:[[event paramDescriptorForKeyword:keyDirectObject] data] as:handler];
       })) {
     [self cancelWhateverHappens];
   }
@@ -187,9 +191,12 @@ BOOL dialogIsOpen = NO;
   const Conversation conversation(documentID, generateBibliography);
   const ExceptionBoundary boundary("handleCreateBibliographyEvent",
                                    formats::request::liveBibliography, reply);
+  const SEL handler = _cmd;
   // Mellel waits for the reply, in which the boundary puts an error: a cancel would come beside it.
   boundary.holds([&] {
-    [self answerLiveBibliography:[[event paramDescriptorForKeyword:keyDirectObject] data] in:reply];
+    [self answerLiveBibliography:[[event paramDescriptorForKeyword:keyDirectObject] data]
+                              in:reply
+                              as:handler];
   });
 }
 
@@ -250,6 +257,12 @@ BOOL dialogIsOpen = NO;
   const AtEndOfScope cancel([self] { [self sendCancel]; });
 }
 
+// As where there is no memory for an answer, which such a request asks for.
+- (void)refuseRequestOf:(SEL)handler exceeding:(formats::RequestLimit)limit {
+  logRefusal(handler, limit);
+  [self sendCancel];
+}
+
 - (void)answerPreliminaryScan:(NSData *)data as:(SEL)handler {
   // Holds for no payload, since absent data has no length: every payload is answered as what it
   // reads as. A guard that did refuse one would leave a Mellel waiting that has its answer today.
@@ -259,6 +272,10 @@ BOOL dialogIsOpen = NO;
   }
   documentID = formats::documentIDOfScanRequest(bytesOf(data));
   formats::PreliminaryScanRequest request = formats::decodePreliminaryScanRequest(bytesOf(data));
+  if (request.exceeded) {
+    [self refuseRequestOf:handler exceeding:*request.exceeded];
+    return;
+  }
   NSArray *citations = stringsInPayload(data, std::move(request.citations));
   if (request.announcedCount != [citations count]) {
     reportProgrammingError(
@@ -270,7 +287,7 @@ BOOL dialogIsOpen = NO;
   [self reportCitationResolution:citations];
 }
 
-- (void)answerFinalScan:(NSData *)data {
+- (void)answerFinalScan:(NSData *)data as:(SEL)handler {
   // Holds for no payload, as in the preliminary scan and for the same reason.
   if (data == nil && [data length] >= 14) {
     NSLog(@"KorvoMellelAgent.handleFinalScanEvent: Illegal payload");
@@ -283,6 +300,10 @@ BOOL dialogIsOpen = NO;
   }
   documentID = formats::documentIDOfScanRequest(bytesOf(data));
   formats::FinalScanRequest request = formats::decodeFinalScanRequest(bytesOf(data));
+  if (request.exceeded) {
+    [self refuseRequestOf:handler exceeding:*request.exceeded];
+    return;
+  }
   // Set and never cleared, on purpose: once a request has asked for a bibliography, every later
   // answer carries one, and Mellel takes it where it asked.
   if (request.wantsBibliography) {
@@ -308,7 +329,7 @@ BOOL dialogIsOpen = NO;
                         withStyle:style];
 }
 
-- (void)answerLiveBibliography:(NSData *)data in:(NSAppleEventDescriptor *)reply {
+- (void)answerLiveBibliography:(NSData *)data in:(NSAppleEventDescriptor *)reply as:(SEL)handler {
   // Holds for no payload, as in the scans and for the same reason.
   if (data == nil && [data length] >= 14) {
     NSLog(@"KorvoMellelAgent.handleCreateBibliographyEvent: Illegal payload");
@@ -318,6 +339,10 @@ BOOL dialogIsOpen = NO;
   // known by that.
   documentID = 0;
   formats::LiveBibliographyRequest request = formats::decodeLiveBibliographyRequest(bytesOf(data));
+  if (request.exceeded) {
+    [self refuseRequestOf:handler exceeding:*request.exceeded];
+    return;
+  }
   // Never cleared, as in the final scan.
   if (request.wantsBibliography) {
     generateBibliography = YES;

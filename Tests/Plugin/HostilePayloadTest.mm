@@ -110,9 +110,9 @@ TEST_F(HostilePayload, PayloadsFullOfTheSameByteAreAnswered) {
       {"final scan", "SCNQ", {}}, {"live bibliography", "LVBQ", {}},
       {"import", "SYNC", {}},     {"retired scan", "Rmci", {}}};
   for (const GoldenRequest &request : requests) {
-    for (const char byte : {'\0', '\xFF'}) {
-      expectRight(request, std::string(1 << 20, byte), "full of " + std::to_string(byte));
-    }
+    expectRight(request, std::string(1 << 20, '\0'), "full of 0");
+    // As long as one text may be.
+    expectRight(request, std::string(1 << 16, '\xFF'), "full of 255");
     // Bytes of which each makes a part, or a marker, of a citation.
     for (const char byte : {'a', ';', '#', '@', '\\', '!'}) {
       expectRight(request, std::string(1 << 14, byte), "full of " + std::string(1, byte));

@@ -41,12 +41,26 @@ std::expected<FormattedCitations, Failure> checkedReply(const std::string &paylo
   return std::move(*formatted);
 }
 
+// What the host would refuse without a reason is not sent.
+template <typename DecodedRequest>
+std::expected<void, Failure> checkLimits(const DecodedRequest &request) {
+  if (request.exceeded) {
+    return std::unexpected(
+        Failure{Status::brokenDocumentOrReply,
+                "the document asks for more than Korvo takes: " + inWords(*request.exceeded)});
+  }
+  return {};
+}
+
 // Preliminary scan.
 std::expected<std::string, Failure> askForResolution(Host &host,
                                                      std::span<const Citation> citations,
                                                      std::uint32_t documentID) {
-  const Request request{formats::request::preliminaryScan,
-                        formats::encodePreliminaryScanRequest(documentID, citationPairs(citations)),
+  std::string payload = formats::encodePreliminaryScanRequest(documentID, citationPairs(citations));
+  if (const auto fits = checkLimits(formats::decodePreliminaryScanRequest(payload)); !fits) {
+    return std::unexpected(fits.error());
+  }
+  const Request request{formats::request::preliminaryScan, std::move(payload),
                         "waiting for Korvo to look up " + countOf(citations), false, documentID};
   return host.ask(request, {formats::mellelSignature, formats::answer::citationResolution});
 }
@@ -88,9 +102,12 @@ std::expected<FormattedCitations, Failure> formatByScan(Host &host,
       !checked) {
     return broken(checked.error());
   }
-  const Request request{formats::request::finalScan,
-                        formats::encodeFinalScanRequest(documentID, wanted.bibliography,
-                                                        wanted.style, citationPairs(citations)),
+  std::string question = formats::encodeFinalScanRequest(documentID, wanted.bibliography,
+                                                         wanted.style, citationPairs(citations));
+  if (const auto fits = checkLimits(formats::decodeFinalScanRequest(question)); !fits) {
+    return std::unexpected(fits.error());
+  }
+  const Request request{formats::request::finalScan, std::move(question),
                         "waiting for Korvo to format " + countOf(citations), true, documentID};
   const auto payload = host.ask(request, {formats::mellelSignature, formats::answer::finalScan});
   if (!payload) {
@@ -102,11 +119,13 @@ std::expected<FormattedCitations, Failure> formatByScan(Host &host,
 std::expected<FormattedCitations, Failure> formatLive(Host &host,
                                                       std::span<const Citation> citations,
                                                       const WantedFormatting &wanted) {
-  const Request request{
-      formats::request::liveBibliography,
-      formats::encodeLiveBibliographyRequest(makeDocumentID(), wanted.bibliography, wanted.style,
-                                             citationPairs(citations)),
-      "waiting for Korvo to format " + countOf(citations), false};
+  std::string question = formats::encodeLiveBibliographyRequest(
+      makeDocumentID(), wanted.bibliography, wanted.style, citationPairs(citations));
+  if (const auto fits = checkLimits(formats::decodeLiveBibliographyRequest(question)); !fits) {
+    return std::unexpected(fits.error());
+  }
+  const Request request{formats::request::liveBibliography, std::move(question),
+                        "waiting for Korvo to format " + countOf(citations), false};
   const auto payload = host.askForReply(request);
   if (!payload) {
     return std::unexpected(payload.error());
