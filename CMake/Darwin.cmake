@@ -14,7 +14,7 @@ if(GTest_FOUND)
     set(platform_rooms Tests/Support Tests/Formats)
   endif()
 endif()
-list(APPEND platform_rooms Tests/MacOS/Handshake)
+list(APPEND platform_rooms Tests/MacOS/Handshake Tests/MacOS/Dialog)
 
 # make_plugin_bundle(TARGET NAME FOLDER DIALOG.xib TABLE…): makes the module TARGET a bundle
 # NAME.bundle with the property list, the dialog and the tables of texts that lie in FOLDER.

@@ -45,6 +45,7 @@ static const NSInteger NSNotFound = LONG_MAX;
 
 NS_ASSUME_NONNULL_BEGIN
 FOUNDATION_EXPORT void NSLog(NSString *format, ...) NS_FORMAT_FUNCTION(1, 2);
+FOUNDATION_EXPORT Class _Nullable NSClassFromString(NSString *_Nonnull aClassName);
 FOUNDATION_EXPORT NSString *NSStringFromClass(Class aClass);
 FOUNDATION_EXPORT NSString *NSStringFromSelector(SEL aSelector);
 NS_ASSUME_NONNULL_END
