@@ -126,33 +126,48 @@ TEST(Answers, AnswersThatDoNotFitAreRefused) {
 }
 
 TEST(Report, JSONEscapesWhatItMust) {
-  EXPECT_EQ(checkJSON(std::vector<CheckedCitation>{{"a\"\\\x01ü", {"r1", "r2"}}, {"b", {}}}).text(),
-            "[\n  {\"citation\": \"a\\\"\\\\\\u0001ü\", \"records\": [\"r1\", \"r2\"]},\n"
-            "  {\"citation\": \"b\", \"records\": []}\n]\n");
-  EXPECT_EQ(checkJSON({}).text(), "[]\n");
+  const std::vector<CheckedCitation> checked = {{"a\"\\\x01ü", {"r1", "r2"}}, {"b", {}}};
+  EXPECT_EQ(checkJSON(checked, {true, false}).text(),
+            "[\n  {\"citation\": \"a\\\"\\\\\\u0001ü\", \"found\": true, \"records\": [\"r1\", "
+            "\"r2\"]},\n"
+            "  {\"citation\": \"b\", \"found\": false, \"records\": []}\n]\n");
+  EXPECT_EQ(checkJSON({}, {}).text(), "[]\n");
 }
 
 TEST(Report, NothingThatTheHostSendsEndsALineOrCommandsTheTerminal) {
-  EXPECT_EQ(checkTable(std::vector<CheckedCitation>{{"a\nb", {"c\rd", "\te"}}}).text(),
-            "#  Citation  Looked up as\n1  a b       c d |  e\n");
-  EXPECT_EQ(checkJSON(std::vector<CheckedCitation>{{"\u202Ea\x7F", {"\u009B\xFF"}}}).text(),
-            "[\n  {\"citation\": \"\\u202ea\\u007f\", \"records\": [\"\\u009b\uFFFD\"]}\n]\n");
+  EXPECT_EQ(checkTable(std::vector<CheckedCitation>{{"a\nb", {"c\rd", "\te"}}}, {true}).text(),
+            "#  Citation  Found  Looked up as\n1  a b       yes    c d |  e\n");
+  EXPECT_EQ(checkJSON(std::vector<CheckedCitation>{{"\u202Ea\x7F", {"\u009B\xFF"}}}, {true}).text(),
+            "[\n  {\"citation\": \"\\u202ea\\u007f\", \"found\": true, \"records\": "
+            "[\"\\u009b\uFFFD\"]}\n]\n");
 }
 
 TEST(Report, ANameForgesNoLine) {
   const conversation::FormattedCitations formatted{
       .styleName = "apa\x1B[2J\nwrote: y", .texts = {}, .bibliography = {}};
-  EXPECT_EQ(formattingReport("x\x1B[2J\nstyle: z\u2028", formatted, {}, false).text(),
+  const rtf::DocumentText document;
+  const commands::FormattedCopy copy{.output = "x\x1B[2J\nstyle: z\u2028",
+                                     .askedStyle = "q\"\x1B",
+                                     .formatted = formatted,
+                                     .document = document,
+                                     .wantsBibliography = false};
+  EXPECT_EQ(formattingReport(copy).text(),
             "wrote: x [2J style: z \nstyle: apa [2J wrote: y\nformatted: 0 of 0 citations\n");
+  EXPECT_EQ(formattingJSON(copy).text(),
+            "{\"wrote\": \"x\\u001b[2J\\u000astyle: z\\u2028\",\n"
+            " \"style\": \"apa\\u001b[2J\\u000awrote: y\",\n"
+            " \"askedStyle\": \"q\\\"\\u001b\",\n"
+            " \"citations\": [],\n \"footnotes\": 0,\n \"bibliography\": null}\n");
 }
 
 TEST(Report, TableLinesUpItsColumns) {
   EXPECT_EQ(checkTable(
-                std::vector<CheckedCitation>{{"Müller 2002", {"Müller 2002"}}, {"a;b", {"a", "b"}}})
+                std::vector<CheckedCitation>{{"Müller 2002", {"Müller 2002"}}, {"a;b", {"a", "b"}}},
+                {true, false})
                 .text(),
-            "#  Citation     Looked up as\n"
-            "1  Müller 2002  Müller 2002\n"
-            "2  a;b          a | b\n");
+            "#  Citation     Found  Looked up as\n"
+            "1  Müller 2002  yes    Müller 2002\n"
+            "2  a;b          no     a | b\n");
 }
 
 }  // namespace

@@ -62,13 +62,38 @@ TEST(Options, HelpIsGivenAnywhere) {
   EXPECT_TRUE(std::holds_alternative<HelpOptions>(parse({"scan", "-h"})->command));
 }
 
+TEST(Options, AScanMayBeStrictQuietAndMakeFootnotes) {
+  const auto options = parse({"scan", "a", "--strict", "--quiet", "--footnotes", "--json"});
+  ASSERT_TRUE(options);
+  const auto &scan = std::get<FormatOptions>(options->command);
+  EXPECT_TRUE(scan.isStrict && scan.makesFootnotes && scan.asJSON && options->isQuiet);
+  const auto plain = parse({"scan", "a"});
+  const auto &none = std::get<FormatOptions>(plain->command);
+  EXPECT_FALSE(none.isStrict || none.makesFootnotes || none.asJSON || plain->isQuiet);
+}
+
+TEST(Options, HelpTellsHowLongAnAnswerMayTake) {
+  EXPECT_NE(helpText().text().find("--timeout SECONDS   how long each answer may take: 600"),
+            std::string_view::npos);
+}
+
 TEST(Options, WrongUsageIsToldInOneLine) {
   EXPECT_EQ(errorOf({}), "a command is missing; mellel --help lists them");
   EXPECT_EQ(errorOf({"print"}), "there is no command \"print\"; mellel --help lists them");
   EXPECT_EQ(errorOf({"scan"}), "scan needs an RTF document");
   EXPECT_EQ(errorOf({"scan", ""}), "scan needs an RTF document");
   EXPECT_EQ(errorOf({"scan", "a", "b"}), "scan has no use for \"b\"");
-  EXPECT_EQ(errorOf({"scan", "a", "--json"}), "scan knows no option \"--json\"");
+  EXPECT_EQ(errorOf({"scan", "a", "--watch"}), "scan knows no option \"--watch\"");
+  EXPECT_EQ(errorOf({"check", "a", "--footnotes"}), "check knows no option \"--footnotes\"");
+  EXPECT_EQ(errorOf({"scan", "a", "-o", "-", "--json"}),
+            "--json and -o - cannot both have standard output");
+  for (const std::vector<const char *> &more :
+       {std::vector{"--json"}, std::vector{"--strict"}, std::vector{"-o", "-"}}) {
+    std::vector<const char *> arguments = {"live", "a", "--watch"};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    EXPECT_EQ(errorOf(arguments),
+              "--watch goes on and on: it takes no --json, no --strict and no -o -");
+  }
   EXPECT_EQ(errorOf({"scan", "a", "--no-bibliography=1"}),
             "scan knows no option \"--no-bibliography=1\"");
   EXPECT_EQ(errorOf({"scan", "a", "--style"}), "--style needs a value");

@@ -105,6 +105,9 @@ std::string pidginOf(std::string_view citation) {
   if (citation.starts_with('!') || isScenario("empty")) {
     return "";
   }
+  if (isScenario("sentences")) {
+    return "See {\\i " + std::string(citation) + "}.";
+  }
   return "({\\i " + std::string(citation) + "})";
 }
 
@@ -128,7 +131,8 @@ std::string scanReplyTo(const formats::FinalScanRequest &request, std::uint32_t 
     groups.pop_back();
   }
   const bool hasBibliography = request.wantsBibliography && !isScenario("no-bibliography");
-  const std::u16string style = formats::decodeUTF8(request.styleName);
+  const std::u16string style =
+      formats::decodeUTF8(isScenario("other-style") ? "Another Style" : request.styleName);
   std::string payload = payloadWritten([&](formats::PayloadWriter &writer) {
     formats::writeScanReplyHeader(
         writer, {documentID, false, hasBibliography, style.empty() ? u"Default" : style,
@@ -218,6 +222,9 @@ std::string described(std::string_view request, bool wantsBibliography, std::str
   }
   if (isScenario("slow")) {
     usleep(900'000);
+  }
+  if (isScenario("shows-dialog")) {
+    usleep(1'400'000);
   }
   if (isScenario("late-answers")) {
     cancel(request.documentID + 1);

@@ -11,6 +11,7 @@
 #include <Formats/Unicode.h>
 #include <StandIns/Mellel/Conversation/Host.h>
 #include <StandIns/Mellel/Conversation/ScanRequests.h>
+#include <StandIns/Mellel/Documents/CopyTarget.h>
 #include <StandIns/Mellel/Documents/Document.h>
 #include <StandIns/Mellel/Documents/Files.h>
 #include <StandIns/Mellel/RTF/DocumentRewriting.h>
@@ -26,26 +27,38 @@ using console::Failure;
 using console::Progress;
 using console::Status;
 using conversation::checkCitations;
+using conversation::findCitations;
 using conversation::Host;
+using documents::CopyTarget;
 using documents::openDocument;
 using documents::readFile;
-using documents::resolveOutput;
-using documents::writeFile;
 using rtf::documentWithCitation;
 using rtf::findEndOfText;
 using terminal::TerminalText;
 
 namespace {
 
-using Timeout = std::optional<std::chrono::seconds>;
+// How a command deals with the host and with whoever waits for it.
+struct Manners {
+  std::optional<std::chrono::seconds> timeout;
+  bool isQuiet = false;
 
-std::expected<void, Failure> check(const CheckOptions &options, Timeout timeout) {
-  Progress progress;
+  Progress progress() const {
+    Progress progress;
+    if (isQuiet) {
+      progress.keepQuiet();
+    }
+    return progress;
+  }
+};
+
+std::expected<void, Failure> check(const CheckOptions &options, const Manners &manners) {
+  Progress progress = manners.progress();
   const auto document = openDocument(options.input);
   if (!document) {
     return std::unexpected(document.error());
   }
-  const auto host = Host::connect(Host::Receiving::required, timeout, progress);
+  const auto host = Host::connect(Host::Receiving::required, manners.timeout, progress);
   if (!host) {
     return std::unexpected(host.error());
   }
@@ -53,14 +66,24 @@ std::expected<void, Failure> check(const CheckOptions &options, Timeout timeout)
   if (!citations) {
     return std::unexpected(citations.error());
   }
-  terminal::print(options.asJSON ? checkJSON(*citations) : checkTable(*citations));
-  return {};
+  const auto found = findCitations(**host, document->text.citations);
+  if (!found) {
+    return std::unexpected(found.error());
+  }
+  if (options.asJSON) {
+    terminal::print(checkJSON(*citations, *found));
+  } else if (!manners.isQuiet) {
+    terminal::print(checkTable(*citations, *found));
+  }
+  remarkOnListTexts(document->text);
+  const auto missing = static_cast<std::size_t>(std::ranges::count(*found, false));
+  return options.isStrict ? failIfMissing(missing, found->size(), "found") : Done();
 }
 
 // A citation of the references that are selected in the host.
-std::expected<std::string, Failure> citationOfSelection(Timeout timeout) {
-  Progress progress;
-  const auto host = Host::connect(Host::Receiving::required, timeout, progress);
+std::expected<std::string, Failure> citationOfSelection(const Manners &manners) {
+  Progress progress = manners.progress();
+  const auto host = Host::connect(Host::Receiving::required, manners.timeout, progress);
   if (!host) {
     return std::unexpected(host.error());
   }
@@ -87,12 +110,12 @@ std::string inBraces(const std::string &citation) {
   return citation.starts_with('{') && citation.ends_with('}') ? citation : '{' + citation + '}';
 }
 
-std::expected<void, Failure> insertInto(const InsertOptions::Place &place, Timeout timeout) {
+std::expected<void, Failure> insertInto(const InsertOptions::Place &place, const Manners &manners) {
   const auto document = readFile(place.input);
   if (!document) {
     return std::unexpected(document.error());
   }
-  const auto output = resolveOutput(place.input, place.output);
+  const auto output = CopyTarget::find(place.input, place.output);
   if (!output) {
     return std::unexpected(output.error());
   }
@@ -105,26 +128,28 @@ std::expected<void, Failure> insertInto(const InsertOptions::Place &place, Timeo
     return std::unexpected(
         Failure{Status::wrongUsage, "\"" + place.text + "\" stands nowhere in " + place.input});
   }
-  const auto citation = citationOfSelection(timeout);
+  const auto citation = citationOfSelection(manners);
   if (!citation) {
     return std::unexpected(citation.error());
   }
   const std::string inserted = inBraces(*citation);
-  const auto written = writeFile(*output, documentWithCitation(document->bytes, **offset, inserted),
-                                 place.input, document->identity);
+  const auto written = output->write(documentWithCitation(document->bytes, **offset, inserted),
+                                     place.input, document->identity);
   if (!written) {
     return std::unexpected(written.error());
   }
-  terminal::print("wrote: " + TerminalText::inOneLine(*output) +
-                  "\ninserted: " + TerminalText::inOneLine(inserted) + "\n");
+  if (!manners.isQuiet && !output->isStandardOutput()) {
+    terminal::print("wrote: " + TerminalText::inOneLine(output->name()) +
+                    "\ninserted: " + TerminalText::inOneLine(inserted) + "\n");
+  }
   return {};
 }
 
-std::expected<void, Failure> insert(const InsertOptions &options, Timeout timeout) {
+std::expected<void, Failure> insert(const InsertOptions &options, const Manners &manners) {
   if (options.place) {
-    return insertInto(*options.place, timeout);
+    return insertInto(*options.place, manners);
   }
-  const auto citation = citationOfSelection(timeout);
+  const auto citation = citationOfSelection(manners);
   if (!citation) {
     return std::unexpected(citation.error());
   }
@@ -144,13 +169,13 @@ bool holdsCitation(std::string_view text) {
   });
 }
 
-std::expected<void, Failure> open(const OpenOptions &options, Timeout timeout) {
+std::expected<void, Failure> open(const OpenOptions &options, const Manners &manners) {
   if (!holdsCitation(options.citation)) {
     return std::unexpected(
         Failure{Status::wrongUsage, "\"" + options.citation + "\" holds no citation"});
   }
-  Progress progress;
-  const auto host = Host::connect(Host::Receiving::ifPossible, timeout, progress);
+  Progress progress = manners.progress();
+  const auto host = Host::connect(Host::Receiving::ifPossible, manners.timeout, progress);
   if (!host) {
     return std::unexpected(host.error());
   }
@@ -163,9 +188,9 @@ std::expected<void, Failure> open(const OpenOptions &options, Timeout timeout) {
   return {};
 }
 
-std::expected<void, Failure> handshake(Timeout timeout) {
-  Progress progress;
-  const auto host = Host::connect(Host::Receiving::required, timeout, progress);
+std::expected<void, Failure> handshake(const Manners &manners) {
+  Progress progress = manners.progress();
+  const auto host = Host::connect(Host::Receiving::required, manners.timeout, progress);
   if (!host) {
     return std::unexpected(host.error());
   }
@@ -192,25 +217,29 @@ std::expected<void, Failure> handshake(Timeout timeout) {
 
 // Runs each kind of command with its own options.
 struct Runner {
-  Timeout timeout;
+  Manners manners;
 
   std::expected<void, Failure> operator()(const FormatOptions &options) const {
-    return format(options, timeout);
+    return format(options, manners.timeout, manners.isQuiet);
   }
   std::expected<void, Failure> operator()(const CheckOptions &options) const {
-    return check(options, timeout);
+    return check(options, manners);
   }
   std::expected<void, Failure> operator()(const InsertOptions &options) const {
-    return insert(options, timeout);
+    return insert(options, manners);
   }
   std::expected<void, Failure> operator()(const OpenOptions &options) const {
-    return open(options, timeout);
+    return open(options, manners);
   }
   std::expected<void, Failure> operator()(const HandshakeOptions &) const {
-    return handshake(timeout);
+    return handshake(manners);
   }
   std::expected<void, Failure> operator()(const HelpOptions &) const {
     terminal::print(helpText());
+    return {};
+  }
+  std::expected<void, Failure> operator()(const VersionOptions &) const {
+    terminal::print(terminal::Words("mellel " MELLEL_VERSION "\n"));
     return {};
   }
 };
@@ -218,7 +247,7 @@ struct Runner {
 }  // namespace
 
 std::expected<void, Failure> run(const Options &options) {
-  return std::visit(Runner{options.timeout}, options.command);
+  return std::visit(Runner{{options.timeout, options.isQuiet}}, options.command);
 }
 
 }  // namespace mellel::commands

@@ -1,15 +1,18 @@
 #include "FormatCommand.h"
 
 #include "Report.h"
+#include "StyleName.h"
 
 #include <Platform/RunLoop.h>
 #include <StandIns/Mellel/Conversation/Host.h>
 #include <StandIns/Mellel/Conversation/RunLoop.h>
 #include <StandIns/Mellel/Conversation/ScanRequests.h>
+#include <StandIns/Mellel/Documents/CopyTarget.h>
 #include <StandIns/Mellel/Documents/Document.h>
 #include <StandIns/Mellel/Documents/Files.h>
 #include <StandIns/Mellel/Documents/FileWatch.h>
 #include <StandIns/Mellel/RTF/DocumentRewriting.h>
+#include <StandIns/Mellel/RTF/Footnotes.h>
 #include <StandIns/Terminal/Output.h>
 
 #include <signal.h>
@@ -25,6 +28,7 @@ namespace mellel::commands {
 using console::complain;
 using console::Failure;
 using console::Progress;
+using console::remark;
 using console::Status;
 using conversation::formatByScan;
 using conversation::formatLive;
@@ -32,12 +36,11 @@ using conversation::FormattedCitations;
 using conversation::Host;
 using conversation::runLoopUntil;
 using conversation::WantedFormatting;
+using documents::CopyTarget;
 using documents::defaultOutputPath;
 using documents::Document;
 using documents::FileWatch;
 using documents::openDocument;
-using documents::resolveOutput;
-using documents::writeFile;
 using terminal::TerminalText;
 
 namespace {
@@ -50,10 +53,34 @@ constexpr std::chrono::milliseconds timeToSettle{30};
 struct Update {
   Document document;
   FormattedCitations formatted;
+  std::size_t footnotes = 0;
 };
 
+std::string counted(std::size_t count, const std::string &things) {
+  return std::to_string(count) + ' ' + things + (count == 1 ? "" : "s");
+}
+
+// What the user should know of an answer that is none to his wishes.
+void remarkOn(const Update &updated, const FormatOptions &options) {
+  const FormattedCitations &formatted = updated.formatted;
+  if (!options.style.empty() && !mayBeNamed(options.style, formatted.styleName)) {
+    remark("Korvo formatted in \"" + formatted.styleName + "\": if that is no other name of \"" +
+           options.style + "\", it knows no such style");
+  }
+  const bool areSentences = rtf::areSentences(formatted.texts);
+  const std::size_t inText = rtf::countForFootnotes(updated.document.text, formatted.texts);
+  if (areSentences && inText > 0 && !options.makesFootnotes) {
+    remark(counted(inText, "citation") +
+           " in the running text became sentences, as this style is one for footnotes: "
+           "--footnotes makes such");
+  } else if (!areSentences && inText > 0 && options.makesFootnotes) {
+    remark("no footnotes were made: this style is one for the running text");
+  }
+  remarkOnListTexts(updated.document.text);
+}
+
 std::expected<Update, Failure> update(Host &host, Document document, const FormatOptions &options,
-                                      const std::string &output) {
+                                      const CopyTarget &output) {
   const WantedFormatting wanted{options.style, options.wantsBibliography};
   const std::span<const rtf::Citation> citations = document.text.citations;
   auto formatted =
@@ -61,21 +88,30 @@ std::expected<Update, Failure> update(Host &host, Document document, const Forma
   if (!formatted) {
     return std::unexpected(formatted.error());
   }
-  const std::string copy =
-      rtf::formattedDocument(document.rtf, document.text, formatted->texts,
-                             formatted->bibliography.value_or(rtf::BibliographyParagraphs{}));
-  const auto written = writeFile(output, copy, options.input, document.identity);
+  const std::size_t footnotes = options.makesFootnotes && rtf::areSentences(formatted->texts)
+                                    ? rtf::countForFootnotes(document.text, formatted->texts)
+                                    : 0;
+  const std::string copy = rtf::formattedDocument(
+      document.rtf, document.text, formatted->texts,
+      formatted->bibliography.value_or(rtf::BibliographyParagraphs{}),
+      footnotes > 0 ? rtf::PlaceOfCitations::inFootnotes : rtf::PlaceOfCitations::inText);
+  const auto written = output.write(copy, options.input, document.identity);
   if (!written) {
     return std::unexpected(written.error());
   }
-  return Update{std::move(document), std::move(*formatted)};
+  return Update{std::move(document), std::move(*formatted), footnotes};
 }
 
 // Keeps the copy up to date until the process is interrupted.
 class WatchedDocument {
  public:
-  WatchedDocument(Host &host, const FormatOptions &options, std::string output, Progress &progress)
-      : host_(host), options_(options), output_(std::move(output)), progress_(progress) {}
+  WatchedDocument(Host &host, const FormatOptions &options, CopyTarget output, Progress &progress,
+                  bool isQuiet)
+      : host_(host),
+        options_(options),
+        output_(std::move(output)),
+        progress_(progress),
+        isQuiet_(isQuiet) {}
 
   std::expected<void, Failure> keepUpToDate(Document document) {
     auto watch = FileWatch::start(options_.input);
@@ -109,8 +145,14 @@ class WatchedDocument {
       return std::unexpected(updated.error());
     }
     lastContents_ = contents;
+    if (!std::exchange(hasRemarked_, true)) {
+      remarkOn(*updated, options_);
+    }
+    if (isQuiet_) {
+      return {};
+    }
     const auto time = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin);
-    terminal::print("updated: " + TerminalText::inOneLine(output_) + ": " +
+    terminal::print("updated: " + TerminalText::inOneLine(output_.name()) + ": " +
                     TerminalText::number(updated->formatted.count()) + " of " +
                     TerminalText::number(updated->formatted.texts.size()) + " citations, " +
                     TerminalText::number(time.count()) + " ms\n");
@@ -131,8 +173,10 @@ class WatchedDocument {
 
   Host &host_;
   const FormatOptions &options_;
-  std::string output_;
+  CopyTarget output_;
   Progress &progress_;
+  bool isQuiet_;
+  bool hasRemarked_ = false;
   std::optional<std::size_t> lastContents_;
 };
 
@@ -145,17 +189,54 @@ void endCleanlyWhenInterrupted() {
   sigaction(SIGTERM, &action, nullptr);
 }
 
+void report(const Update &updated, const FormatOptions &options, const CopyTarget &output,
+            bool isQuiet) {
+  const FormattedCopy copy{
+      .output = output.isStandardOutput() ? std::string_view() : std::string_view(output.name()),
+      .askedStyle = options.style,
+      .formatted = updated.formatted,
+      .document = updated.document.text,
+      .wantsBibliography = options.wantsBibliography,
+      .footnotes = updated.footnotes};
+  if (options.asJSON) {
+    terminal::print(formattingJSON(copy));
+  } else if (!isQuiet && output.isStandardOutput()) {
+    terminal::printError(formattingReport(copy));
+  } else if (!isQuiet) {
+    terminal::print(formattingReport(copy));
+  }
+}
+
 }  // namespace
 
-std::expected<void, Failure> format(const FormatOptions &options,
-                                    std::optional<std::chrono::seconds> timeout) {
+Done failIfMissing(std::size_t missing, std::size_t all, std::string_view what) {
+  if (missing == 0) {
+    return {};
+  }
+  return std::unexpected(Failure{
+      Status::notAllFound, std::to_string(missing) + " of " + counted(all, "citation") +
+                               (missing == 1 ? " was not " : " were not ") + std::string(what)});
+}
+
+void remarkOnListTexts(const rtf::DocumentText &document) {
+  if (document.citationsInListTexts > 0) {
+    remark(counted(document.citationsInListTexts, "citation") +
+           " left out: in a list's text for programs without lists, which others do not show");
+  }
+}
+
+Done format(const FormatOptions &options, std::optional<std::chrono::seconds> timeout,
+            bool isQuiet) {
   Progress progress;
+  if (isQuiet) {
+    progress.keepQuiet();
+  }
   auto document = openDocument(options.input);
   if (!document) {
     return std::unexpected(document.error());
   }
   const auto output =
-      resolveOutput(options.input, options.output.value_or(defaultOutputPath(options.input)));
+      CopyTarget::find(options.input, options.output.value_or(defaultOutputPath(options.input)));
   if (!output) {
     return std::unexpected(output.error());
   }
@@ -166,15 +247,18 @@ std::expected<void, Failure> format(const FormatOptions &options,
   }
   if (options.watches) {
     endCleanlyWhenInterrupted();
-    return WatchedDocument(**host, options, *output, progress).keepUpToDate(std::move(*document));
+    return WatchedDocument(**host, options, *output, progress, isQuiet)
+        .keepUpToDate(std::move(*document));
   }
   const auto updated = update(**host, std::move(*document), options, *output);
   if (!updated) {
     return std::unexpected(updated.error());
   }
-  terminal::print(formattingReport(*output, updated->formatted, updated->document.text,
-                                   options.wantsBibliography));
-  return {};
+  report(*updated, options, *output, isQuiet);
+  remarkOn(*updated, options);
+  const std::size_t all = updated->formatted.texts.size();
+  return options.isStrict ? failIfMissing(all - updated->formatted.count(), all, "formatted")
+                          : Done();
 }
 
 }  // namespace mellel::commands

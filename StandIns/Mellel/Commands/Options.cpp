@@ -34,16 +34,20 @@ struct CommandSyntax {
 
 const std::vector<CommandSyntax> &commandSyntaxes() {
   static const std::vector<CommandSyntax> syntaxes = {
-      {"scan", {"--no-bibliography"}, {"--style", "-o", "--timeout"}, 1, "an RTF document"},
-      {"live",
-       {"--no-bibliography", "--watch"},
+      {"scan",
+       {"--no-bibliography", "--footnotes", "--strict", "--json", "--quiet"},
        {"--style", "-o", "--timeout"},
        1,
        "an RTF document"},
-      {"check", {"--json"}, {"--timeout"}, 1, "an RTF document"},
-      {"insert", {}, {"--into", "--at", "-o", "--timeout"}, 0, ""},
-      {"open", {}, {"--timeout"}, 1, "a citation"},
-      {"handshake", {}, {"--timeout"}, 0, ""}};
+      {"live",
+       {"--no-bibliography", "--footnotes", "--strict", "--json", "--quiet", "--watch"},
+       {"--style", "-o", "--timeout"},
+       1,
+       "an RTF document"},
+      {"check", {"--json", "--strict", "--quiet"}, {"--timeout"}, 1, "an RTF document"},
+      {"insert", {"--quiet"}, {"--into", "--at", "-o", "--timeout"}, 0, ""},
+      {"open", {"--quiet"}, {"--timeout"}, 1, "a citation"},
+      {"handshake", {"--quiet"}, {"--timeout"}, 0, ""}};
   return syntaxes;
 }
 
@@ -114,6 +118,26 @@ std::expected<Command, std::string> insertCommand(const Arguments &arguments) {
   return InsertOptions{InsertOptions::Place{*into, *at, *output}};
 }
 
+std::expected<Command, std::string> formatCommand(std::string_view name,
+                                                  const Arguments &arguments) {
+  FormatOptions options{.input = arguments.words[0],
+                        .output = arguments.value("-o"),
+                        .style = arguments.value("--style").value_or(""),
+                        .wantsBibliography = !arguments.has("--no-bibliography"),
+                        .isLive = name == "live",
+                        .watches = arguments.has("--watch"),
+                        .makesFootnotes = arguments.has("--footnotes"),
+                        .isStrict = arguments.has("--strict"),
+                        .asJSON = arguments.has("--json")};
+  if (options.output == standardOutput && options.asJSON) {
+    return std::unexpected("--json and -o - cannot both have standard output");
+  }
+  if (options.watches && (options.asJSON || options.isStrict || options.output == standardOutput)) {
+    return std::unexpected("--watch goes on and on: it takes no --json, no --strict and no -o -");
+  }
+  return options;
+}
+
 std::expected<Command, std::string> makeCommand(const CommandSyntax &syntax,
                                                 const Arguments &arguments) {
   if (arguments.words.size() > syntax.wordCount) {
@@ -124,16 +148,10 @@ std::expected<Command, std::string> makeCommand(const CommandSyntax &syntax,
     return std::unexpected(std::string(syntax.name) + " needs " + std::string(syntax.word));
   }
   if (syntax.name == "scan" || syntax.name == "live") {
-    FormatOptions options{arguments.words[0],
-                          arguments.value("-o"),
-                          arguments.value("--style").value_or(""),
-                          !arguments.has("--no-bibliography"),
-                          syntax.name == "live",
-                          arguments.has("--watch")};
-    return options;
+    return formatCommand(syntax.name, arguments);
   }
   if (syntax.name == "check") {
-    return CheckOptions{arguments.words[0], arguments.has("--json")};
+    return CheckOptions{arguments.words[0], arguments.has("--json"), arguments.has("--strict")};
   }
   if (syntax.name == "insert") {
     return insertCommand(arguments);
@@ -145,6 +163,7 @@ std::expected<Command, std::string> makeCommand(const CommandSyntax &syntax,
 }
 
 bool isHelp(std::string_view argument) { return argument == "--help" || argument == "-h"; }
+bool isVersion(std::string_view argument) { return argument == "--version"; }
 
 }  // namespace
 
@@ -153,6 +172,9 @@ std::expected<Options, std::string> parseOptions(std::span<const char *const> ar
       std::ranges::find(arguments, "--", [](const char *text) { return std::string_view(text); });
   if (std::any_of(arguments.begin(), optionsEnd, isHelp)) {
     return Options{HelpOptions{}, std::nullopt};
+  }
+  if (std::any_of(arguments.begin(), optionsEnd, isVersion)) {
+    return Options{VersionOptions{}, std::nullopt};
   }
   if (arguments.empty()) {
     return std::unexpected("a command is missing; mellel --help lists them");
@@ -174,21 +196,26 @@ std::expected<Options, std::string> parseOptions(std::span<const char *const> ar
   if (!command) {
     return std::unexpected(command.error());
   }
-  return Options{std::move(*command), *timeout};
+  return Options{std::move(*command), *timeout, sorted->has("--quiet")};
 }
 
 terminal::Words helpText() {
   return R"(mellel: formats the citations of RTF documents with the running reference manager.
 
-  mellel scan IN.rtf [--style NAME] [--no-bibliography] [-o OUT.rtf]
+  mellel scan IN.rtf [--style NAME] [--no-bibliography] [--footnotes] [-o OUT.rtf]
       Writes a copy with every citation {Smith 2001; Jones 1999} formatted, and the
-      bibliography in place of the paragraph {bibliography} or at the end. Without --style
-      the reference manager asks for one. Without -o the copy is "IN formatted.rtf".
-  mellel live IN.rtf [--style NAME] [--no-bibliography] [--watch] [-o OUT.rtf]
-      The same in one request and without questions. With --watch again each time that IN.rtf
-      is saved, until interrupted.
-  mellel check IN.rtf [--json]
-      Lists the citations as the reference manager reads them.
+      bibliography in place of the paragraph {bibliography} or at the end. NAME is a style's
+      title or the name of its file. Without --style, or where the reference manager knows no
+      such style, it asks in a dialog of its own. Without -o the copy is "IN formatted.rtf";
+      -o - writes it to standard output, and what was done to standard error.
+      --footnotes makes footnotes of citations in the running text, where the style is one
+      for footnotes: where its citations are sentences.
+  mellel live IN.rtf [--style NAME] [--no-bibliography] [--footnotes] [--watch] [-o OUT.rtf]
+      The same in one request and without questions: an unknown style, or none, is the
+      default one. With --watch again each time that IN.rtf is saved, until interrupted.
+  mellel check IN.rtf
+      Lists the citations as the reference manager reads them, and whether they are found.
+      It shows its user what is not.
   mellel insert [--into IN.rtf --at TEXT -o OUT.rtf]
       Prints a citation of the references selected in the reference manager, or puts it into
       a copy of the document, after the first place where TEXT stands.
@@ -196,10 +223,18 @@ terminal::Words helpText() {
       Opens the cited reference in the reference manager.
   mellel handshake
       Prints the preferences that the reference manager answers with.
+  mellel --version, mellel --help
 
-Every command takes --timeout SECONDS, how long an answer may take. IN.rtf is never changed.
+Every command takes
+  --timeout SECONDS   how long each answer may take: 600, and in a scan, where the reference
+                      manager may ask its user, as long as it takes
+  --quiet             prints neither progress nor what was done; what is wrong it does
+and scan, live and check
+  --json              prints what was done, or found, for programs to read
+  --strict            ends with status 5 where a citation was not found or not formatted
+IN.rtf is never changed.
 Status: 0 done, 1 cancelled in the reference manager, 2 wrong usage, 3 no reference manager
-running, 4 the document or an answer is broken.
+running, 4 the document or an answer is broken, 5 done, but not every citation (--strict).
 )";
 }
 

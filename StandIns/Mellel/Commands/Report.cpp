@@ -51,27 +51,56 @@ TerminalText bibliographyLine(const FormattedCitations &formatted, const Documen
                                      : Words(" at the end\n"));
 }
 
+Words truth(bool isTrue) { return isTrue ? Words("true") : Words("false"); }
+
+TerminalText jsonOrNull(std::string_view text) {
+  return text.empty() ? TerminalText("null") : TerminalText::inJSON(text);
+}
+
 }  // namespace
 
-TerminalText formattingReport(std::string_view outputPath, const FormattedCitations &formatted,
-                              const DocumentText &document, bool wantsBibliography) {
-  TerminalText report = "wrote: " + TerminalText::inOneLine(outputPath) +
-                        "\nstyle: " + TerminalText::inOneLine(formatted.styleName) +
-                        "\nformatted: " + TerminalText::number(formatted.count()) + " of " +
-                        counted(formatted.texts.size(), "citation", "citations") + "\n";
+TerminalText formattingReport(const FormattedCopy &copy) {
+  const FormattedCitations &formatted = copy.formatted;
+  TerminalText report;
+  if (!copy.output.empty()) {
+    report = "wrote: " + TerminalText::inOneLine(copy.output) + "\n";
+  }
+  report += "style: " + TerminalText::inOneLine(formatted.styleName) +
+            "\nformatted: " + TerminalText::number(formatted.count()) + " of " +
+            counted(formatted.texts.size(), "citation", "citations") + "\n";
   for (std::size_t index = 0; index < formatted.texts.size(); ++index) {
     if (!formatted.texts[index]) {
       report +=
-          "not formatted: {" + TerminalText::inOneLine(document.citations[index].text) + "}\n";
+          "not formatted: {" + TerminalText::inOneLine(copy.document.citations[index].text) + "}\n";
     }
   }
-  if (wantsBibliography) {
-    report += bibliographyLine(formatted, document);
+  if (copy.footnotes > 0) {
+    report += "footnotes: " + TerminalText::number(copy.footnotes) + "\n";
+  }
+  if (copy.wantsBibliography) {
+    report += bibliographyLine(formatted, copy.document);
   }
   return report;
 }
 
-TerminalText checkTable(std::span<const CheckedCitation> citations) {
+TerminalText formattingJSON(const FormattedCopy &copy) {
+  const FormattedCitations &formatted = copy.formatted;
+  TerminalText json = "{\"wrote\": " + jsonOrNull(copy.output) +
+                      ",\n \"style\": " + TerminalText::inJSON(formatted.styleName) +
+                      ",\n \"askedStyle\": " + jsonOrNull(copy.askedStyle) + ",\n \"citations\": [";
+  for (std::size_t index = 0; index < formatted.texts.size(); ++index) {
+    json += (index == 0 ? Words("\n  {\"citation\": ") : Words(",\n  {\"citation\": ")) +
+            TerminalText::inJSON(copy.document.citations[index].text) +
+            ", \"formatted\": " + truth(formatted.texts[index].has_value()) + "}";
+  }
+  json += "],\n \"footnotes\": " + TerminalText::number(copy.footnotes) + ",\n \"bibliography\": ";
+  json += formatted.bibliography ? TerminalText::number(formatted.bibliography->size())
+                                 : TerminalText("null");
+  return json + "}\n";
+}
+
+TerminalText checkTable(std::span<const CheckedCitation> citations,
+                        const std::vector<bool> &found) {
   const TerminalText numberTitle("#");
   const TerminalText citationTitle("Citation");
   constexpr std::size_t greatestColumn = 60;
@@ -84,23 +113,25 @@ TerminalText checkTable(std::span<const CheckedCitation> citations) {
     citationWidth = std::max(citationWidth, std::min(widthOf(texts.back()), greatestColumn));
   }
   TerminalText table = blanksUpTo(numberWidth, numberTitle) + numberTitle + "  " + citationTitle +
-                       blanksUpTo(citationWidth, citationTitle) + "  Looked up as\n";
+                       blanksUpTo(citationWidth, citationTitle) + "  Found  Looked up as\n";
   for (std::size_t index = 0; index < citations.size(); ++index) {
     const TerminalText number = TerminalText::number(index + 1);
     table += blanksUpTo(numberWidth, number) + number + "  ";
     table += texts[index];
-    table += blanksUpTo(citationWidth, texts[index]) + "  " +
+    table += blanksUpTo(citationWidth, texts[index]) +
+             (found[index] ? Words("  yes    ") : Words("  no     ")) +
              TerminalText::inOneLine(joined(citations[index].records, " | ")) + "\n";
   }
   return table;
 }
 
-TerminalText checkJSON(std::span<const CheckedCitation> citations) {
+TerminalText checkJSON(std::span<const CheckedCitation> citations, const std::vector<bool> &found) {
   TerminalText json("[");
-  for (const CheckedCitation &entry : citations) {
-    json +=
-        &entry == &citations.front() ? Words("\n  {\"citation\": ") : Words(",\n  {\"citation\": ");
-    json += TerminalText::inJSON(entry.citation) + ", \"records\": [";
+  for (std::size_t index = 0; index < citations.size(); ++index) {
+    const CheckedCitation &entry = citations[index];
+    json += index == 0 ? Words("\n  {\"citation\": ") : Words(",\n  {\"citation\": ");
+    json += TerminalText::inJSON(entry.citation) + ", \"found\": " + truth(found[index]) +
+            ", \"records\": [";
     for (const std::string &record : entry.records) {
       if (&record != &entry.records.front()) {
         json += Words(", ");

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace mellel::console {
 
@@ -11,7 +12,9 @@ enum class Status : int {
   cancelledByHost = 1,
   wrongUsage = 2,
   noHost = 3,
-  brokenDocumentOrReply = 4
+  brokenDocumentOrReply = 4,
+  // Everything was done, but not for every citation.
+  notAllFound = 5
 };
 
 struct Failure {
@@ -22,5 +25,8 @@ struct Failure {
 
 // Writes the line to standard error, behind the program's name.
 void complain(const Failure &failure);
+
+// Likewise something that the user should know, though nothing has failed.
+void remark(std::string_view line);
 
 }  // namespace mellel::console

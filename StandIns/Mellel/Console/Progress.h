@@ -17,10 +17,14 @@ class Progress {
   // The user had stopped waiting, and waits from now on again.
   void restart() { beginning_ = Clock::now(); }
 
-  // A step begins; the one before is over.
-  void begin(std::string step);
+  // Where nobody wants to be told.
+  void keepQuiet() { isQuiet_ = true; }
+
+  // A step begins; the one before is over. The hint, if there is one, says what may be in the way,
+  // and is told once the step has taken a second.
+  void begin(std::string step, std::string hint = {});
   // The step is over, and no other begins.
-  void end() { pending_.clear(); }
+  void end();
 
   // When tick() wants to be called, while a step is going on.
   std::optional<Clock::time_point> due() const;
@@ -30,8 +34,10 @@ class Progress {
   bool isOnTerminal_;
   Clock::time_point beginning_ = Clock::now();
   Clock::time_point stepBeginning_ = beginning_;
+  bool isQuiet_ = false;
   // The step that was not told yet; empty where there is none.
   std::string pending_;
+  std::string hint_;  // likewise
 };
 
 }  // namespace mellel::console

@@ -146,7 +146,7 @@ class Host::State {
     const platform::ProcessWatch watch(formats::korvoSignature, [this](bool isRunning) {
       hostHasEnded_ = hostHasEnded_ || !isRunning;
     });
-    progress_.begin(request.step);
+    progress_.begin(request.step, request.hint);
     OwnedDescriptor event;
     OSStatus status = makeEvent(request, event);
     if (status == noErr) {
@@ -170,7 +170,7 @@ class Host::State {
   }
 
   std::expected<std::optional<std::string>, Failure> askForReply(const Request &request) {
-    progress_.begin(request.step);
+    progress_.begin(request.step, request.hint);
     OwnedDescriptor event;
     OwnedDescriptor reply;
     OSStatus status = makeEvent(request, event);

@@ -31,6 +31,8 @@ struct Request {
   // Of the document that the request is about. What comes for another one is a late answer to an
   // earlier process, and passed over.
   std::optional<std::uint32_t> documentID = std::nullopt;
+  // What is told once it has taken a second: what the host may be waiting for.
+  std::string hint = {};
 };
 
 struct AnswerKind {

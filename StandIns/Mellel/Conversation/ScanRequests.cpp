@@ -25,6 +25,15 @@ std::string countOf(std::span<const Citation> citations) {
   return std::to_string(count) + (count == 1 ? " citation" : " citations");
 }
 
+// One cannot tell from here which styles the host knows.
+std::string hintForStyle(const std::string &style) {
+  return style.empty()
+             ? "Korvo asks for the style in a dialog of its own, and waits until it is answered"
+             : "Korvo may be showing a dialog, and wait until it is answered: it does so when it "
+               "knows no style \"" +
+                   style + '"';
+}
+
 std::uint32_t makeDocumentID() {
   std::random_device random;
   return std::uniform_int_distribution<std::uint32_t>(1)(random);
@@ -60,8 +69,13 @@ std::expected<std::string, Failure> askForResolution(Host &host,
   if (const auto fits = checkLimits(formats::decodePreliminaryScanRequest(payload)); !fits) {
     return std::unexpected(fits.error());
   }
-  const Request request{formats::request::preliminaryScan, std::move(payload),
-                        "waiting for Korvo to look up " + countOf(citations), false, documentID};
+  const Request request{formats::request::preliminaryScan,
+                        std::move(payload),
+                        "waiting for Korvo to look up " + countOf(citations),
+                        false,
+                        documentID,
+                        "Korvo may be showing a dialog for an earlier request, and wait until it "
+                        "is answered"};
   return host.ask(request, {formats::mellelSignature, formats::answer::citationResolution});
 }
 
@@ -90,6 +104,20 @@ std::expected<std::vector<CheckedCitation>, Failure> checkCitations(
   return std::move(*checked);
 }
 
+std::expected<std::vector<bool>, Failure> findCitations(Host &host,
+                                                        std::span<const Citation> citations) {
+  const auto formatted = formatLive(host, citations, {.style = "", .bibliography = false});
+  if (!formatted) {
+    return std::unexpected(formatted.error());
+  }
+  std::vector<bool> found;
+  found.reserve(formatted->texts.size());
+  for (const std::optional<rtf::RichText> &text : formatted->texts) {
+    found.push_back(text.has_value());
+  }
+  return found;
+}
+
 std::expected<FormattedCitations, Failure> formatByScan(Host &host,
                                                         std::span<const Citation> citations,
                                                         const WantedFormatting &wanted) {
@@ -107,8 +135,12 @@ std::expected<FormattedCitations, Failure> formatByScan(Host &host,
   if (const auto fits = checkLimits(formats::decodeFinalScanRequest(question)); !fits) {
     return std::unexpected(fits.error());
   }
-  const Request request{formats::request::finalScan, std::move(question),
-                        "waiting for Korvo to format " + countOf(citations), true, documentID};
+  const Request request{formats::request::finalScan,
+                        std::move(question),
+                        "waiting for Korvo to format " + countOf(citations),
+                        true,
+                        documentID,
+                        hintForStyle(wanted.style)};
   const auto payload = host.ask(request, {formats::mellelSignature, formats::answer::finalScan});
   if (!payload) {
     return std::unexpected(payload.error());

@@ -26,6 +26,11 @@ std::vector<formats::CitationPair> citationPairs(std::span<const rtf::Citation> 
 std::expected<std::vector<CheckedCitation>, console::Failure> checkCitations(
     Host &host, std::span<const rtf::Citation> citations);
 
+// Whether each of them finds its references, as a live bibliography in the host's default style
+// tells. The host shows its user what finds none.
+std::expected<std::vector<bool>, console::Failure> findCitations(
+    Host &host, std::span<const rtf::Citation> citations);
+
 struct WantedFormatting {
   std::string style;  // UTF-8; empty: the host asks, or takes its default
   bool bibliography = true;

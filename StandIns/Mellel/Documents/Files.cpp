@@ -227,6 +227,37 @@ std::expected<std::string, Failure> resolveOutput(const std::string &inputPath,
   return error ? outputPath : target.string();
 }
 
+std::expected<void, Failure> checkWritable(const std::string &path) {
+  const std::filesystem::path parent = std::filesystem::path(path).parent_path();
+  const std::string folder = parent.empty() ? "." : parent.string();
+  const std::optional<struct stat> status = statusOf(folder);
+  if (!status) {
+    return systemFailure("cannot write " + path, errno);
+  }
+  if (!S_ISDIR(status->st_mode)) {
+    return systemFailure("cannot write " + path, ENOTDIR);
+  }
+  if (access(folder.c_str(), W_OK | X_OK) != 0) {
+    return systemFailure("cannot write " + path, errno);
+  }
+  return {};
+}
+
+std::expected<void, Failure> checkStandardOutput() {
+  if (isatty(STDOUT_FILENO) == 1) {
+    return std::unexpected(
+        Failure{Status::wrongUsage, "-o - needs a file or another program as standard output"});
+  }
+  return {};
+}
+
+std::expected<void, Failure> writeToStandardOutput(std::string_view bytes) {
+  if (!writeAll(STDOUT_FILENO, bytes)) {
+    return systemFailure("cannot write to standard output", errno);
+  }
+  return {};
+}
+
 std::expected<void, Failure> writeFile(const std::string &path, std::string_view bytes,
                                        const std::string &inputPath, const FileIdentity &input) {
   const std::string what = "cannot write " + path;
