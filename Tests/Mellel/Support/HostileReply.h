@@ -105,7 +105,8 @@ class HostileReply : public ::testing::Test {
   std::string output() const { return folder_ / "out.rtf"; }
 
   Command formatting(bool isLive) const {
-    return FormatOptions{.input = input(), .output = output(), .style = "apa", .isLive = isLive};
+    // No style is asked for, so that none is missed.
+    return FormatOptions{.input = input(), .output = output(), .isLive = isLive};
   }
   Command insertion() const { return InsertOptions{{{input(), "{Nobody}", output()}}}; }
   Command check() const { return CheckOptions{input(), true}; }
@@ -188,7 +189,9 @@ class HostileReply : public ::testing::Test {
     std::string told;
     for (const LookedUp &entry : *found) {
       told += (told.empty() ? "[\n  {\"citation\": " : ",\n  {\"citation\": ") +
-              inJSON(entry.citation) + ", \"records\": [";
+              inJSON(entry.citation) + ", \"found\": " +
+              // The live bibliography that is asked for next is answered well.
+              (&entry == &(*found)[1] ? "false" : "true") + ", \"records\": [";
       for (const std::string &record : entry.records) {
         told += (&record == &entry.records.front() ? "" : ", ") + inJSON(record);
       }
