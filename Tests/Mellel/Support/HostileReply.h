@@ -106,7 +106,7 @@ class HostileReply : public ::testing::Test {
 
   Command formatting(bool isLive) const {
     // No style is asked for, so that none is missed.
-    return FormatOptions{.input = input(), .output = output(), .isLive = isLive};
+    return FormatOptions{.input = input(), .output = output(), .style = "", .isLive = isLive};
   }
   Command insertion() const { return InsertOptions{{{input(), "{Nobody}", output()}}}; }
   Command check() const { return CheckOptions{input(), true}; }
@@ -205,7 +205,7 @@ class HostileReply : public ::testing::Test {
   static std::string inJSON(const std::string &text) {
     std::string json = "\"";
     for (const char byte : text) {
-      if (byte >= 0 && byte < 0x20) {
+      if ((byte >= 0 && byte < 0x20) || byte == 0x7F) {
         constexpr char digits[] = "0123456789abcdef";
         json += std::string("\\u00") + digits[byte >> 4] + digits[byte & 15];
       } else {
