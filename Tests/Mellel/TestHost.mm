@@ -221,7 +221,7 @@ std::string described(std::string_view request, bool wantsBibliography, std::str
     return;
   }
   if (isScenario("slow")) {
-    usleep(900'000);
+    usleep(600'000);
   }
   if (isScenario("shows-dialog")) {
     usleep(1'400'000);
@@ -272,7 +272,8 @@ std::string described(std::string_view request, bool wantsBibliography, std::str
 - (void)findCitation:(NSAppleEventDescriptor *)event reply:(NSAppleEventDescriptor *)reply {
   (void)reply;
   const std::string payload = payloadOf(event);
-  tell("find " + std::string(payload.c_str()) + (payload.ends_with('\0') ? "" : " (no NUL)"));
+  tell("find " + payload.substr(0, payload.find('\0')) +
+       (payload.ends_with('\0') ? "" : " (no NUL)"));
   activateMellel();
 }
 

@@ -1,10 +1,13 @@
 #include "CopyTarget.h"
 
+#include <StandIns/Terminal/Output.h>
+
 #include <utility>
 
 namespace mellel::documents {
 
 using console::Failure;
+using console::Status;
 
 namespace {
 
@@ -18,8 +21,9 @@ CopyTarget::CopyTarget(std::string name, std::string path)
 std::expected<CopyTarget, Failure> CopyTarget::find(const std::string &inputPath,
                                                     const std::string &outputPath) {
   if (outputPath == nameOfStandardOutput) {
-    if (const auto usable = checkStandardOutput(); !usable) {
-      return std::unexpected(usable.error());
+    if (terminal::isShown()) {
+      return std::unexpected(
+          Failure{Status::wrongUsage, "-o - needs a file or another program as standard output"});
     }
     return CopyTarget(outputPath, {});
   }
@@ -37,8 +41,15 @@ bool CopyTarget::isStandardOutput() const { return path_.empty(); }
 
 std::expected<void, Failure> CopyTarget::write(std::string_view bytes, const std::string &inputPath,
                                                const FileIdentity &input) const {
-  return isStandardOutput() ? writeToStandardOutput(bytes)
-                            : writeFile(path_, bytes, inputPath, input);
+  if (!isStandardOutput()) {
+    return writeFile(path_, bytes, inputPath, input);
+  }
+  terminal::passOn(bytes);
+  if (!terminal::wasPrinted()) {
+    return std::unexpected(
+        Failure{Status::brokenDocumentOrReply, "cannot write to standard output"});
+  }
+  return {};
 }
 
 }  // namespace mellel::documents

@@ -14,7 +14,7 @@ namespace mellel::documents {
 class CopyTarget {
  public:
   // Refused as resolveOutput does, and where nothing can be written, as far as one can tell before.
-  // "-" is standard output.
+  // "-" is standard output, refused where it is a terminal: RTF is nothing to be read there.
   static std::expected<CopyTarget, console::Failure> find(const std::string &inputPath,
                                                           const std::string &outputPath);
 

@@ -243,21 +243,6 @@ std::expected<void, Failure> checkWritable(const std::string &path) {
   return {};
 }
 
-std::expected<void, Failure> checkStandardOutput() {
-  if (isatty(STDOUT_FILENO) == 1) {
-    return std::unexpected(
-        Failure{Status::wrongUsage, "-o - needs a file or another program as standard output"});
-  }
-  return {};
-}
-
-std::expected<void, Failure> writeToStandardOutput(std::string_view bytes) {
-  if (!writeAll(STDOUT_FILENO, bytes)) {
-    return systemFailure("cannot write to standard output", errno);
-  }
-  return {};
-}
-
 std::expected<void, Failure> writeFile(const std::string &path, std::string_view bytes,
                                        const std::string &inputPath, const FileIdentity &input) {
   const std::string what = "cannot write " + path;

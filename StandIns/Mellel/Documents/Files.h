@@ -41,10 +41,6 @@ std::expected<std::string, console::Failure> resolveOutput(const std::string &in
 // works for it.
 std::expected<void, console::Failure> checkWritable(const std::string &path);
 
-// Refused where a person would get to see the bytes: RTF is nothing to be read at a terminal.
-std::expected<void, console::Failure> checkStandardOutput();
-std::expected<void, console::Failure> writeToStandardOutput(std::string_view bytes);
-
 // Writes a file beside the target first, forces it to the disk and puts it in the target's
 // place, with the target's permissions or, if there is none yet, those of the input. Refused when
 // the target has become the input since it was resolved: somebody has moved the document there.
