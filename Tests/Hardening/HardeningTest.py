@@ -29,9 +29,7 @@ OPTIMISED = "-D_FORTIFY_SOURCE=2"
 
 def output(*command):
     environment = {**os.environ, "LC_ALL": "C"}
-    finished = subprocess.run(
-        command, env=environment, capture_output=True, text=True, check=True
-    )
+    finished = subprocess.run(command, env=environment, capture_output=True, text=True, check=True)
     return finished.stdout
 
 

@@ -6,6 +6,7 @@
 #import <KorvoMellelAgent+Private.h>
 
 #include <cstdlib>
+#include <iterator>
 
 namespace plugin_test {
 namespace {
@@ -34,12 +35,27 @@ TEST_F(Languages, DialogIsShownInTheUsersAndHasRoomForIt) {
   expectRoomForEverything();
 }
 
+// The English texts as other tests see the plug-in use them: a table has each by exactly that key.
 TEST_F(Languages, NoticesAreInTheUsers) {
+  NSString *const keys[] = {
+      @"Mellel Refresh Issues",
+      @"Citation %d %@: No matches were found.",
+      @"This problem is often due to having the wrong library (or no library) selected in the "
+      @"Korvo main window.  Select the library to which this reference belongs, and try the scan "
+      @"again.",
+      @"Citation %d %@: %d matches were found.",
+      @"Reconcile any discrepancies by assigning a unique \"Citation identifier\" field to the "
+      @"Korvo reference. Then re-insert this reference into the Mellel document.",
+      @"Notice for Mellel Users",
+      @"One or more of the selected Korvo references has neither a \"Citation identifier\" field "
+      @"nor sufficient information (author,year) to create one.",
+      @"Please select one or more references in your Korvo collections before attempting to insert "
+      @"into Mellel."};
   NSDictionary *expected = texts(@"Plugin");
-  ASSERT_EQ([expected count], 8u);
+  EXPECT_EQ([expected count], std::size(keys));
   KorvoMellelAgent *agent = [NSClassFromString(@"KorvoMellelAgent") defaultInstance];
-  NSEnumerator *keys = [expected keyEnumerator];
-  while (NSString *key = [keys nextObject]) {
+  for (NSString *key : keys) {
+    ASSERT_NE([expected objectForKey:key], nil) << str(key);
     EXPECT_EQ(str([agent localizedText:key]), str([expected objectForKey:key]));
   }
 }
