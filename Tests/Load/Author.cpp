@@ -67,7 +67,9 @@ void Author::edit() {
     return document_.begin() + upTo(static_cast<std::uint32_t>(document_.size() - 1));
   };
   if (document_.size() < 3 || oneIn(3)) {
-    document_.push_back(oneIn(50) ? unknown : citation());
+    // The first of all, so that the notice about it is open from then on.
+    document_.push_back((documentID_ == 1 && document_.empty()) || oneIn(50) ? unknown
+                                                                             : citation());
   } else if (oneIn(4)) {
     document_.erase(place());
   } else {

@@ -13,10 +13,15 @@
 
 #include <expected>
 #include <list>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <vector>
+
+namespace platform {
+class RunLoopTimer;
+}
 
 namespace korvo::adapter {
 
@@ -27,6 +32,11 @@ struct DocumentTexts {
 
 class DocumentFormatter {
  public:
+  DocumentFormatter();
+  ~DocumentFormatter();
+  DocumentFormatter(const DocumentFormatter &) = delete;
+  DocumentFormatter &operator=(const DocumentFormatter &) = delete;
+
   engine::CitationProcessor &processor() { return processor_; }
 
   // The n-th text belongs to the n-th group; a group that lacks a reference is shown as its author
@@ -46,6 +56,7 @@ class DocumentFormatter {
   void forgetSome();
 
   engine::CitationProcessor processor_;
+  std::unique_ptr<platform::RunLoopTimer> rest_;
   // What was asked last comes first.
   std::list<Answered> answered_;
 };

@@ -3,9 +3,11 @@
 #import "AttributedCitations.h"
 #import "KOConvertedText.h"
 
+#include <Platform/RunLoopTimer.h>
 #include <StandIns/Korvo/Engine/TextFile.h>
 
 #include <algorithm>
+#include <chrono>
 #include <functional>
 #include <map>
 #include <string_view>
@@ -18,6 +20,9 @@ namespace {
 // however large.
 constexpr std::size_t documentCapacity = 4;
 constexpr std::size_t groupCapacity = 50'000;
+
+// Who has asked nothing for so long has no answer to wait for.
+constexpr std::chrono::seconds timeToRest{2};
 
 Owned<NSAttributedString *> convertedText(NSAttributedString *text) {
   return Owned<NSAttributedString *>::taking(
@@ -55,6 +60,11 @@ DocumentTexts textsOf(const CitedDocument &document, const engine::FormattedDocu
 
 }  // namespace
 
+DocumentFormatter::DocumentFormatter()
+    : rest_(std::make_unique<platform::RunLoopTimer>([this] { processor_.giveBackMemory(); })) {}
+
+DocumentFormatter::~DocumentFormatter() = default;
+
 std::expected<const DocumentTexts *, std::string> DocumentFormatter::format(
     const engine::Style &style, std::span<KOCitation *const> citations,
     std::span<const CitedGroup> groups) {
@@ -75,6 +85,7 @@ std::expected<const DocumentTexts *, std::string> DocumentFormatter::format(
     }
     return found->second;
   };
+  rest_->callAfter(timeToRest);
   const auto formatted = processor_.formatDocument(style, *styleText, lookUp, document.asked, true);
   if (!formatted) {
     return std::unexpected(formatted.error());

@@ -223,4 +223,10 @@ std::expected<FormattedDocument, std::string> CitationProcessor::formatDocument(
                            .bibliography = readBibliography(machine, *answer, cited)};
 }
 
+void CitationProcessor::giveBackMemory() const {
+  if (machine_) {
+    machine_->script->collectGarbage();
+  }
+}
+
 }  // namespace korvo::engine

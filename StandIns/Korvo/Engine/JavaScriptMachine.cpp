@@ -6,6 +6,10 @@
 #include <cmath>
 #include <exception>
 
+// Every JavaScriptCore exports it, and no public header declares it. The public JSGarbageCollect
+// only asks a run loop that this process does not run. Null where a release has it no more.
+extern "C" void JSSynchronousGarbageCollectForDebugging(JSContextRef context) __attribute__((weak));
+
 namespace korvo::engine {
 
 namespace {
@@ -123,6 +127,12 @@ std::string JavaScriptMachine::describe(JSValueRef exception) const {
   // An exception made without memory or stack may not even have words.
   return message.empty() ? "the script ran out of memory or stack"
                          : formats::inOneLine(formats::encodeUTF8(message));
+}
+
+void JavaScriptMachine::collectGarbage() const {
+  if (JSSynchronousGarbageCollectForDebugging != nullptr) {
+    JSSynchronousGarbageCollectForDebugging(context_);
+  }
 }
 
 JSValueRef JavaScriptMachine::text(std::u16string_view text) const {

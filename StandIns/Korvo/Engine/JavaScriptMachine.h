@@ -35,6 +35,10 @@ class JavaScriptMachine {
   std::expected<JSObjectRef, std::string> call(const char *function,
                                                std::span<const JSValueRef> arguments);
 
+  // Frees what no script can reach any more: some tens of milliseconds. Left to itself the machine
+  // does so only when its heap has become several times as large as what it needs.
+  void collectGarbage() const;
+
   JSValueRef text(std::u16string_view text) const;
   JSValueRef number(double value) const;
   JSObjectRef makeObject() const;
