@@ -36,7 +36,8 @@ std::vector<StyleName> readTitles(const std::vector<fs::path> &directories) {
   for (const fs::path &directory : directories) {
     std::error_code error;
     for (const auto &entry : fs::directory_iterator(directory, error)) {
-      if (entry.path().extension() != ".csl") {
+      // A pipe would be waited for without end.
+      if (entry.path().extension() != ".csl" || !entry.is_regular_file(error)) {
         continue;
       }
       // A style that cannot be read has no title to be found by; by its file name it is
@@ -170,6 +171,10 @@ std::expected<Style, std::string> StyleCatalog::find(std::string_view name) {
       return std::unexpected("no citation style named \"" + std::string(name) + "\" is installed");
     }
     file = fileOf(found->baseName);
+  }
+  if (file.empty()) {
+    return std::unexpected("the citation style \"" + std::string(name) +
+                           "\" is not installed any more");
   }
   auto head = readCslHead(file, CslPart::everything);
   if (!head) {
