@@ -62,7 +62,8 @@ class Attack(unittest.TestCase):
     def test_every_suite_of_every_point_is_there(self):
         tests = [*PROJECT.glob("Tests/**/*.cpp"), *PROJECT.glob("Tests/**/*.mm")]
         text = "".join(each.read_text(encoding="utf-8") for each in tests)
-        text += (PROJECT / "Tests/Load/CMakeLists.txt").read_text(encoding="utf-8")
+        for folder in ("Load", "Hardening"):
+            text += (PROJECT / "Tests" / folder / "CMakeLists.txt").read_text(encoding="utf-8")
         for _, suites in attack.POINTS:
             for suite in suites.split("|"):
                 self.assertRegex(text, rf"TEST(_F|_P)?\({suite},|NAME {suite}\.", suite)
