@@ -56,15 +56,19 @@ void widen(NSControl *control, CGFloat lack) {
   [control setFrame:frame];
 }
 
+// Widens the dialog for what has no room in it, and then the controls.
 void makeRoomFor(NSArray *controls, NSWindow *dialog) {
   CGFloat tooNarrow = 0;
   for (NSUInteger index = 0; index < [controls count]; ++index) {
     NSControl *control = [controls objectAtIndex:index];
     tooNarrow = std::max(tooNarrow, lackOf(control) - roomFor(control));
   }
-  NSSize size = [[dialog contentView] bounds].size;
-  size.width += tooNarrow;
-  [dialog setContentSize:size];
+  // Not without need, and never for a dialog that is not there: nil has no size.
+  if (tooNarrow > 0) {
+    NSSize size = [[dialog contentView] bounds].size;
+    size.width += tooNarrow;
+    [dialog setContentSize:size];
+  }
   for (NSUInteger index = 0; index < [controls count]; ++index) {
     NSControl *control = [controls objectAtIndex:index];
     widen(control, lackOf(control));
