@@ -90,7 +90,7 @@ TEST(EditableFields, ADateIsNumbersWhereItCanBeAndWordsWhereNot) {
   EXPECT_EQ(issued("1890-07-29"), R"("issued":{"date-parts":[[1890,7,29]]})");
   EXPECT_EQ(issued("-350"), R"("issued":{"date-parts":[[-350]]})");
   for (const char *words :
-       {"in press", "1890-13", "1890-00", "1890-07-29-1", "1890-", "18900", "1890/7"}) {
+       {"in press", "1890-13", "1890-00", "1890-07-29-1", "1890-", "18900", "1890/soon"}) {
     EXPECT_EQ(issued(words), R"("issued":{"literal":")" + std::string(words) + "\"}") << words;
   }
   EXPECT_EQ(issued(" "), "");
@@ -104,7 +104,37 @@ TEST(EditableFields, AnEmptiedFieldIsRemoved) {
 TEST(EditableFields, TheIdentifierIsTheReferencesOwn) {
   const NewReference reference = edited("", " VG1888 ");
   EXPECT_EQ(reference.identifier, "VG1888");
-  EXPECT_EQ(edited("", "").identifier, "");
+}
+
+TEST(EditableFields, AnIdentifierThatWouldBreakCitationsIsRefusedWithTheReason) {
+  const auto refusalOf = [](const std::string &identifier) {
+    const auto result = withEditedFields(letters, changed(letters, "", identifier));
+    return result ? "" : result.error();
+  };
+  EXPECT_EQ(refusalOf(" "),
+            "Citation identifier: without one the reference is found by author and year only");
+  for (const char *sign : {";", "{", "}", "#", "@", "\\"}) {
+    EXPECT_EQ(
+        refusalOf(std::string("a") + sign + "b"),
+        "Citation identifier: \"" + std::string(sign) + "\" has a meaning of its own in citations");
+  }
+  EXPECT_EQ(refusalOf("van Gogh: 1888, (a)/b"), "");
+}
+
+TEST(EditableFields, ADayThatNoMonthHasIsRefused) {
+  const auto isRefused = [](const std::string &date) {
+    return !withEditedFields(letters, changed(letters, "issued", date));
+  };
+  EXPECT_TRUE(isRefused("2001-02-31"));
+  EXPECT_TRUE(isRefused("1900-02-29"));
+  EXPECT_FALSE(isRefused("2000-02-29"));
+  EXPECT_FALSE(isRefused("2001-02"));
+}
+
+TEST(EditableFields, ARangeOfDatesIsShownAndReadBack) {
+  const NewReference war = edited("issued", "1914-07-28/1918");
+  EXPECT_NE(war.cslJson.find(R"("issued":{"date-parts":[[1914,7,28],[1918]]})"), std::string::npos);
+  EXPECT_EQ(value(*editableFields(war), "issued"), "1914-07-28/1918");
 }
 
 TEST(EditableFields, WhatIsWrittenReadsBackTheSame) {

@@ -456,3 +456,21 @@ TEST(LibraryOnDisk, RandomDamageIsSurvived) {
     (void)opened->replace(5, vanGogh());
   }
 }
+
+TEST(Library, AnIdentifierThatAnotherReferenceBearsIsRefused) {
+  Library library = libraryOf({smith("A"), smith("B")});
+  const auto rename = [&](ReferenceRow row, const std::string &identifier) {
+    return library.edit(row, [&](const NewReference &present) {
+      NewReference renamed = present;
+      renamed.identifier = identifier;
+      return renamed;
+    });
+  };
+  const auto refused = rename(2, "A");
+  ASSERT_FALSE(refused);
+  EXPECT_THAT(refused.error(), HasSubstr("another reference bears the identifier \"A\" already"));
+  EXPECT_TRUE(rename(2, "B"));
+  EXPECT_TRUE(rename(2, "C"));
+  EXPECT_EQ(matches(library, "A"), 1U);
+  EXPECT_EQ(matches(library, "C"), 1U);
+}

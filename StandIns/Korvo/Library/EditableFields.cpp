@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <chrono>
 #include <iterator>
 #include <optional>
 
@@ -161,6 +162,24 @@ std::string twoDigits(std::int64_t number) {
   return (number < 10 ? "0" : "") + std::to_string(number);
 }
 
+// "2001-05-03"; nothing where the parts are no numbers.
+std::string datePartsText(const Json &parts) {
+  std::string text;
+  if (!parts.is_array()) {
+    return text;
+  }
+  for (const Json &part : parts) {
+    std::int64_t number = 0;
+    const std::string digits = part.is_string() ? part.get<std::string>() : part.dump();
+    const char *end = digits.data() + digits.size();
+    if (std::from_chars(digits.data(), end, number).ptr != end) {
+      return {};
+    }
+    text += text.empty() ? std::to_string(number) : "-" + twoDigits(number);
+  }
+  return text;
+}
+
 std::string dateText(const Json &item) {
   const auto issued = item.find("issued");
   if (issued == item.end()) {
@@ -173,19 +192,10 @@ std::string dateText(const Json &item) {
     return {};
   }
   const auto parts = issued->find("date-parts");
-  if (parts != issued->end() && parts->is_array() && parts->size() == 1 &&
-      parts->front().is_array()) {
-    std::string text;
-    for (const Json &part : parts->front()) {
-      std::int64_t number = 0;
-      const std::string digits = part.is_string() ? part.get<std::string>() : part.dump();
-      const char *end = digits.data() + digits.size();
-      if (std::from_chars(digits.data(), end, number).ptr != end) {
-        return {};
-      }
-      text += text.empty() ? std::to_string(number) : "-" + twoDigits(number);
-    }
-    return text;
+  if (parts != issued->end() && parts->is_array() && !parts->empty() && parts->size() <= 2) {
+    const std::string first = datePartsText(parts->front());
+    const std::string last = parts->size() == 2 ? datePartsText(parts->back()) : std::string();
+    return last.empty() ? first : first + "/" + last;
   }
   for (const char *key : {"literal", "raw"}) {
     if (std::string text = textMember(*issued, key); !text.empty()) {
@@ -220,9 +230,24 @@ std::optional<std::vector<int>> datePartsFromText(std::string_view text) {
   return parts;
 }
 
+bool isDayOfCalendar(const std::vector<int> &parts) {
+  using namespace std::chrono;
+  return parts.size() < 3 || year_month_day(year(parts[0]), month(static_cast<unsigned>(parts[1])),
+                                            day(static_cast<unsigned>(parts[2])))
+                                 .ok();
+}
+
 Json dateFromText(std::string_view text) {
   if (const auto parts = datePartsFromText(text)) {
     return Json{{"date-parts", Json::array({*parts})}};
+  }
+  const std::size_t slash = text.find('/');
+  if (slash != std::string_view::npos) {
+    const auto first = datePartsFromText(text.substr(0, slash));
+    const auto last = datePartsFromText(text.substr(slash + 1));
+    if (first && last) {
+      return Json{{"date-parts", Json::array({*first, *last})}};
+    }
   }
   return Json{{"literal", text}};
 }
@@ -240,6 +265,30 @@ std::string fieldText(const FormField &field, const Json &item, const NewReferen
       return textMember(item, field.key);
   }
   return {};
+}
+
+// What has a meaning of its own in a citation that stands in a text.
+constexpr std::string_view signsOfCitations = ";{}#@\\";
+
+// Why the value must not stand in its field; nothing where it may.
+std::optional<std::string> refusal(const EditableField &field) {
+  const std::string_view value = trimmed(field.value);
+  if (field.form == FieldForm::identifier && value.empty()) {
+    return field.label + ": without one the reference is found by author and year only";
+  }
+  if (field.form == FieldForm::identifier) {
+    const std::size_t sign = value.find_first_of(signsOfCitations);
+    if (sign != std::string_view::npos) {
+      return field.label + ": \"" + value[sign] + "\" has a meaning of its own in citations";
+    }
+  }
+  if (field.form == FieldForm::date) {
+    const auto parts = datePartsFromText(value);
+    if (parts && !isDayOfCalendar(*parts)) {
+      return field.label + ": the calendar has no " + std::string(value);
+    }
+  }
+  return std::nullopt;
 }
 
 void putField(Json &item, NewReference &reference, const EditableField &field) {
@@ -319,6 +368,11 @@ std::expected<NewReference, std::string> withEditedFields(const NewReference &re
   // JSON can be written in many ways: without a change it stays written as it was.
   if (changed.empty()) {
     return reference;
+  }
+  for (const EditableField &field : changed) {
+    if (auto reason = refusal(field)) {
+      return std::unexpected(*std::move(reason));
+    }
   }
   Json item = Json::parse(reference.cslJson, nullptr, /*allow_exceptions=*/false);
   NewReference edited = reference;

@@ -19,7 +19,7 @@ enum class FieldForm {
   kind,        // one of referenceKinds()
   line,        // a line of text
   names,       // a name a line: "van Gogh, Vincent"; without a comma: an institution
-  date,        // "2001", "2001-05", "2001-05-03", or any other words
+  date,        // "2001", "2001-05", "2001-05-03", two of them with "/", or other words
 };
 
 struct EditableField {
@@ -39,7 +39,9 @@ std::span<const std::string_view> referenceKinds();
 std::expected<std::vector<EditableField>, std::string> editableFields(
     const NewReference &reference);
 
-// The reference with the changed fields put in.
+// The reference with the changed fields put in. The error says what is wrong with the record, or
+// which value would break citations and why: an identifier that is empty or has a citation's own
+// signs, a day that no month has.
 std::expected<NewReference, std::string> withEditedFields(const NewReference &reference,
                                                           std::span<const EditableField> fields);
 

@@ -559,6 +559,17 @@ std::expected<void, LibraryError> Library::edit(ReferenceRow row, const Edit &ch
   if (!edited) {
     return state_->error(edited.error());
   }
+  if (edited->identifier != (*present)->identifier && !edited->identifier.empty()) {
+    state_->byIdentifier->bind(0, std::string_view(edited->identifier));
+    const auto others = state_->rows(*state_->byIdentifier);
+    if (!others) {
+      return state_->error(others.error());
+    }
+    if (!others->empty()) {
+      return state_->error("another reference bears the identifier \"" + edited->identifier +
+                           "\" already");
+    }
+  }
   const auto record = readBibliographicRecord(edited->cslJson);
   if (!record) {
     return state_->error(record.error());

@@ -120,7 +120,8 @@ class Library {
 
   // Makes new content of what is there, or says in one line why it cannot.
   using Edit = std::function<std::expected<NewReference, std::string>(const NewReference &present)>;
-  // Reads, changes and writes while nobody else can write. The reference's UUID stays.
+  // Reads, changes and writes while nobody else can write. The reference's UUID stays. An
+  // identifier that another reference bears is refused: a citation by it would find both.
   std::expected<void, LibraryError> edit(ReferenceRow row, const Edit &change);
 
   // Puts new content in the reference's place; its UUID stays.
