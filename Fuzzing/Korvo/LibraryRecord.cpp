@@ -57,7 +57,19 @@ void requireTaken(const NewReference &reference, std::string_view text) {
   for (korvo::library::EditableField &field : fields) {
     field.value = typed;
   }
-  const auto edited = korvo::library::withEditedFields(reference, fields);
+  auto edited = korvo::library::withEditedFields(reference, fields);
+  if (!edited) {
+    // An identifier or a day that would break citations. The rest is taken without them.
+    require(edited.error().find('\n') == std::string::npos);
+    for (std::size_t index = 0; index < fields.size(); ++index) {
+      const korvo::library::FieldForm form = fields[index].form;
+      if (form == korvo::library::FieldForm::identifier ||
+          form == korvo::library::FieldForm::date) {
+        fields[index].value = (*before)[index].value;
+      }
+    }
+    edited = korvo::library::withEditedFields(reference, fields);
+  }
   require(edited.has_value());
   require(korvo::library::readBibliographicRecord(edited->cslJson).has_value());
   const auto shown = korvo::library::editableFields(*edited);
@@ -66,8 +78,9 @@ void requireTaken(const NewReference &reference, std::string_view text) {
     const korvo::library::EditableField &field = (*shown)[index];
     if (field.form == korvo::library::FieldForm::identifier ||
         field.form == korvo::library::FieldForm::line) {
-      const bool isUnchanged = (*before)[index].value == typed;
-      require(field.value == (isUnchanged ? typed : withoutBlanksAround(typed)));
+      const std::string &given = fields[index].value;
+      const bool isUnchanged = (*before)[index].value == given;
+      require(field.value == (isUnchanged ? given : withoutBlanksAround(given)));
     }
   }
   requireUnchangedForm(*edited);

@@ -76,7 +76,7 @@ TEST(LargeLibrary, OpensAtOnceAndAnswersFromItsIndexes) {
                   ->size(),
               1U);
   }
-  const double perMatch = matching.milliseconds() / (referenceCount / 10);
+  const double perMatch = matching.milliseconds() / (referenceCount / 10.0);
 
   const Stopwatch sorting;
   ASSERT_TRUE(large->list({SortColumn::title, false}, ""));
