@@ -202,19 +202,6 @@ class HostileReply : public ::testing::Test {
                                                                         : "it tells " + ran.output;
   }
 
-  static std::string inJSON(const std::string &text) {
-    std::string json = "\"";
-    for (const char byte : text) {
-      if ((byte >= 0 && byte < 0x20) || byte == 0x7F) {
-        constexpr char digits[] = "0123456789abcdef";
-        json += std::string("\\u00") + digits[byte >> 4] + digits[byte & 15];
-      } else {
-        json += (byte == '"' || byte == '\\' ? "\\" : "") + std::string(1, byte);
-      }
-    }
-    return json + '"';
-  }
-
   std::string faultOfInsertion(const std::string &payload, const Ran &ran) const {
     auto citation = citationIn(payload);
     if (!citation) {

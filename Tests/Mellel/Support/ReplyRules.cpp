@@ -264,13 +264,37 @@ std::optional<std::string> citationIn(const std::string &payload) {
   return !reader.isCutShort() && reader.isAtEnd() ? std::optional(citation) : std::nullopt;
 }
 
+namespace {
+
+bool commandsATerminal(char16_t unit) {
+  const std::u16string_view turning = u"\u202A\u202B\u202C\u202D\u202E\u2066\u2067\u2068\u2069";
+  return unit < 0x20 || (unit >= 0x7F && unit <= 0x9F) || unit == 0x2028 || unit == 0x2029 ||
+         turning.find(unit) != std::u16string_view::npos;
+}
+
+}  // namespace
+
 std::string withoutControls(const std::string &text) {
   std::u16string units = reference::decodeUTF8(text);
-  for (char16_t &unit : units) {
-    const bool isControl = unit < 0x20 || (unit >= 0x7F && unit <= 0x9F);
-    unit = isControl ? u' ' : unit;
-  }
+  std::ranges::replace_if(units, commandsATerminal, u' ');
   return formats::encodeUTF8(units);
+}
+
+std::string inJSON(const std::string &text) {
+  constexpr std::string_view digits = "0123456789abcdef";
+  std::u16string json = u"\"";
+  for (const char16_t unit : reference::decodeUTF8(text)) {
+    if (commandsATerminal(unit)) {
+      json += u"\\u";
+      for (const int shift : {12, 8, 4, 0}) {
+        json += static_cast<char16_t>(digits[unit >> shift & 15U]);
+      }
+    } else {
+      json += unit == u'"' || unit == u'\\' ? u"\\" : u"";
+      json += unit;
+    }
+  }
+  return formats::encodeUTF8(json + u'"');
 }
 
 SlowText withInsertion(const Draft &draft, const std::string &after, const std::string &text) {

@@ -48,6 +48,8 @@ std::optional<std::string> citationIn(const std::string &payload);
 
 // As it can stand in a line: without control characters.
 std::string withoutControls(const std::string &text);
+// As a string of JSON, in quotation marks; what may not be shown at a terminal is escaped.
+std::string inJSON(const std::string &text);
 
 // The draft, as it shows, with this text after that one.
 SlowText withInsertion(const Draft &draft, const std::string &after, const std::string &text);
