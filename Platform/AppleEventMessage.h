@@ -30,6 +30,8 @@ struct OutgoingEvent {
   AETransactionID transactionID = kAnyTransactionID;
   Parameters parameters{};
   bool wantsReply = false;
+  // The reply comes as an event of its own, with the return ID of this one.
+  bool queuesReply = false;
   // In ticks of 1/60 second, or kAEDefaultTimeout or kNoTimeOut.
   long timeOutInTicks = kNoTimeOut;
 };
@@ -40,6 +42,8 @@ struct IncomingEvent {
   AEEventID eventID = 0;
   Parameters parameters{};
   bool wantsReply = false;
+  // Of a reply that was queued: that of the event which it answers.
+  AEReturnID returnID = kAutoGenerateReturnID;
 };
 
 }  // namespace platform

@@ -33,7 +33,8 @@ OSStatus AESendMessage(const AppleEvent *event, AppleEvent *reply, AESendMode se
     return errAENotAppleEvent;
   }
   const bool wantsReply = (sendMode & replyModeMask) == kAEWaitReply;
-  const bool modeIsOffered = wantsReply || (sendMode & replyModeMask) == kAENoReply;
+  const bool queuesReply = (sendMode & replyModeMask) == kAEQueueReply;
+  const bool modeIsOffered = wantsReply || queuesReply || (sendMode & replyModeMask) == kAENoReply;
   if (!modeIsOffered || timeOutInTicks < kNoTimeOut || (wantsReply && reply == nullptr)) {
     return paramErr;
   }
@@ -49,6 +50,7 @@ OSStatus AESendMessage(const AppleEvent *event, AppleEvent *reply, AESendMode se
                                                     .transactionID = record->transactionID,
                                                     .parameters = record->parameters,
                                                     .wantsReply = wantsReply,
+                                                    .queuesReply = queuesReply,
                                                     .timeOutInTicks = timeOutInTicks});
   if (!answer) {
     return answer.error();

@@ -54,6 +54,8 @@ class BusCarrier final : public Carrier {
  private:
   // Whether the event would come back to this process, which does not handle it while it waits.
   bool isToOneself(const OutgoingEvent &event);
+  // The reply is handled as an event: in its turn, behind those that came before it.
+  OSStatus sendForQueuedReply(const Message &call, AEReturnID returnID);
   // A serial number is the process's number on this machine and the signature that it declared.
   std::expected<Process, OSStatus> processOfSignature(FourCharCode signature);
   // Of those names that stand for signatures.
@@ -90,7 +92,8 @@ std::expected<Parameters, OSStatus> BusCarrier::send(const OutgoingEvent &event)
   if (!bus) {
     return std::unexpected(bus.error());
   }
-  const auto call = newCall(*bus, destination, "Send", event.wantsReply);
+  const bool isAnswered = event.wantsReply || event.queuesReply;
+  const auto call = newCall(*bus, destination, "Send", isAnswered);
   if (!call) {
     return std::unexpected(call.error());
   }
@@ -101,7 +104,8 @@ std::expected<Parameters, OSStatus> BusCarrier::send(const OutgoingEvent &event)
     return std::unexpected(appended.error());
   }
   if (!event.wantsReply) {
-    const OSStatus status = connection().send(call->get());
+    const OSStatus status = event.queuesReply ? sendForQueuedReply(*call, event.returnID)
+                                              : connection().send(call->get());
     connection().arm();
     return status == noErr ? std::expected<Parameters, OSStatus>() : std::unexpected(status);
   }
@@ -113,6 +117,12 @@ std::expected<Parameters, OSStatus> BusCarrier::send(const OutgoingEvent &event)
     return std::unexpected(OSStatus{errAECorruptData});
   }
   return readParameters(*reply, largestInboxSize);
+}
+
+OSStatus BusCarrier::sendForQueuedReply(const Message &call, AEReturnID returnID) {
+  return connection().sendForReply(call.get(), [returnID](const Message &reply) {
+    EventReceiver::shared().replyArrived(reply, returnID);
+  });
 }
 
 std::expected<Process, OSStatus> BusCarrier::processOfSignature(FourCharCode signature) {

@@ -2,6 +2,8 @@
 
 #include "BusNames.h"
 
+#include <Platform/GuardedCall.h>
+
 #include <ApplicationServices/MacErrors.h>
 #include <poll.h>
 
@@ -30,6 +32,18 @@ struct AwaitedReply {
     static_cast<AwaitedReply *>(self)->message = shareMessage(message);
     return 1;
   }
+};
+
+struct ExpectedReply {
+  std::function<void(const Message &)> onReply;
+
+  static int arrived(sd_bus_message *message, void *self, sd_bus_error *) {
+    const Message reply = shareMessage(message);
+    // Without memory the reply is lost, as one that never came.
+    (void)exceptionLeaving([&] { static_cast<ExpectedReply *>(self)->onReply(reply); });
+    return 1;
+  }
+  static void destroy(void *self) { delete static_cast<ExpectedReply *>(self); }
 };
 
 std::uint64_t asBusTime(std::chrono::microseconds timeOut) {
@@ -98,9 +112,32 @@ void BusConnection::addTask(std::function<void()> task) {
 }
 
 OSStatus BusConnection::send(sd_bus_message *message) {
-  sd_bus *bus = sd_bus_message_get_bus(message);
   const Message kept = shareMessage(message);
-  int result = sd_bus_send(bus, message, nullptr);
+  sd_bus *bus = sd_bus_message_get_bus(message);
+  return writeOut(bus, sd_bus_send(bus, message, nullptr));
+}
+
+OSStatus BusConnection::sendForReply(sd_bus_message *message,
+                                     std::function<void(const Message &)> onReply) {
+  const Message kept = shareMessage(message);
+  sd_bus *bus = sd_bus_message_get_bus(message);
+  auto expected = std::make_unique<ExpectedReply>(std::move(onReply));
+  sd_bus_slot *slot = nullptr;
+  int result = sd_bus_call_async(bus, &slot, message, ExpectedReply::arrived, expected.get(),
+                                 asBusTime(noTimeOut));
+  const Slot call(slot);
+  // From here on the connection owns both: until the reply has come, or its own end.
+  if (result >= 0) {
+    result = sd_bus_slot_set_destroy_callback(slot, ExpectedReply::destroy);
+  }
+  if (result >= 0) {
+    (void)expected.release();
+    result = sd_bus_slot_set_floating(slot, 1);
+  }
+  return writeOut(bus, result);
+}
+
+OSStatus BusConnection::writeOut(sd_bus *bus, int result) {
   // What the other side has sent meanwhile is taken in: sd_bus_flush would leave it, and burn the
   // processor's time for as long as there is something to read and no room to write.
   std::uint64_t unsent = 0;

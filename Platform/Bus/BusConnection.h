@@ -53,6 +53,10 @@ class BusConnection {
   // Sends a message and sees it leave the process. connectionInvalid; memFullErr.
   OSStatus send(sd_bus_message *message);
 
+  // Sends a method call and calls back with its answer, or its error, from the run loop. Where the
+  // connection ends before there is one, nobody is called.
+  OSStatus sendForReply(sd_bus_message *message, std::function<void(const Message &)> onReply);
+
   // Sends a method call and waits for the answer. Nothing is dispatched meanwhile. errAETimeout,
   // connectionInvalid, or the status that the error in the answer stands for.
   std::expected<Message, OSStatus> call(sd_bus_message *message, std::chrono::microseconds timeOut);
@@ -77,6 +81,8 @@ class BusConnection {
   void arm();
 
  private:
+  // Waits until the connection has written all that it holds; the result of the call before it.
+  OSStatus writeOut(sd_bus *bus, int result);
   using Clock = std::chrono::steady_clock;
 
   BusConnection();

@@ -21,7 +21,7 @@ inline constexpr std::size_t largestInboxSize = std::size_t{256} * 1024 * 1024;
 
 struct WaitingEvent {
   IncomingEvent event;
-  // What to answer to: the message, or its return address.
+  // What to answer to: the message, or its return address. None for a reply.
   Message request;
 };
 

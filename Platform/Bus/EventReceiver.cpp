@@ -15,6 +15,8 @@
 #include <chrono>
 #include <cstddef>
 #include <memory>
+#include <new>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -82,6 +84,9 @@ bool detach(WaitingEvent &waiting) {
     const auto bytes = parameter.data.view();
     const auto copy = std::make_shared<const std::vector<std::byte>>(bytes.begin(), bytes.end());
     parameter.data = SharedBytes(*copy, copy);
+  }
+  if (waiting.request == nullptr) {
+    return true;
   }
   Message address = returnAddressOf(waiting.request);
   if (address == nullptr) {
@@ -151,7 +156,9 @@ void EventReceiver::stop() {
   signature_ = 0;
   onActivate_ = nullptr;
   while (const auto waiting = inbox_.take()) {
-    refuse(waiting->request, procNotFound);
+    if (waiting->request != nullptr) {
+      refuse(waiting->request, procNotFound);
+    }
   }
   connection_.arm();
 }
@@ -210,7 +217,10 @@ OSStatus EventReceiver::receive(const Message &request) {
   }
   event.parameters = *std::move(parameters);
   event.wantsReply = wantsReply(request);
-  WaitingEvent waiting{std::move(event), request};
+  return take({std::move(event), request});
+}
+
+OSStatus EventReceiver::take(WaitingEvent waiting) {
   // One that waits behind others, or behind a dialog, may wait for hours.
   const bool mayWaitLong = isDispatching_ || !inbox_.isEmpty();
   if ((mayWaitLong && !detach(waiting)) || !inbox_.put(std::move(waiting))) {
@@ -218,6 +228,28 @@ OSStatus EventReceiver::receive(const Message &request) {
   }
   dispatchLater();
   return noErr;
+}
+
+void EventReceiver::replyArrived(const Message &reply, AEReturnID returnID) {
+  const sd_bus_error *error = sd_bus_message_get_error(reply.get());
+  auto parameters =
+      error != nullptr
+          ? std::expected<Parameters, OSStatus>(std::unexpected(statusOfError(error->name)))
+          : readParameters(reply, largestInboxSize);
+  if (!parameters) {
+    const SInt32 number = parameters.error();
+    const auto data = SharedBytes::copyOf(std::as_bytes(std::span(&number, 1)));
+    if (!data) {
+      throw std::bad_alloc();
+    }
+    parameters = Parameters{{keyErrorNumber, typeSInt32, *data}};
+  }
+  IncomingEvent event{.eventClass = kCoreEventClass, .eventID = kAEAnswer};
+  event.parameters = *std::move(parameters);
+  event.returnID = returnID;
+  if (take({std::move(event), nullptr}) != noErr) {
+    logLine("A reply was dropped: there is no room for it");
+  }
 }
 
 void EventReceiver::dispatchLater() {

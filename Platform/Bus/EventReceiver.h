@@ -24,6 +24,11 @@ class EventReceiver final : private BusClient {
   OSStatus start(FourCharCode signature, std::function<void()> onActivate);
   void stop();
 
+  // Puts a reply that the sender did not wait for into the inbox, as an event 'aevt' 'ansr'. An
+  // error is its parameter 'errn' (keyErrorNumber). One for which there is no room is logged and
+  // dropped.
+  void replyArrived(const Message &reply, AEReturnID returnID);
+
   // 0 while this process does not receive.
   FourCharCode signature() const { return signature_; }
 
@@ -43,6 +48,7 @@ class EventReceiver final : private BusClient {
 
   OSStatus exportObject(sd_bus *bus);
   OSStatus receive(const Message &request);
+  OSStatus take(WaitingEvent waiting);
   bool mustWait() const { return isDispatching_ && !nestsHandlers_; }
   void dispatchLater();
   void dispatchWaiting();

@@ -64,6 +64,27 @@ TEST(CostlyRequests, AreRefusedAtOnceAndCostTheHostNothing) {
   EXPECT_EQ(copy.result.status, 0) << copy.result.standardError;
 }
 
+// The host knows at once that it has no room; so does its user.
+TEST(CostlyRequests, ThatFindNoRoomAreToldAtOnce) {
+  Host host;
+  ASSERT_TRUE(host.isReady()) << host.process().standardError();
+  const std::string withoutStyle = "\0\0\0\0\0\7\0\0\0\0\0\0\0\0\0"s;
+  ASSERT_EQ(test_support::sendOneWay(formats::korvoSignature, formats::mellelSignature,
+                                     formats::request::finalScan, withoutStyle),
+            noErr);
+  ASSERT_TRUE(host.process().waitForLine("dialog: open"));
+  // What waits behind the dialog fills the host up, but for less than a document's citations take.
+  const std::string filling(256 * 1'048'576 - 2'048, '\0');
+  ASSERT_EQ(test_support::sendOneWay(formats::korvoSignature, formats::mellelSignature,
+                                     formats::request::preliminaryScan, filling),
+            noErr);
+  const auto start = std::chrono::steady_clock::now();
+  const Result check = run({program("mellel"), "check", example("draft-textedit.rtf").string()});
+  EXPECT_EQ(check.status, 4);
+  EXPECT_THAT(check.standardError, HasSubstr("Korvo has no room for the request"));
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
+}
+
 TEST(CostlyRequests, AreNotSentByTheWordProcessor) {
   Host host;
   const TemporaryDirectory directory;

@@ -158,12 +158,20 @@ TEST_F(AEDataModel, CarriersStatusIsTheSendsStatus) {
   EXPECT_EQ(AESendMessage(&event_, nullptr, kAENoReply, kNoTimeOut), procNotFound);
 }
 
+TEST_F(AEDataModel, AQueuedReplyIsNotWaitedForAndNeedsNoPlace) {
+  test_support::RecordingCarrier carrier;
+  EXPECT_EQ(AESendMessage(&event_, nullptr, kAEQueueReply, kNoTimeOut), noErr);
+  ASSERT_EQ(carrier.sent.size(), 1U);
+  EXPECT_TRUE(carrier.sent[0].queuesReply);
+  EXPECT_FALSE(carrier.sent[0].wantsReply);
+}
+
 TEST_F(AEDataModel, SendRefusesWhatItCannotMean) {
   test_support::RecordingCarrier carrier;
   Descriptor reply;
   EXPECT_EQ(AESendMessage(&target_, &reply, kAENoReply, kNoTimeOut), errAENotAppleEvent);
   EXPECT_EQ(AESendMessage(nullptr, &reply, kAENoReply, kNoTimeOut), errAENotAppleEvent);
-  EXPECT_EQ(AESendMessage(&event_, &reply, kAEQueueReply, kNoTimeOut), paramErr);
+  EXPECT_EQ(AESendMessage(&event_, &reply, 0, kNoTimeOut), paramErr);
   EXPECT_EQ(AESendMessage(&event_, &reply, kAENoReply, -3), paramErr);
   EXPECT_EQ(AESendMessage(&event_, nullptr, kAEWaitReply, kNoTimeOut), paramErr);
   Descriptor nowhere;

@@ -38,6 +38,20 @@ int deepest = 0;
   received.append(static_cast<const char *>([data bytes]), [data length]);
 }
 
+// Notes what a queued reply holds.
+- (void)answer:(NSAppleEventDescriptor *)event reply:(NSAppleEventDescriptor *)reply {
+  (void)reply;
+  NSData *data = [[event paramDescriptorForKeyword:keyDirectObject] data];
+  received.append("[").append(static_cast<const char *>([data bytes]), [data length]);
+  NSData *error = [[event paramDescriptorForKeyword:keyErrorNumber] data];
+  if ([error length] == sizeof(SInt32)) {
+    SInt32 number = noErr;
+    [error getBytes:&number length:sizeof number];
+    received += std::to_string(number);
+  }
+  received += "]";
+}
+
 - (void)runLoop:(NSAppleEventDescriptor *)event reply:(NSAppleEventDescriptor *)reply {
   (void)event;
   (void)reply;
@@ -72,6 +86,10 @@ class BetweenProcesses : public BusFixture {
     serve(echoEvent, @selector(echo:reply:));
     serve(noteEvent, @selector(note:reply:));
     serve(nestEvent, @selector(nest:reply:));
+    [[NSAppleEventManager sharedAppleEventManager] setEventHandler:handler_
+                                                       andSelector:@selector(answer:reply:)
+                                                     forEventClass:kCoreEventClass
+                                                        andEventID:kAEAnswer];
   }
 
   ~BetweenProcesses() override { [handler_ release]; }
@@ -95,6 +113,20 @@ class BetweenProcesses : public BusFixture {
     EXPECT_EQ(outcome.replyType, DescType{typeChar});
   }
 
+  static OSStatus sendForQueuedReply(AEEventID eventID, std::string_view payload) {
+    AEDesc target;
+    AppleEvent event;
+    EXPECT_EQ(AECreateDesc(typeApplSignature, &peerSignature, 4, &target), noErr);
+    EXPECT_EQ(AECreateAppleEvent(testClass, eventID, &target, 7, kAnyTransactionID, &event), noErr);
+    EXPECT_EQ(AEPutParamPtr(&event, keyDirectObject, typeChar, payload.data(),
+                            static_cast<Size>(payload.size())),
+              noErr);
+    const OSStatus status = AESendMessage(&event, nullptr, kAEQueueReply, kNoTimeOut);
+    AEDisposeDesc(&event);
+    AEDisposeDesc(&target);
+    return status;
+  }
+
   const platform::AutoreleasePool pool_;
   BetweenProcessesHandler *handler_;
 };
@@ -116,6 +148,38 @@ TEST_F(BetweenProcesses, LargeEventWithoutWantedReplyArrivesWhole) {
   const std::string payload(3'000'000, 'z');
   EXPECT_EQ(sendOneWay(peerSignature, noteEvent, payload), noErr);
   EXPECT_TRUE(peerNotes() == payload + "\n");
+}
+
+TEST_F(BetweenProcesses, AQueuedReplyComesAsAnEventAndInItsTurn) {
+  ASSERT_EQ(sendForQueuedReply(echoEvent, "one"), noErr);
+  ASSERT_EQ(sendForQueuedReply(echoEvent, std::string(3'000'000, 'z')), noErr);
+  // Nothing comes before the run loop runs, also while something else is waited for.
+  EXPECT_EQ(sendAndWait(peerSignature, echoEvent, "x").reply, "x");
+  EXPECT_EQ(received, "");
+  EXPECT_TRUE(runUntil([] { return received.size() > 3'000'000; }));
+  EXPECT_EQ(received.substr(0, 7), "[one][z");
+}
+
+TEST_F(BetweenProcesses, AQueuedReplyTellsOfARefusal) {
+  ASSERT_EQ(sendForQueuedReply(code("none"), ""), noErr);
+  ASSERT_EQ(sendForQueuedReply(raiseEvent, ""), noErr);
+  EXPECT_TRUE(runUntil([] { return received == "[-1708][-10000]"; })) << received;
+}
+
+TEST_F(BetweenProcesses, AQueuedReplyTellsThatThereIsNoRoomWhileTheReceiverStillWaits) {
+  ASSERT_EQ(sendOneWay(peerSignature, nestEvent, "3000"), noErr);
+  const std::string filling(255 * 1'048'576, '\0');
+  ASSERT_EQ(sendOneWay(peerSignature, noteEvent, filling), noErr);
+  const auto start = std::chrono::steady_clock::now();
+  ASSERT_EQ(sendForQueuedReply(noteEvent, std::string(2'000'000, 'x')), noErr);
+  EXPECT_TRUE(runUntil([] { return received == "[-108]"; })) << received;
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(2'500));
+}
+
+TEST_F(BetweenProcesses, AQueuedReplyTellsOfTheEndOfTheReceiver) {
+  ASSERT_EQ(sendForQueuedReply(dieEvent, ""), noErr);
+  EXPECT_TRUE(runUntil([] { return received == "[" + std::to_string(connectionInvalid) + "]"; }))
+      << received;
 }
 
 TEST_F(BetweenProcesses, ManyEventsArriveInOrder) {

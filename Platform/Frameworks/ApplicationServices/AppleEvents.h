@@ -11,7 +11,6 @@ typedef SInt32 AESendMode;
 
 enum {
   kAENoReply = 0x00000001,
-  // Not offered: AESendMessage refuses it with paramErr.
   kAEQueueReply = 0x00000002,
   kAEWaitReply = 0x00000003,
   // May be added to a mode; without effect.
@@ -29,8 +28,10 @@ enum { kAEDefaultTimeout = -1, kNoTimeOut = -2 };
 //
 // With kAENoReply it returns as soon as the event is under way: noErr says that the process is
 // there, not that it handled the event. With kAEWaitReply it waits for the answer; events that
-// arrive meanwhile are kept for later and never handled inside the wait. `reply` is made the
-// reply event after a success and the null descriptor otherwise, without being disposed of
+// arrive meanwhile are kept for later and never handled inside the wait. With kAEQueueReply it
+// returns as with kAENoReply, and the reply is handled later as an event of class kCoreEventClass
+// and ID kAEAnswer that has the return ID of the event: it tells of a refusal at once. `reply` is
+// made the reply event after a success and the null descriptor otherwise, without being disposed of
 // before; it may be null when no reply is wanted.
 //
 // procNotFound: no such process. errAEEventNotHandled: it has no handler for the event.

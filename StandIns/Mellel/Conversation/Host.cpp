@@ -12,6 +12,7 @@
 #include <ApplicationServices/ApplicationServices.h>
 
 #include <array>
+#include <cstring>
 #include <utility>
 
 namespace mellel::conversation {
@@ -47,6 +48,10 @@ Failure failureOfStatus(OSStatus status) {
       return {Status::noHost, "Korvo is running, but without its plug-in for Mellel"};
     case connectionInvalid:
       return {Status::noHost, "Korvo cannot be reached: it has ended, or there is no session bus"};
+    case memFullErr:
+      return {
+          Status::brokenDocumentOrReply,
+          "Korvo has no room for the request: too much waits there already, or it is too large"};
     case errAETimeout:
       return {Status::brokenDocumentOrReply, "Korvo did not answer in time"};
     default:
@@ -84,13 +89,13 @@ OSStatus errorOf(const AppleEvent &reply) {
              : OSStatus{noErr};
 }
 
-OSStatus makeEvent(const Request &request, OwnedDescriptor &event) {
+OSStatus makeEvent(const Request &request, AEReturnID returnID, OwnedDescriptor &event) {
   OwnedDescriptor target;
   OSStatus status = AECreateDesc(typeApplSignature, &formats::korvoSignature,
                                  sizeof formats::korvoSignature, &target);
   if (status == noErr) {
-    status = AECreateAppleEvent(formats::mellelSignature, request.eventID, &target,
-                                kAutoGenerateReturnID, kAnyTransactionID, &event);
+    status = AECreateAppleEvent(formats::mellelSignature, request.eventID, &target, returnID,
+                                kAnyTransactionID, &event);
   }
   if (status == noErr && request.payload) {
     status = AEPutParamPtr(&event, keyDirectObject, formats::textDescriptorType,
@@ -111,8 +116,12 @@ class Host::State {
                                   receive(kind, directObjectOf(event));
                                 });
     }
+    platform::setEventHandler(
+        kCoreEventClass, kAEAnswer,
+        [this](const platform::IncomingEvent &event) { receiveReply(event); });
   }
   ~State() {
+    platform::removeEventHandler(kCoreEventClass, kAEAnswer);
     if (isReceiving_) {
       // Whoever has answered brings this process to the front: that is not wanted any more, but
       // nothing to complain about to its sender.
@@ -143,21 +152,26 @@ class Host::State {
     documentID_ = request.documentID;
     answer_.reset();
     wasCancelled_ = wasActivated_ = hostHasEnded_ = false;
+    refusal_ = noErr;
+    ++returnID_;
     const platform::ProcessWatch watch(formats::korvoSignature, [this](bool isRunning) {
       hostHasEnded_ = hostHasEnded_ || !isRunning;
     });
     progress_.begin(request.step, request.hint);
     OwnedDescriptor event;
-    OSStatus status = makeEvent(request, event);
+    OSStatus status = makeEvent(request, returnID_, event);
     if (status == noErr) {
-      status = AESendMessage(&event, nullptr, kAENoReply, kNoTimeOut);
+      // The answer is an event of its own. The reply says no more than that the request was
+      // handled, or that it was not.
+      status = AESendMessage(&event, nullptr, kAEQueueReply, kNoTimeOut);
     }
     if (status != noErr) {
       progress_.end();
       return std::unexpected(failureOfStatus(status));
     }
     const auto isOver = [&] {
-      return answer_ || wasCancelled_ || hostHasEnded_ || (endsWithActivation && wasActivated_);
+      return answer_ || wasCancelled_ || hostHasEnded_ || refusal_ != noErr ||
+             (endsWithActivation && wasActivated_);
     };
     const auto timeout = timeoutOf(request);
     const bool isAnswered = runLoopUntil(isOver, deadlineAfter(timeout), progress_);
@@ -173,7 +187,7 @@ class Host::State {
     progress_.begin(request.step, request.hint);
     OwnedDescriptor event;
     OwnedDescriptor reply;
-    OSStatus status = makeEvent(request, event);
+    OSStatus status = makeEvent(request, kAutoGenerateReturnID, event);
     if (status == noErr) {
       const auto timeout = timeoutOf(request);
       status = AESendMessage(&event, &reply, kAEWaitReply,
@@ -201,6 +215,19 @@ class Host::State {
       answer_ = std::move(payload);
     } else if (kind == cancelKind) {
       wasCancelled_ = true;
+    }
+  }
+
+  void receiveReply(const platform::IncomingEvent &event) {
+    const platform::Parameter *number = platform::findParameter(event.parameters, keyErrorNumber);
+    SInt32 error = noErr;
+    if (event.returnID != returnID_ || number == nullptr || number->data.size() != sizeof error) {
+      return;
+    }
+    std::memcpy(&error, number->data.view().data(), sizeof error);
+    // A host that has ended is noticed by the watch, which knows it from a bus that has ended.
+    if (error != connectionInvalid) {
+      refusal_ = error;
     }
   }
 
@@ -236,6 +263,9 @@ class Host::State {
     if (endsWithActivation && wasActivated_) {
       return std::nullopt;
     }
+    if (refusal_ != noErr) {
+      return std::unexpected(failureOfStatus(refusal_));
+    }
     return std::unexpected(
         Failure{Status::brokenDocumentOrReply,
                 "Korvo did not answer within " +
@@ -252,6 +282,9 @@ class Host::State {
   bool wasCancelled_ = false;
   bool wasActivated_ = false;
   bool hostHasEnded_ = false;
+  // Of the request that is waited for, so that a late reply to another one is not taken for its.
+  AEReturnID returnID_ = 0;
+  OSStatus refusal_ = noErr;
 };
 
 Host::Host(std::unique_ptr<State> state) : state_(std::move(state)) {}
