@@ -33,6 +33,15 @@ TEST(DocumentRewriting, TextTakesThePlaceOfTheCitation) {
   EXPECT_EQ(formattedBody("a \\{Smith\\} b", "(S {\\i x})"), "a {(S {\\i x})} b");
 }
 
+TEST(DocumentRewriting, SentencesEndWithOneStop) {
+  EXPECT_EQ(formattedBody("a \\{Smith\\}. B", "See S 7."), "a {See S 7}. B");
+  EXPECT_EQ(formattedBody("a{\\footnote \\{Smith\\}.} B", "See {\\i S.}"),
+            "a{\\footnote {See {\\i S}}.} B");
+  EXPECT_EQ(formattedBody("a \\{Smith\\}, b", "S et al."), "a {S et al.}, b");
+  EXPECT_EQ(formattedBody("a \\{Smith\\}", "S."), "a {S.}");
+  EXPECT_EQ(formattedBody("a \\{Smith\\}.", "."), "a {}.");
+}
+
 TEST(DocumentRewriting, TextTakesTheLooksThatTheWholeCitationHad) {
   EXPECT_EQ(formattedBody("a{\\b\\{Smith 2001\\}} b", "S"), "a{\\b{S}} b");
 }

@@ -57,7 +57,7 @@ TEST(Footnotes, StayApartWhereCitationsFollowEachOther) {
 }
 
 TEST(Footnotes, LeaveCitationsInNotesAndHeadersWhereTheyAre) {
-  EXPECT_EQ(withNotes("a{\\footnote See \\{Smith\\}.} b"), "a{\\footnote See {N.}.} b");
+  EXPECT_EQ(withNotes("a{\\footnote See \\{Smith\\}.} b"), "a{\\footnote See {N}.} b");
   EXPECT_EQ(withNotes("{\\header \\{Smith\\}}b"), "{\\header {N.}}b");
 }
 

@@ -1,5 +1,7 @@
 #import "PlugInLoader.h"
 
+#include <Formats/EventTable.h>
+#include <Platform/AppleEventsProcess.h>
 #import <StandIns/Korvo/Adapter/StringConversion.h>
 
 // How a plug-in hands out the one instance that it keeps for itself.
@@ -31,6 +33,10 @@ std::expected<void, std::string> startPlugIn(const std::filesystem::path &path,
   }
   if (![plugIn conformsToProtocol:@protocol(KorvoWordProcessorIntegrationPlugin)]) {
     return failure("its principal class is no word-processor plug-in");
+  }
+  // The plug-in has just tried to greet it, and its own line about that looks like a failure.
+  if (!platform::ProcessWatch(formats::mellelSignature, [](bool) {}).isRunning()) {
+    NSLog(@"Mellel is not running yet: that is all that -600 means, and nothing to worry about");
   }
   NSLog(@"plug-in %@ (%@), version %lld%@", [plugIn registrationName], [plugIn protocolType],
         static_cast<long long>([plugIn version]),

@@ -133,7 +133,9 @@ class CitationFinder {
     }
     noteBlankAtEnd(event, story.lastBlank);
     if (story.lastCitation) {
-      found_[*story.lastCitation].citation.noteSeam.markBehindPunctuation = endOfPunctuation(event);
+      Citation &citation = found_[*story.lastCitation].citation;
+      citation.noteSeam.markBehindPunctuation = endOfPunctuation(event);
+      citation.isBeforeStop = event.text.starts_with('.');
       // A blank between two citations keeps their marks apart.
       if (isBlankText(event.text)) {
         story.lastBlank.reset();

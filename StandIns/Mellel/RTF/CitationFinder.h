@@ -55,6 +55,8 @@ struct Citation {
   // In no footnote, header or text box.
   bool isInMainText = true;
   NoteSeam noteSeam = {};
+  // The next character is a full stop.
+  bool isBeforeStop = false;
 };
 
 // The formatting that most of the main text is set in; -1 where the document names none.

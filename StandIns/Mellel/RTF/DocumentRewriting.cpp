@@ -28,6 +28,14 @@ void replace(std::vector<Edit> &edits, const std::vector<CharacterSpan> &spans, 
   }
 }
 
+// A sentence ends with one stop: where the document has it, the text needs none.
+RichText fitting(RichText text, const Citation &citation) {
+  if (citation.isBeforeStop && !text.empty() && text.back().text.ends_with('.')) {
+    text.back().text.pop_back();
+  }
+  return text;
+}
+
 void replaceByFootnote(std::vector<Edit> &edits, const Citation &citation, std::string note) {
   const NoteSeam &seam = citation.noteSeam;
   if (seam.blankBefore) {
@@ -75,7 +83,7 @@ std::string formattedDocument(std::string_view rtf, const DocumentText &document
     if (place == PlaceOfCitations::inFootnotes && isForFootnote(citation, text)) {
       replaceByFootnote(edits, citation, footnote(*text, document.bodyFormat));
     } else if (text) {
-      replace(edits, citation.spans, groupOfText(*text, citation.endingLooks));
+      replace(edits, citation.spans, groupOfText(fitting(*text, citation), citation.endingLooks));
     }
   }
   addBibliography(edits, document, bibliography);
