@@ -342,7 +342,9 @@ class LibraryImportFaults : public LibraryFaults {
   std::expected<void, std::string> import() {
     static korvo::engine::LibraryImporter importer;
     const std::filesystem::path files[] = {bibliography_};
-    const auto report = korvo::library::importIntoLibraryFile(files, file(), importer);
+    const auto report = korvo::library::importIntoLibraryFile(
+        files, file(),
+        [](const auto &name, const auto &progress) { return importer.importFile(name, progress); });
     if (!report) {
       return std::unexpected(report.error());
     }

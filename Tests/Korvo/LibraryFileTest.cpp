@@ -19,9 +19,9 @@ constexpr const char *twoEntries =
     "@book{gogh1888, author = {van Gogh, Vincent}, title = {Letters}, year = {1888}}\n";
 constexpr const char *oneRecord = "TY  - BOOK\nAU  - Jones, Ann\nTI  - Cold\nPY  - 1999\nER  - \n";
 
-korvo::engine::LibraryImporter &importer() {
+korvo::engine::ImportFunction importer() {
   static korvo::engine::LibraryImporter shared;
-  return shared;
+  return [](const auto &file, const auto &progress) { return shared.importFile(file, progress); };
 }
 
 std::size_t countIn(const std::filesystem::path &file) {

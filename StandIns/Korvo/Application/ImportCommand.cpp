@@ -1,6 +1,7 @@
 #include "ImportCommand.h"
 
 #include "Effects.h"
+#include "ImportApart.h"
 #include "WaitingNews.h"
 
 #include <StandIns/Korvo/Library/LibraryFile.h>
@@ -14,10 +15,9 @@ namespace korvo::application {
 using terminal::TerminalText;
 
 int runImport(const ImportFiles &import) {
-  engine::LibraryImporter importer;
   WaitingNews news;
   const auto report =
-      library::importIntoLibraryFile(import.files, import.database, importer, news.ofImport());
+      library::importIntoLibraryFile(import.files, import.database, importApart, news.ofImport());
   if (!report) {
     complain(report.error());
     return EXIT_FAILURE;

@@ -4,6 +4,7 @@
 #import "RunCommand.h"
 
 #include "Effects.h"
+#include "ImportApart.h"
 #import "KOApplication.h"
 #import "KOApplicationController.h"
 #import "KORehearsal.h"
@@ -40,10 +41,9 @@ int fail(const std::string &line, int status) {
 std::expected<NSArray *, std::string> openLibraries(
     const std::vector<std::filesystem::path> &files) {
   NSMutableArray *libraries = [NSMutableArray array];
-  engine::LibraryImporter importer;
   WaitingNews news;
   for (const std::filesystem::path &file : files) {
-    auto opened = library::openLibraryFile(file, importer, news.ofImport());
+    auto opened = library::openLibraryFile(file, importApart, news.ofImport());
     if (!opened) {
       return std::unexpected(opened.error());
     }

@@ -50,6 +50,10 @@ struct ImportResult {
 using ImportProgress =
     std::function<void(const std::filesystem::path &file, std::string_view soFar)>;
 
+// Reads a file as LibraryImporter::importFile does.
+using ImportFunction = std::function<std::expected<ImportResult, std::string>(
+    const std::filesystem::path &file, const ImportProgress &progress)>;
+
 class LibraryImporter {
  public:
   // Nothing is started until the first file that needs it.

@@ -46,7 +46,7 @@ void removeIfEmpty(const std::filesystem::path &database) {
 }  // namespace
 
 std::expected<OpenedLibrary, std::string> openLibraryFile(const std::filesystem::path &file,
-                                                          engine::LibraryImporter &importer,
+                                                          const engine::ImportFunction &import,
                                                           const engine::ImportProgress &progress) {
   if (!engine::isImportable(file)) {
     auto library = Library::open(file);
@@ -55,7 +55,7 @@ std::expected<OpenedLibrary, std::string> openLibraryFile(const std::filesystem:
     }
     return OpenedLibrary{.library = *std::move(library), .problems = {}};
   }
-  auto imported = importer.importFile(file, progress);
+  auto imported = import(file, progress);
   if (!imported) {
     return std::unexpected(imported.error());
   }
@@ -72,12 +72,12 @@ std::expected<OpenedLibrary, std::string> openLibraryFile(const std::filesystem:
 
 std::expected<ImportReport, std::string> importIntoLibraryFile(
     std::span<const std::filesystem::path> files, const std::filesystem::path &database,
-    engine::LibraryImporter &importer, const engine::ImportProgress &progress) {
+    const engine::ImportFunction &import, const engine::ImportProgress &progress) {
   // Everything is read before the database is touched.
   ImportReport report;
   std::vector<NewReference> references;
   for (const std::filesystem::path &file : files) {
-    auto imported = importer.importFile(file, progress);
+    auto imported = import(file, progress);
     if (!imported) {
       return std::unexpected(imported.error());
     }

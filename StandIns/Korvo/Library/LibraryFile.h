@@ -19,10 +19,10 @@ struct OpenedLibrary {
   std::vector<engine::ImportProblem> problems;  // entries of the export that are not in it
 };
 
-// An export becomes a library in memory: changes to it last until the program ends. The
-// error is one line that names the file.
+// An export, read by the function, becomes a library in memory: changes to it last until the
+// program ends. The error is one line that names the file.
 std::expected<OpenedLibrary, std::string> openLibraryFile(
-    const std::filesystem::path &file, engine::LibraryImporter &importer,
+    const std::filesystem::path &file, const engine::ImportFunction &import,
     const engine::ImportProgress &progress = {});
 
 struct ImportReport {
@@ -35,6 +35,6 @@ struct ImportReport {
 // made in vain goes away.
 std::expected<ImportReport, std::string> importIntoLibraryFile(
     std::span<const std::filesystem::path> files, const std::filesystem::path &database,
-    engine::LibraryImporter &importer, const engine::ImportProgress &progress = {});
+    const engine::ImportFunction &import, const engine::ImportProgress &progress = {});
 
 }  // namespace korvo::library
