@@ -14,6 +14,7 @@
 #include <ctime>
 #include <iterator>
 #include <map>
+#include <string>
 #include <vector>
 
 namespace {

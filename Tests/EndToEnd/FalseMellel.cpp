@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdint>
 #include <stdexcept>
+#include <stop_token>
 
 namespace endtoend {
 namespace {

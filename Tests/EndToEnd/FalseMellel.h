@@ -5,6 +5,7 @@
 #include <Platform/Bus/BusHandles.h>
 
 #include <atomic>
+#include <stop_token>
 #include <thread>
 
 namespace endtoend {

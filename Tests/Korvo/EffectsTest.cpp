@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 using korvo::application::announce;
 using korvo::application::announceNotice;
 using korvo::application::complain;

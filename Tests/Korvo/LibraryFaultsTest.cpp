@@ -19,7 +19,9 @@
 #include <cstring>
 #include <functional>
 #include <iostream>
+#include <iterator>
 #include <set>
+#include <sstream>
 
 namespace {
 

@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <iterator>
+
 using korvo::library::importIntoLibraryFile;
 using korvo::library::openLibraryFile;
 using test_support::readFile;

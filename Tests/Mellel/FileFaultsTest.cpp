@@ -11,10 +11,12 @@
 #include <stdlib.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <optional>
 
 namespace mellel::documents {
 namespace {

@@ -1,7 +1,9 @@
 #include "RawSender.h"
 
+#include <cstdint>
 #include <string>
 #include <thread>
+#include <utility>
 
 using namespace platform_test;
 

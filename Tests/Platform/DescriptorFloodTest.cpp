@@ -9,6 +9,7 @@
 #include <array>
 #include <cstdlib>
 #include <filesystem>
+#include <iterator>
 #include <memory>
 
 using namespace platform_test;

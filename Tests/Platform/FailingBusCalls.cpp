@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <cstdarg>
+#include <cstdint>
 #include <thread>
 #include <type_traits>
 #include <utility>

@@ -8,9 +8,11 @@
 #include <sys/wait.h>
 
 #include <array>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <iterator>
 
 using namespace platform_test;
 

@@ -4,6 +4,7 @@
 #import "Support/HostileHost.h"
 #import "Support/Requests.h"
 
+#include <exception>
 #include <new>
 
 @interface Unspeakable : NSObject

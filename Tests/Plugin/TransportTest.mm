@@ -5,6 +5,7 @@
 #include <malloc.h>
 
 #include <algorithm>
+#include <cstdlib>
 
 @interface NamedWindow : RecordingWindow {
  @public

@@ -11,7 +11,7 @@ from pathlib import Path
 PROJECT = Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(PROJECT / "Scripts" / "Support"))
 
-from linting import formatting, own_rules, ownership, shell, tidy
+from linting import formatting, includes, own_rules, ownership, shell, tidy
 from linting.clean import CleanFiles
 from linting.project import LintError, Project
 
@@ -69,6 +69,42 @@ class LintTest(unittest.TestCase):
 
     def tidied(self, *paths, everything=True):
         return self.found(tidy.findings, self.commands(*paths), everything=everything)
+
+
+class IncludedHeaders(LintTest):
+    def missing(self, **options):
+        return [
+            (each.path, each.line, each.rule)
+            for each in includes.findings(Project(self.root), **options)
+        ]
+
+    def test_what_a_source_or_a_header_of_ours_asks_for_is_there(self):
+        self.write("Room/Size.h", "#pragma once\n#include <cstdint>\nstd::uint8_t size();\n")
+        self.write("Room/Middle.h", '#include "Size.h"\n')
+        self.write("Room/Size.cpp", '#include "Size.h"\nstd::uint8_t size() { return 1; }\n')
+        self.write("Other/User.mm", "#import <Room/Middle.h>\nstd::uint8_t twice();\n")
+        self.write("Own.cpp", "#include <map>\n// std::vector\nstd::map<int, int> *none;\n")
+        self.assertEqual(self.missing(), [])
+
+    def test_what_another_header_of_the_library_happens_to_bring_is_not(self):
+        self.write("Room/Bad.cpp", "#include <vector>\n\nstd::uint8_t a;\nstd::uint16_t b;\n")
+        self.write("Bad.h", "#pragma once\nstd::string text();\n")
+        self.assertEqual(self.missing(), [("Bad.h", 2, "include"), ("Room/Bad.cpp", 3, "include")])
+
+    def test_what_is_missing_is_added(self):
+        self.write("First.cpp", "#include <vector>\nstd::vector<std::string> *texts;\n")
+        self.write("Bad.h", "#pragma once\nstd::string text();\n")
+        self.write("None.cpp", "std::string text;\n")
+        self.assertEqual(self.missing(fix=True), [])
+        self.assertEqual(self.missing(), [])
+        self.assertEqual(self.found(formatting.findings, fix=True), [])
+        self.assertIn("#include <string>\n", (self.root / "None.cpp").read_text())
+        self.assertTrue((self.root / "Bad.h").read_text().startswith("#pragma once\n"))
+
+    def test_headers_that_include_each_other_come_to_an_end(self):
+        self.write("A.h", '#include "B.h"\nstd::string a();\n')
+        self.write("B.h", '#include "A.h"\n#include <string>\n')
+        self.assertEqual(self.missing(), [])
 
 
 class Formats(LintTest):

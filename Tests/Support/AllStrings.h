@@ -12,7 +12,7 @@
 // Calls visit(string) for each of them, the empty string first, until an assertion fails.
 template <typename Unit, typename Visit>
 void forEachString(const std::vector<std::basic_string<Unit>> &letters, std::size_t maximumLength,
-                   const Visit &visit, std::basic_string<Unit> prefix = {}) {
+                   const Visit &visit, const std::basic_string<Unit> &prefix = {}) {
   visit(prefix);
   if (maximumLength == 0) {
     return;

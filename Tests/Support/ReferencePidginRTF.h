@@ -164,7 +164,7 @@ inline std::u16string textOfPidginRTF(std::u16string_view rtf) {
     } else if (rest.substr(0, 7) == u"\\rquote") {
       result += u"'";
       advance = 7;
-    } else if (rest.substr(0, 2) == u"{\\") {
+    } else if (rest.substr(0, 2) == u"{\\") {  // NOLINT(bugprone-branch-clone): one row a case
       controlWordIsPending = true;
     } else if (rest.substr(0, 3) == u"\\uc") {
       advance = 4;

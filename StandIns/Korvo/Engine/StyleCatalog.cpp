@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <system_error>
+#include <tuple>
 #include <utility>
 
 namespace korvo::engine {

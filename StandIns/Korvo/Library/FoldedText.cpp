@@ -10,6 +10,7 @@
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
+#include <cstdint>
 #include <memory>
 #include <stdexcept>
 

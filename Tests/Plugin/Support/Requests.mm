@@ -7,6 +7,7 @@
 #include <Formats/ScanRequest.h>
 
 #include <algorithm>
+#include <iterator>
 #include <unordered_set>
 
 namespace plugin_test {
