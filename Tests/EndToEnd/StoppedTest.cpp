@@ -12,6 +12,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <ostream>
 #include <thread>
 
 namespace {
@@ -34,6 +35,8 @@ struct Request {
   std::vector<std::string> arguments;
   bool writesCopy = false;
 };
+
+void PrintTo(const Request &request, std::ostream *out) { *out << request.name; }
 
 class Stopped : public testing::TestWithParam<Request> {
  protected:

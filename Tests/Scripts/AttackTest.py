@@ -49,6 +49,12 @@ class Attack(unittest.TestCase):
         self.assertEqual((outcome.passed, outcome.figures), (2, ["5 ms"]))
         self.assertRegex(self.told(outcome), r"^ 7  held: a thing: 2 tests, .* s\n +5 ms\n$")
 
+    def test_tests_with_parameters_count_too(self):
+        tests = {"During/A__x/scan  # GetParam() = 3": "true", "A__x/live  # GetParam()": "true"}
+        outcome = self.outcome("A", **tests)
+        self.assertTrue(outcome.is_held)
+        self.assertEqual(outcome.passed, 2)
+
     def test_a_point_is_not_held_when_one_test_fails(self):
         outcome = self.outcome("A", A__x="true", A__y="exit 3")
         self.assertFalse(outcome.is_held)
