@@ -159,6 +159,23 @@ TEST_F(Adapter, SelectionEditorAndNoticesReachTheUserInterface) {
   EXPECT_THAT(interface_.get()->notices_, ElementsAre("Header: text"));
 }
 
+TEST_F(Adapter, ANoticeSuggestsWhatMayBeMeantByWhatMatchedNothing) {
+  [adapter_.get() referencesMatchingTag:@"Smith 2002" inLibrary:library_.get()];
+  [adapter_.get() referencesMatchingTag:@"Nobody 1900" inLibrary:library_.get()];
+  [adapter_.get() referencesMatchingTag:@"Doe 2006" inLibrary:library_.get()];
+  NSString *text = @"Citation 1 Smith 2002: No matches.\nCitation 2 Nobody 1900: No matches.";
+  NSAttributedString *summary = [[[NSAttributedString alloc] initWithString:text] autorelease];
+  [adapter_.get() postNoticeWithHeader:@"Header" attributedSummary:summary];
+  [adapter_.get() postNoticeWithHeader:@"Header" attributedSummary:summary];
+  const std::string same = "Header: " + utf8(text);
+  ASSERT_EQ(interface_.get()->notices_.size(), 2U);
+  const std::string &first = interface_.get()->notices_.front();
+  EXPECT_TRUE(first.starts_with(same + "\n\nPerhaps another is meant:\nSmith 2002: Smith, "))
+      << first;
+  EXPECT_TRUE(first.ends_with("[SMI2001]\n")) << first;
+  EXPECT_EQ(interface_.get()->notices_.back(), same);
+}
+
 TEST_F(Adapter, AProblemIsShownOnlyOnce) {
   [adapter_.get() reportProblem:@"the disk is full"];
   [adapter_.get() reportProblem:@"the disk is full"];

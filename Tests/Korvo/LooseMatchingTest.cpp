@@ -160,6 +160,26 @@ TEST_F(LooseMatching, AWorkWithoutAuthorIsFoundByItsTitle) {
   }
 }
 
+TEST_F(LooseMatching, WhatMayHaveBeenMeantIsSuggested) {
+  const auto similar = [this](std::string_view text) {
+    std::vector<std::string> identifiers;
+    const auto rows = library_.similar(text);
+    EXPECT_TRUE(rows) << rows.error();
+    for (const ReferenceRow row : *rows) {
+      identifiers.push_back((*library_.summary(row))->identifier);
+    }
+    return identifiers;
+  };
+  EXPECT_THAT(similar("Sagan 1981"), ElementsAre("sagan"));
+  EXPECT_THAT(similar("Tolkein 1954"), ElementsAre("tolkien"));
+  EXPECT_THAT(similar("J. Tolkein (1954)"), ElementsAre("tolkien"));
+  EXPECT_THAT(similar("Smith 1950"), ElementsAre("smith", "anne", "bob"));
+  EXPECT_THAT(similar("sagan"), ElementsAre("sagan"));
+  for (const char *text : {"Nobody 1900", "Nobody", "1954", "Tolkein 1955", "Xy 1954"}) {
+    EXPECT_THAT(similar(text), IsEmpty()) << text;
+  }
+}
+
 TEST_F(LooseMatching, TextsWithMarkersAndTextsWithoutEndFindNothing) {
   EXPECT_THAT(found("John Smith 2009#other"), IsEmpty());
   EXPECT_THAT(found("Beowulf@12"), IsEmpty());

@@ -3,6 +3,7 @@
 
 #import "KOProblemReporter.h"
 #include "RememberedMatches.h"
+#include "Suggestions.h"
 
 #import <HostContract/HostContract.h>
 
@@ -28,6 +29,7 @@ class StyleShelf;
   korvo::adapter::StyleShelf *shelf_;  // likewise
   NSMutableSet *reportedProblems_;
   korvo::adapter::RememberedMatches matches_;
+  korvo::adapter::Suggestions suggestions_;
 }
 - (id)initWithInterface:(id<KOUserInterface>)interface styles:(korvo::adapter::StyleShelf &)shelf;
 

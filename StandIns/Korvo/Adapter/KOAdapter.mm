@@ -88,6 +88,9 @@ KOReference *ownReference(id reference) {
     [self reportProblem:korvo::adapter::stringFromUTF8(found.error())];
     return [NSSet set];
   }
+  if ([*found count] == 0) {
+    suggestions_.noteUnmatched(tag, (KOLibrary *)library);
+  }
   return *found;
 }
 
@@ -139,7 +142,7 @@ KOReference *ownReference(id reference) {
 }
 
 - (void)postNoticeWithHeader:(NSString *)header attributedSummary:(NSAttributedString *)summary {
-  [interface_ showNoticeWithHeader:header summary:summary];
+  [interface_ showNoticeWithHeader:header summary:suggestions_.addedTo(summary)];
 }
 
 - (id<KorvoBibStyle>)bibStyleNamed:(NSString *)name {

@@ -410,6 +410,15 @@ std::expected<std::vector<ReferenceRow>, LibraryError> Library::matching(std::st
   return *std::move(found);
 }
 
+std::expected<std::vector<ReferenceRow>, LibraryError> Library::similar(
+    std::string_view visibleText) {
+  auto found = state_->loosely->similar(visibleText);
+  if (!found) {
+    return state_->error(found.error());
+  }
+  return *std::move(found);
+}
+
 std::expected<void, LibraryError> Library::checkWhole() {
   const TimeLimit limit(state_->database, timeToReadAll);
   auto check = state_->database.prepare("PRAGMA quick_check(1)");

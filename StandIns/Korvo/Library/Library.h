@@ -85,6 +85,10 @@ class Library {
   // n.d.", the title of a work without author). UTF-8. An empty tag matches nothing.
   std::expected<std::vector<ReferenceRow>, LibraryError> matching(std::string_view tag);
 
+  // A few references that an author may have meant by a text that matches nothing. Where there are
+  // such, that is most often a misspelling or another year.
+  std::expected<std::vector<ReferenceRow>, LibraryError> similar(std::string_view visibleText);
+
   std::expected<std::size_t, LibraryError> count();
   // All of them, or those that hold every word of the search text somewhere in authors,
   // year, title, kind, identifier or container title.

@@ -5,7 +5,9 @@
 #include "FoldedText.h"
 
 #include <algorithm>
-#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <numeric>
 #include <string>
 #include <utility>
 
@@ -22,6 +24,27 @@ std::string_view withoutQuotes(std::string_view text) {
   const std::size_t last = text.find_last_not_of("\"'");
   return first == std::string_view::npos ? std::string_view()
                                          : text.substr(first, last - first + 1);
+}
+
+// Whether a letter or two were left out, added, changed or exchanged.
+bool isNearly(std::string_view one, std::string_view other) {
+  constexpr std::size_t longestName = 40;
+  const std::size_t allowed = one.size() < 5 ? 1 : 2;
+  if (one.size() > longestName || other.size() > longestName ||
+      one.size() > other.size() + allowed || other.size() > one.size() + allowed) {
+    return false;
+  }
+  std::vector<std::size_t> above(other.size() + 1);
+  std::iota(above.begin(), above.end(), std::size_t{0});
+  for (std::size_t row = 0; row < one.size(); ++row) {
+    std::vector<std::size_t> changes = {row + 1};
+    for (std::size_t column = 0; column < other.size(); ++column) {
+      changes.push_back(std::min({changes.back() + 1, above[column + 1] + 1,
+                                  above[column] + (one[row] == other[column] ? 0U : 1U)}));
+    }
+    above = std::move(changes);
+  }
+  return above.back() <= allowed;
 }
 
 // Adds the rows whose record, in the second column, is meant.
@@ -46,8 +69,13 @@ std::vector<ReferenceRow> eachOnce(std::vector<ReferenceRow> rows) {
 
 }  // namespace
 
-LooseMatching::LooseMatching(Statement named, Statement undated, Statement titled)
-    : named_(std::move(named)), undated_(std::move(undated)), titled_(std::move(titled)) {}
+LooseMatching::LooseMatching(Statement named, Statement undated, Statement titled,
+                             Statement ofAuthor, Statement ofYear)
+    : named_(std::move(named)),
+      undated_(std::move(undated)),
+      titled_(std::move(titled)),
+      ofAuthor_(std::move(ofAuthor)),
+      ofYear_(std::move(ofYear)) {}
 
 std::expected<LooseMatching, DatabaseError> LooseMatching::prepare(Database &database) {
   auto named =
@@ -71,7 +99,19 @@ std::expected<LooseMatching, DatabaseError> LooseMatching::prepare(Database &dat
   if (!titled) {
     return std::unexpected(titled.error());
   }
-  return LooseMatching(std::move(*named), std::move(*undated), std::move(*titled));
+  auto ofAuthor = database.prepare(
+      "SELECT row FROM reference WHERE "
+      "sort_authors = ?1 OR (sort_authors >= ?1 || ',' AND sort_authors < ?1 || '-') OR "
+      "(sort_authors >= ?1 || ';' AND sort_authors < ?1 || '<') ORDER BY sort_year LIMIT 3");
+  if (!ofAuthor) {
+    return std::unexpected(ofAuthor.error());
+  }
+  auto ofYear = database.prepare("SELECT row, sort_authors FROM reference WHERE sort_year = ?");
+  if (!ofYear) {
+    return std::unexpected(ofYear.error());
+  }
+  return LooseMatching(std::move(*named), std::move(*undated), std::move(*titled),
+                       std::move(*ofAuthor), std::move(*ofYear));
 }
 
 std::expected<std::vector<ReferenceRow>, DatabaseError> LooseMatching::matching(
@@ -87,6 +127,40 @@ std::expected<std::vector<ReferenceRow>, DatabaseError> LooseMatching::matching(
     }
   }
   return titled(foldedText(visibleText));
+}
+
+std::expected<std::vector<ReferenceRow>, DatabaseError> LooseMatching::similar(
+    std::string_view visibleText) {
+  constexpr std::size_t most = 3;
+  std::vector<ReferenceRow> rows;
+  const auto name = readWrittenName(visibleText);
+  const std::vector<std::string> families =
+      name ? possibleFamilyNames(*name) : std::vector<std::string>{foldedText(visibleText)};
+  for (const std::string &family : families) {
+    ofAuthor_.bind(0, family);
+    std::expected<bool, DatabaseError> row = ofAuthor_.step();
+    for (; row && *row && rows.size() < most; row = ofAuthor_.step()) {
+      rows.push_back(ofAuthor_.integer(0));
+    }
+    ofAuthor_.reset();
+    if (!row) {
+      return std::unexpected(row.error());
+    }
+  }
+  if (!rows.empty() || !name || !hasYear(*name) || families.empty()) {
+    return rows;
+  }
+  ofYear_.bind(0, static_cast<std::int64_t>(std::stoll(name->year)));
+  std::expected<bool, DatabaseError> row = ofYear_.step();
+  for (; row && *row && rows.size() < most; row = ofYear_.step()) {
+    const std::string_view authors = ofYear_.text(1);
+    if (isNearly(families.front(), authors.substr(0, authors.find_first_of(",;")))) {
+      rows.push_back(ofYear_.integer(0));
+    }
+  }
+  ofYear_.reset();
+  return row ? std::expected<std::vector<ReferenceRow>, DatabaseError>(std::move(rows))
+             : std::unexpected(row.error());
 }
 
 std::expected<std::vector<ReferenceRow>, DatabaseError> LooseMatching::named(

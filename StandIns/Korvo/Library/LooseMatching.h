@@ -17,11 +17,16 @@ class LooseMatching {
  public:
   static std::expected<LooseMatching, DatabaseError> prepare(Database &database);
 
+  // What an author may have meant by a text that means nothing: the works of the first person it
+  // names, or of one whose name is spelled nearly so, of that year. A few of them.
+  std::expected<std::vector<ReferenceRow>, DatabaseError> similar(std::string_view visibleText);
+
   // In the order of the rows, each once.
   std::expected<std::vector<ReferenceRow>, DatabaseError> matching(std::string_view visibleText);
 
  private:
-  LooseMatching(Statement named, Statement undated, Statement titled);
+  LooseMatching(Statement named, Statement undated, Statement titled, Statement ofAuthor,
+                Statement ofYear);
 
   std::expected<std::vector<ReferenceRow>, DatabaseError> named(const WrittenName &name);
   std::expected<std::vector<ReferenceRow>, DatabaseError> titled(std::string_view foldedTitle);
@@ -29,6 +34,8 @@ class LooseMatching {
   Statement named_;
   Statement undated_;
   Statement titled_;
+  Statement ofAuthor_;
+  Statement ofYear_;
 };
 
 }  // namespace korvo::library
