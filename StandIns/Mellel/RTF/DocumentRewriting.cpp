@@ -29,11 +29,13 @@ void replace(std::vector<Edit> &edits, const std::vector<CharacterSpan> &spans, 
 }
 
 // A sentence ends with one stop: where the document has it, the text needs none.
-RichText fitting(RichText text, const Citation &citation) {
-  if (citation.isBeforeStop && !text.empty() && text.back().text.ends_with('.')) {
-    text.back().text.pop_back();
+std::string groupInPlace(const RichText &text, const Citation &citation) {
+  if (!citation.isBeforeStop || text.empty() || !text.back().text.ends_with('.')) {
+    return groupOfText(text, citation.endingLooks);
   }
-  return text;
+  RichText fitting = text;
+  fitting.back().text.pop_back();
+  return groupOfText(fitting, citation.endingLooks);
 }
 
 void replaceByFootnote(std::vector<Edit> &edits, const Citation &citation, std::string note) {
@@ -83,7 +85,7 @@ std::string formattedDocument(std::string_view rtf, const DocumentText &document
     if (place == PlaceOfCitations::inFootnotes && isForFootnote(citation, text)) {
       replaceByFootnote(edits, citation, footnote(*text, document.bodyFormat));
     } else if (text) {
-      replace(edits, citation.spans, groupOfText(fitting(*text, citation), citation.endingLooks));
+      replace(edits, citation.spans, groupInPlace(*text, citation));
     }
   }
   addBibliography(edits, document, bibliography);
