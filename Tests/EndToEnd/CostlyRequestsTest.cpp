@@ -56,7 +56,8 @@ TEST(CostlyRequests, AreRefusedAtOnceAndCostTheHostNothing) {
     EXPECT_EQ(outcome.status, noErr) << request.name;
     EXPECT_FALSE(outcome.reply) << request.name;
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5)) << request.name;
-    EXPECT_LT(peakKibibytes(host.process().number()) - before, 160 * 1024) << request.name;
+    EXPECT_LT(peakKibibytes(host.process().number()) - before, KIBIBYTES_OF_A_REFUSAL)
+        << request.name;
   }
   EXPECT_THAT(host.process().standardError(),
               HasSubstr("the request is refused: it has more than"));
