@@ -4,7 +4,6 @@
 #include "Support/Text.h"
 
 #import <Foundation/Foundation.h>
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cctype>
@@ -81,8 +80,9 @@ class TranslationTables : public testing::Test {
 };
 
 TEST_F(TranslationTables, AreThereForElevenLanguages) {
-  EXPECT_THAT(languages(), testing::ElementsAre("Hebrew", "de", "en", "es", "fr", "it", "ja", "nl",
-                                                "pt", "ru", "zh-Hans"));
+  const std::set<std::string> expected = {"Hebrew", "de", "en", "es", "fr",     "it",
+                                          "ja",     "nl", "pt", "ru", "zh-Hans"};
+  EXPECT_EQ(languages(), expected);
 }
 
 TEST_F(TranslationTables, HaveTheSameKeysInEveryLanguage) {

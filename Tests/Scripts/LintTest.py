@@ -101,6 +101,13 @@ class IncludedHeaders(LintTest):
         self.assertIn("#include <string>\n", (self.root / "None.cpp").read_text())
         self.assertTrue((self.root / "Bad.h").read_text().startswith("#pragma once\n"))
 
+    def test_objective_cpp_reaches_no_gmock(self):
+        self.write("Support.h", "#include <gmock/gmock.h>\n")
+        self.write("Good.cpp", '#include "Support.h"\n')
+        self.write("Good.mm", "#include <gmock/gmock-more-matchers.h>\n")
+        self.write("Bad.mm", '#import "Support.h"\n')
+        self.assertEqual(self.missing(), [("Bad.mm", 1, "gmock")])
+
     def test_headers_that_include_each_other_come_to_an_end(self):
         self.write("A.h", '#include "B.h"\nstd::string a();\n')
         self.write("B.h", '#include "A.h"\n#include <string>\n')

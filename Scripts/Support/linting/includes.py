@@ -156,6 +156,13 @@ def with_includes(source, headers):
 
 def findings(project, fix=False):
     includes = Includes(project)
+    for path in project.ending(".mm"):
+        if "gmock/gmock.h" in includes.of(path):
+            reason = (
+                "GCC 14 cannot read <gmock/gmock.h> in Objective-C++, nor by a header of ours; "
+                "<gmock/gmock-more-matchers.h> it can"
+            )
+            yield Finding(path, 1, reason, "gmock")
     for path in project.cpp:
         missing = includes.missing(path)
         if missing and fix:
