@@ -13,8 +13,10 @@ function(make_plugin_bundle target name folder dialog)
   set(bundle ${CMAKE_BINARY_DIR}/${name}.bundle)
   set_target_properties(${target} PROPERTIES
     OUTPUT_NAME ${name} PREFIX "" SUFFIX "" LIBRARY_OUTPUT_DIRECTORY ${bundle})
+  # The property list names the project's version.
+  configure_file(${folder}/Info-gnustep.plist ${bundle}/Resources/Info-gnustep.plist)
   set(copies)
-  foreach(resource IN ITEMS Info-gnustep.plist ${dialog} ${ARGN})
+  foreach(resource IN ITEMS ${dialog} ${ARGN})
     set(source ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/${resource})
     # GNUstep's list of languages has two codes for Hebrew and knows the older one alone. It finds
     # each language by its English name, too.

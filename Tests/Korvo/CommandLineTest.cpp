@@ -8,6 +8,7 @@ using korvo::application::ImportFiles;
 using korvo::application::parseCommandLine;
 using korvo::application::RunHost;
 using korvo::application::ShowHelp;
+using korvo::application::ShowVersion;
 using testing::HasSubstr;
 
 namespace {
@@ -62,6 +63,10 @@ TEST(CommandLine, HelpGoesBeforeEverythingElse) {
   EXPECT_TRUE(std::holds_alternative<ShowHelp>(*parse({"--help"})));
   EXPECT_TRUE(std::holds_alternative<ShowHelp>(*parse({"-h"})));
   EXPECT_TRUE(std::holds_alternative<ShowHelp>(*parse({"import", "--help"})));
+}
+
+TEST(CommandLine, TheVersionIsTold) {
+  EXPECT_TRUE(std::holds_alternative<ShowVersion>(*parse({"--version"})));
 }
 
 TEST(CommandLine, ImportTakesFilesAndALibrary) {

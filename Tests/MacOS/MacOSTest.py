@@ -1,6 +1,8 @@
 """MacOSTest.py DIRECTORY [TEST…]: looks at what build-all built in DIRECTORY, and puts in mistakes
 to see them noticed."""
 
+import plistlib
+import re
 import shutil
 import subprocess
 import sys
@@ -48,6 +50,13 @@ class MacOSLayout(Temporary):
             [path.name for path in self.directory.iterdir()], ["KorvoMellelPlugin.bundle"]
         )
         self.assertEqual(faults_of_plugin(self.directory / "KorvoMellelPlugin.bundle"), [])
+
+    def test_the_plug_in_tells_the_projects_version(self):
+        project = (crossbuild.PROJECT / "CMakeLists.txt").read_text()
+        [version] = re.findall(r"^project\(.* VERSION ([0-9.]+)", project, re.MULTILINE)
+        information = plistlib.loads((BUILT.plugin / "Contents/Info.plist").read_bytes())
+        for key in ("CFBundleShortVersionString", "CFBundleVersion"):
+            self.assertEqual(information[key], version)
 
     def test_a_missing_resource_is_noticed(self):
         for resource in bundles.PLUGIN_RESOURCES:
@@ -156,16 +165,20 @@ class MacOSPropertyLists(unittest.TestCase):
         self.assertEqual(plists.disagreements(self.gnustep, self.macos), [])
 
     def test_one_that_says_something_else_is_noticed(self):
+        other = self.gnustep.replace('"${PROJECT_VERSION}"', '"3.0"')
         self.assertEqual(
-            plists.disagreements(self.gnustep.replace('"2.0"', '"3.0"'), self.macos),
-            ["CFBundleShortVersionString is 3.0, and CFBundleShortVersionString is 2.0"],
+            plists.disagreements(other, self.macos),
+            [
+                "CFBundleShortVersionString is 3.0, "
+                "and CFBundleShortVersionString is ${PROJECT_VERSION}"
+            ],
         )
         self.assertEqual(
             plists.disagreements(self.gnustep, self.macos.replace(b"KorvoMellelAgent", b"Agent")),
             ["NSPrincipalClass is KorvoMellelAgent, and NSPrincipalClass is Agent"],
         )
         self.assertEqual(
-            plists.disagreements(self.gnustep.replace("}", '  NSIcon = "a";\n}'), self.macos),
+            plists.disagreements(self.gnustep.replace("\n}", '\n  NSIcon = "a";\n}'), self.macos),
             ["only GNUstep's has NSIcon"],
         )
 

@@ -123,6 +123,9 @@ std::expected<Command, std::string> parseCommandLine(std::span<const std::string
     if (argument == "--help" || argument == "-h") {
       return ShowHelp{};
     }
+    if (argument == "--version") {
+      return ShowVersion{};
+    }
     if (!isKnown(argument)) {
       return unknown(argument);
     }
@@ -152,6 +155,7 @@ Shows libraries of references and serves the word processor through its plug-in.
                          repeatable; without it the remembered favorites
   --default-style STYLE  the style where no other is named
   --select TAG[,TAG]...  select references by identifier or author and year
+  --version              prints the version
   --help                 this text
 
   import                 puts the references of other programs' files into LIBRARY,

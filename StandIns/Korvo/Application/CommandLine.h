@@ -18,6 +18,10 @@ struct ShowHelp {
   bool operator==(const ShowHelp &) const = default;
 };
 
+struct ShowVersion {
+  bool operator==(const ShowVersion &) const = default;
+};
+
 struct RunHost {
   std::vector<std::filesystem::path> libraries;  // at least one; the first is the current one
   std::optional<std::filesystem::path> plugIn;
@@ -35,7 +39,7 @@ struct ImportFiles {
   bool operator==(const ImportFiles &) const = default;
 };
 
-using Command = std::variant<ShowHelp, RunHost, ImportFiles>;
+using Command = std::variant<ShowHelp, ShowVersion, RunHost, ImportFiles>;
 
 // The arguments without the program's name. The error is one line.
 std::expected<Command, std::string> parseCommandLine(std::span<const std::string_view> arguments);

@@ -5,6 +5,7 @@
 #include "RunCommand.h"
 
 #include <StandIns/Terminal/Output.h>
+#include <StandIns/Terminal/Version.h>
 
 #import <Foundation/Foundation.h>
 
@@ -21,6 +22,10 @@ constexpr int badArgument = 2;
 int carryOut(const korvo::application::Command &command, const std::filesystem::path &program) {
   if (std::holds_alternative<korvo::application::ShowHelp>(command)) {
     terminal::print(korvo::application::helpText());
+    return EXIT_SUCCESS;
+  }
+  if (std::holds_alternative<korvo::application::ShowVersion>(command)) {
+    terminal::print(terminal::versionLine("korvo"));
     return EXIT_SUCCESS;
   }
   if (const auto *import = std::get_if<korvo::application::ImportFiles>(&command)) {

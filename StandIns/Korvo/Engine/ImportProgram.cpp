@@ -1,8 +1,12 @@
 // korvo-reader FILE MEBIBYTES SECONDS PARENT: reads a library file within these bounds, and tells
 // what is in it on a descriptor that it was started with. Nobody but korvo starts it.
+// korvo-reader --version: tells whether it is the one that belongs to a korvo.
 #include "ImportExit.h"
 #include "ImportPipe.h"
 #include "LibraryImporter.h"
+
+#include <StandIns/Terminal/Output.h>
+#include <StandIns/Terminal/Version.h>
 
 #include <sys/prctl.h>
 #include <sys/resource.h>
@@ -13,6 +17,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <string>
+#include <string_view>
 #include <thread>
 
 namespace {
@@ -51,6 +56,10 @@ void endAfter(unsigned long seconds) {
 }  // namespace
 
 int main(int argc, char **argv) {
+  if (argc == 2 && std::string_view(argv[1]) == "--version") {
+    terminal::print(terminal::versionLine("korvo-reader"));
+    return EXIT_SUCCESS;
+  }
   if (argc != 5) {
     return wrongUsage;
   }

@@ -16,6 +16,7 @@
 #include <StandIns/Mellel/Documents/Files.h>
 #include <StandIns/Mellel/RTF/DocumentRewriting.h>
 #include <StandIns/Terminal/Output.h>
+#include <StandIns/Terminal/Version.h>
 
 #include <algorithm>
 #include <string>
@@ -239,7 +240,7 @@ struct Runner {
     return {};
   }
   std::expected<void, Failure> operator()(const VersionOptions &) const {
-    terminal::print(terminal::Words("mellel " MELLEL_VERSION "\n"));
+    terminal::print(terminal::versionLine("mellel"));
     return {};
   }
 };
