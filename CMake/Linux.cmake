@@ -1,10 +1,11 @@
 # What is particular to a build for Linux. Darwin.cmake defines the same names.
 
 include(GNUstep)
+include(Installation)
 find_package(GTest REQUIRED)
 
 # The rooms that are built beside the product.
-set(platform_rooms Platform StandIns Tests/Support Benchmarks Fuzzing Tests)
+set(platform_rooms Platform StandIns Packaging Tests/Support Benchmarks Fuzzing Tests)
 
 # make_plugin_bundle(TARGET NAME FOLDER DIALOG.xib TABLE…): makes the module TARGET a bundle
 # NAME.bundle with the property list, the dialog and the tables of texts that lie in FOLDER.
@@ -36,6 +37,7 @@ function(make_plugin_bundle target name folder dialog)
   endforeach()
   add_custom_target(${target}Resources DEPENDS ${copies})
   add_dependencies(${target} ${target}Resources)
+  install_bundle(${target} ${bundle})
 endfunction()
 
 # make_application(TARGET NAME FOLDER): makes the executable TARGET a program that shows windows and

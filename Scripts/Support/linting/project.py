@@ -76,7 +76,7 @@ class Project:
 
     @property
     def shell(self):
-        return self.ending(".sh") + self._run_by("bash")
+        return self.ending(".sh", ".bash") + self._run_by("bash")
 
     @property
     def cmake(self):
