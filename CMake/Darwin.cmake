@@ -4,14 +4,15 @@ include(Cocoa)
 include(Signing)
 find_program(IBTOOL ibtool REQUIRED)
 
-# Beside the product, a Mac builds what tests it there, as far as it has what they take.
-set(platform_rooms)
+# Beside the product, a Mac builds the tool for conversations, and what tests the product there, as
+# far as it has what they take.
+set(platform_rooms StandIns/Terminal Tools/AppleEvents)
 find_package(GTest)
 if(GTest_FOUND)
   find_package(EXPAT)
   find_package(nlohmann_json)
   if(EXPAT_FOUND AND nlohmann_json_FOUND)
-    set(platform_rooms Tests/Support Tests/Formats)
+    list(APPEND platform_rooms Tests/Support Tests/Formats)
   endif()
 endif()
 list(APPEND platform_rooms Tests/MacOS/Handshake Tests/MacOS/Dialog)

@@ -5,7 +5,8 @@ include(Installation)
 find_package(GTest REQUIRED)
 
 # The rooms that are built beside the product.
-set(platform_rooms Platform StandIns Packaging Tests/Support Benchmarks Fuzzing Tests)
+set(platform_rooms
+  Platform StandIns Tools/AppleEvents Packaging Tests/Support Benchmarks Fuzzing Tests)
 
 # make_plugin_bundle(TARGET NAME FOLDER DIALOG.xib TABLE…): makes the module TARGET a bundle
 # NAME.bundle with the property list, the dialog and the tables of texts that lie in FOLDER.

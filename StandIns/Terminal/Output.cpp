@@ -2,18 +2,27 @@
 
 #include <unistd.h>
 
-#include <iostream>
+#include <cstdio>
 
 namespace terminal {
 
-void print(const TerminalText &text) { std::cout << text.text() << std::flush; }
+namespace {
 
-void printError(const TerminalText &text) { std::cerr << text.text() << std::flush; }
+void write(std::FILE *stream, std::string_view bytes) {
+  std::fwrite(bytes.data(), 1, bytes.size(), stream);
+  std::fflush(stream);
+}
+
+}  // namespace
+
+void print(const TerminalText &text) { write(stdout, text.text()); }
+
+void printError(const TerminalText &text) { write(stderr, text.text()); }
 
 bool isShown() { return isatty(STDOUT_FILENO) == 1; }
 
-void passOn(std::string_view bytes) { std::cout << bytes << std::flush; }
+void passOn(std::string_view bytes) { write(stdout, bytes); }
 
-bool wasPrinted() { return std::cout.good(); }
+bool wasPrinted() { return std::ferror(stdout) == 0; }
 
 }  // namespace terminal

@@ -18,6 +18,7 @@ ROOMS = (
     "Plugin",
     "StandIns",
     "Tests",
+    "Tools",
 )
 BESIDE_THE_PRODUCT = ("Benchmarks", "Fuzzing", "Tests")
 INCLUDE = re.compile(r'^\s*#\s*(?:include|import)\s*[<"]([^">]+)[">]', re.MULTILINE)

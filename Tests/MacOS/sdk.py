@@ -25,6 +25,16 @@ extern FILE *__{name}p;
     for name in ("stdin", "stdout", "stderr")
 )
 
+# And of where errno is.
+ERRNO = """
+#ifdef __cplusplus
+extern "C"
+#endif
+int *__error(void);
+#undef errno
+#define errno (*__error())
+"""
+
 
 def with_macos_settings(config_site):
     """libc++'s settings as Apple builds it: what came with which macOS is marked. What depends on
@@ -41,6 +51,8 @@ def copy_headers(include):
     shutil.copytree(f"/usr/include/{platform.machine()}-linux-musl", include)
     with (include / "stdio.h").open("a") as stdio:
         stdio.write(STREAMS)
+    with (include / "errno.h").open("a") as errno:
+        errno.write(ERRNO)
     libcxx = include / "c++" / "v1"
     shutil.copytree(LLVM / "include" / "c++" / "v1", libcxx)
     site = libcxx / "__config_site"

@@ -59,7 +59,9 @@ WHERE_THE_LOG_IS_SENT = "StandIns/Korvo/Application/LogOutput.mm"
 def printing(project):
     """What a program prints may hold names and texts of others."""
     for path in project.ending(".cpp", ".h", ".mm", ".m"):
-        if not path.startswith("StandIns/") or path in (WHERE_PRINTING_IS, WHERE_THE_LOG_IS_SENT):
+        if not path.startswith(("StandIns/", "Tools/")):
+            continue
+        if path in (WHERE_PRINTING_IS, WHERE_THE_LOG_IS_SENT):
             continue
         source = without_comments(project.read(path))
         for found in PRINTING.finditer(source):

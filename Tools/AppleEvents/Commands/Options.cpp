@@ -1,0 +1,103 @@
+#include "Options.h"
+
+#include "Arguments.h"
+
+#include <Tools/AppleEvents/Payloads/EventKinds.h>
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <utility>
+
+namespace appleevents {
+
+namespace {
+
+using Parsed = std::expected<Command, std::string>;
+
+std::string inQuotationMarks(std::string_view text) { return '"' + std::string(text) + '"'; }
+
+Parsed explainCommand(const Arguments &arguments) {
+  constexpr std::size_t withCodes = 3;
+  const auto &words = arguments.words();
+  if (words.size() != 1 && words.size() != withCodes) {
+    return std::unexpected("explain needs a file, or a class, an ID and a file");
+  }
+  ExplainOptions options{.input = words.back(),
+                         .isReply = arguments.has("--reply"),
+                         .asJSON = arguments.has("--json")};
+  if (arguments.has("--hex") && arguments.has("--bytes")) {
+    return std::unexpected("--hex and --bytes exclude each other");
+  }
+  if (arguments.has("--hex")) {
+    options.form = InputForm::hexadecimal;
+  } else if (arguments.has("--bytes")) {
+    options.form = InputForm::bytes;
+  }
+  if (words.size() == withCodes) {
+    options.eventClass = readCode(words[0]);
+    options.eventID = readCode(words[1]);
+    if (!options.eventClass || !options.eventID) {
+      return std::unexpected(inQuotationMarks(options.eventClass ? words[1] : words[0]) +
+                             " is no code of four characters");
+    }
+  }
+  return options;
+}
+
+struct Entry {
+  CommandSyntax syntax;
+  Parsed (*make)(const Arguments &);
+};
+
+const std::array<Entry, 1> &entries() {
+  static const std::array<Entry, 1> all = {
+      {{{.name = "explain", .flags = {"--reply", "--hex", "--bytes", "--json"}}, explainCommand}}};
+  return all;
+}
+
+}  // namespace
+
+Parsed parseOptions(std::span<const char *const> arguments) {
+  if (arguments.empty()) {
+    return std::unexpected("a command is missing; appleevents --help lists them");
+  }
+  const std::string_view name = arguments.front();
+  const bool asksForHelp = name == "--help" || name == "-h" ||
+                           (arguments.size() > 1 && std::string_view(arguments[1]) == "--help");
+  if (asksForHelp) {
+    return HelpOptions{};
+  }
+  if (name == "--version") {
+    return VersionOptions{};
+  }
+  const auto entry =
+      std::ranges::find(entries(), name, [](const Entry &each) { return each.syntax.name; });
+  if (entry == entries().end()) {
+    return std::unexpected("there is no command " + inQuotationMarks(name) +
+                           "; appleevents --help lists them");
+  }
+  const auto sorted = Arguments::sort(entry->syntax, arguments.subspan(1));
+  if (!sorted) {
+    return std::unexpected(sorted.error());
+  }
+  return entry->make(*sorted);
+}
+
+terminal::Words helpText() {
+  return R"(appleevents: looks at what a word processor and its reference manager say to each other.
+
+  appleevents explain [CLASS ID] [--reply] [--hex | --bytes] [--json] FILE
+      Says field by field what the data of an event means, and what about it breaks a rule.
+      FILE has the bytes, or a hex dump of them, or the log of a program on macOS that ran with
+      AEDebugSends=1 or AEDebugReceives=1; - is standard input. CLASS and ID are those of the
+      event, mLeL SCNQ; without them they are taken from the log, or guessed. --reply: the data
+      is that of the event's reply. --hex and --bytes say what FILE has, where it looks
+      otherwise. --json prints one line for each event, for programs to read.
+  appleevents --version, appleevents --help
+
+Status: 0 done, 1 a rule is broken, 2 wrong usage, 4 FILE cannot be read.
+)";
+}
+
+}  // namespace appleevents

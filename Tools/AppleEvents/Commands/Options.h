@@ -1,0 +1,38 @@
+// The command line.
+#pragma once
+
+#include <Formats/FourCharacterCode.h>
+#include <StandIns/Terminal/TerminalText.h>
+#include <Tools/AppleEvents/Payloads/EventInput.h>
+
+#include <expected>
+#include <optional>
+#include <span>
+#include <string>
+#include <variant>
+
+namespace appleevents {
+
+struct ExplainOptions {
+  std::string input;
+  // Both or none.
+  std::optional<formats::FourCharacterCode> eventClass = std::nullopt;
+  std::optional<formats::FourCharacterCode> eventID = std::nullopt;
+  bool isReply = false;
+  InputForm form = InputForm::asFound;
+  bool asJSON = false;
+};
+
+struct HelpOptions {};
+
+struct VersionOptions {};
+
+using Command = std::variant<ExplainOptions, HelpOptions, VersionOptions>;
+
+// The arguments without the program's name. The error is one line.
+std::expected<Command, std::string> parseOptions(std::span<const char *const> arguments);
+
+// What --help prints.
+terminal::Words helpText();
+
+}  // namespace appleevents
