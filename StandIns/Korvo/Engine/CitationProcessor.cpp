@@ -215,8 +215,15 @@ std::expected<FormattedDocument, std::string> CitationProcessor::formatDocument(
     return readLocaleFile(locales_, formats::encodeUTF8(name));
   };
   const std::array<JSValueRef, 2> arguments = {request, machine.makeFunction(readLocale)};
-  const auto answer = machine_->script->call("formatDocument", arguments);
+  std::size_t cites = 0;
+  for (const CiteGroup &group : groups) {
+    cites += group.size();
+  }
+  const auto answer = machine_->script->call("formatDocument", arguments, limits_.forCites(cites));
   if (!answer) {
+    if (machine.isSpent()) {
+      machine_.reset();
+    }
     return std::unexpected("style \"" + style.name.title + "\": " + answer.error());
   }
   return FormattedDocument{.groups = readGroups(machine, *answer),

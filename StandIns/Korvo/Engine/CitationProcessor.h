@@ -10,7 +10,10 @@
 
 #include "FormattedText.h"
 #include "StyleCatalog.h"
+#include "WorkLimit.h"
 
+#include <chrono>
+#include <cstddef>
 #include <expected>
 #include <filesystem>
 #include <functional>
@@ -22,6 +25,19 @@
 #include <vector>
 
 namespace korvo::engine {
+
+// What a document may take before its style is held to be one that never ends: macros can double
+// what they print at every step. An ordinary style takes less than a twentieth of the time, and a
+// fourth of the memory.
+struct DocumentLimits {
+  WorkLimit document{.time = std::chrono::seconds(30), .bytes = std::size_t{1} << 30U};
+  WorkLimit cite{.time = std::chrono::milliseconds(10), .bytes = std::size_t{16} << 10U};  // each
+
+  WorkLimit forCites(std::size_t count) const {
+    return {.time = document.time + cite.time * count,
+            .bytes = document.bytes + cite.bytes * count};
+  }
+};
 
 // One cited work at one place of the document, with what the author asked for there.
 // Texts are UTF-16; lone surrogates are printed as U+FFFD, control characters not at all.
@@ -71,6 +87,8 @@ class CitationProcessor {
                                                                std::span<const CiteGroup> groups,
                                                                bool wantsBibliography);
 
+  void setLimits(const DocumentLimits &limits) { limits_ = limits; }
+
   // Frees what earlier documents left behind. For moments of rest: some tens of milliseconds.
   void giveBackMemory() const;
 
@@ -80,6 +98,7 @@ class CitationProcessor {
 
   std::filesystem::path locales_;
   std::string_view script_;
+  DocumentLimits limits_;
   std::unique_ptr<Machine> machine_;
 };
 

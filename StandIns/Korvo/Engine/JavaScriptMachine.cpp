@@ -3,12 +3,24 @@
 #include <Formats/OneLine.h>
 #include <Formats/Unicode.h>
 
-#include <cmath>
-#include <exception>
+#include <unistd.h>
 
-// Every JavaScriptCore exports it, and no public header declares it. The public JSGarbageCollect
-// only asks a run loop that this process does not run. Null where a release has it no more.
-extern "C" void JSSynchronousGarbageCollectForDebugging(JSContextRef context) __attribute__((weak));
+#include <chrono>
+#include <cmath>
+#include <ctime>
+#include <exception>
+#include <fstream>
+
+// Every JavaScriptCore exports these, and no public header declares them; null where a release has
+// them no more. The public JSGarbageCollect only asks a run loop that this process does not run.
+// The limit is of processor time, for each entry into the machine; the answer true ends the script.
+extern "C" {
+void JSSynchronousGarbageCollectForDebugging(JSContextRef context) __attribute__((weak));
+void JSContextGroupSetExecutionTimeLimit(JSContextGroupRef group, double seconds,
+                                         bool (*isToEnd)(JSContextRef context, void *data),
+                                         void *data) __attribute__((weak));
+void JSContextGroupClearExecutionTimeLimit(JSContextGroupRef group) __attribute__((weak));
+}
 
 namespace korvo::engine {
 
@@ -71,6 +83,73 @@ JSValueRef callTextFunction(JSContextRef context, JSObjectRef function, JSObject
   return JSValueMakeUndefined(context);
 }
 
+// Processor time of this thread, on which the machine works.
+std::chrono::nanoseconds timeOfThread() {
+  timespec time{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+  return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
+// What the process holds in memory, in bytes; 0 where the system does not say.
+std::size_t residentBytes() {
+  std::ifstream statistics("/proc/self/statm");
+  std::size_t allPages = 0;
+  std::size_t residentPages = 0;
+  statistics >> allPages >> residentPages;
+  return residentPages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+}
+
+// Looks, while a script runs, ten times a second whether it takes more than it may.
+class Watch {
+ public:
+  Watch(JSContextRef context, std::optional<WorkLimit> limit)
+      : group_(JSContextGetGroup(context)), limit_(limit) {
+    if (limit_ && JSContextGroupSetExecutionTimeLimit != nullptr) {
+      startTime_ = timeOfThread();
+      startBytes_ = residentBytes();
+      lookSoon();
+    }
+  }
+  ~Watch() {
+    if (limit_ && JSContextGroupClearExecutionTimeLimit != nullptr) {
+      JSContextGroupClearExecutionTimeLimit(group_);
+    }
+  }
+  Watch(const Watch &) = delete;
+  Watch &operator=(const Watch &) = delete;
+
+  // Why the script was ended; empty where it was not.
+  const std::string &excess() const { return excess_; }
+
+ private:
+  static bool look(JSContextRef /*context*/, void *watch) {
+    auto *self = static_cast<Watch *>(watch);
+    self->lookSoon();
+    return self->takesTooMuch();
+  }
+
+  // The machine asks once for each time that it is told to.
+  void lookSoon() { JSContextGroupSetExecutionTimeLimit(group_, 0.1, look, this); }
+
+  bool takesTooMuch() {
+    if (timeOfThread() - startTime_ > limit_->time) {
+      excess_ = "it takes more than " +
+                std::to_string(std::chrono::floor<std::chrono::seconds>(limit_->time).count()) +
+                " s of work";
+    } else if (const std::size_t bytes = residentBytes();
+               bytes > startBytes_ && bytes - startBytes_ > limit_->bytes) {
+      excess_ = "it takes more than " + std::to_string(limit_->bytes >> 20U) + " MiB of memory";
+    }
+    return !excess_.empty();
+  }
+
+  JSContextGroupRef group_;
+  std::optional<WorkLimit> limit_;
+  std::chrono::nanoseconds startTime_{};
+  std::size_t startBytes_ = 0;
+  std::string excess_;
+};
+
 }  // namespace
 
 JavaScriptMachine::JavaScriptMachine() : context_(JSGlobalContextCreate(nullptr)) {
@@ -98,15 +177,20 @@ std::expected<std::unique_ptr<JavaScriptMachine>, std::string> JavaScriptMachine
 }
 
 std::expected<JSObjectRef, std::string> JavaScriptMachine::call(
-    const char *function, std::span<const JSValueRef> arguments) {
+    const char *function, std::span<const JSValueRef> arguments, std::optional<WorkLimit> limit) {
   JSObjectRef script = objectProperty(JSContextGetGlobalObject(context_), "korvo");
   JSObjectRef callee = objectProperty(script, function);
   if (callee == nullptr || !JSObjectIsFunction(context_, callee)) {
     return std::unexpected(std::string("the script has no function ") + function);
   }
+  Watch watch(context_, limit);
   JSValueRef exception = nullptr;
   JSValueRef result = JSObjectCallAsFunction(context_, callee, script, arguments.size(),
                                              arguments.data(), &exception);
+  if (!watch.excess().empty()) {
+    isSpent_ = true;
+    return std::unexpected(watch.excess());
+  }
   if (exception != nullptr) {
     return std::unexpected(describe(exception));
   }

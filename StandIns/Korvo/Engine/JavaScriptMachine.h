@@ -5,6 +5,8 @@
 // exception of either language crosses the border.
 #pragma once
 
+#include "WorkLimit.h"
+
 #include <JavaScriptCore/JavaScript.h>
 
 #include <expected>
@@ -32,8 +34,12 @@ class JavaScriptMachine {
 
   // Values live as long as the machine's collector finds them: in an object of the
   // machine, or in a local variable of the C++ functions that are running.
+  // A call that takes more than the limit ends with an error. What it left half done nobody knows,
+  // so the machine is spent then, only fit to be destroyed.
   std::expected<JSObjectRef, std::string> call(const char *function,
-                                               std::span<const JSValueRef> arguments);
+                                               std::span<const JSValueRef> arguments,
+                                               std::optional<WorkLimit> limit = std::nullopt);
+  bool isSpent() const { return isSpent_; }
 
   // Frees what no script can reach any more: some tens of milliseconds. Left to itself the machine
   // does so only when its heap has become several times as large as what it needs.
@@ -61,6 +67,7 @@ class JavaScriptMachine {
   JavaScriptMachine();
   std::string describe(JSValueRef exception) const;
 
+  bool isSpent_ = false;
   JSGlobalContextRef context_;
   JSClassRef textFunctionClass_;
 };
