@@ -14,7 +14,6 @@ using testing::HasSubstr;
 
 // Clears the screen, forges a line, and turns round what stands behind it.
 const std::string hostileName = "a\x1B[2J\nwrote: forged\r\u009B1m\u202Efdp\u2066\u2028\x07\x7F";
-// GNUstep ends a program with such an argument before its main function.
 const std::string noUTF8 = "\xFF";
 
 // Only what the programs themselves end is a line, and no byte commands anything.
@@ -59,6 +58,41 @@ TEST_F(HostileNames, OfLibrariesCommandNoTerminal) {
     EXPECT_THAT(refused.standardError, HasSubstr("forged"));
     expectHarmless(refused.standardError);
   }
+}
+
+// GNUstep would end the host for each of these, in words of its own, before its main function.
+TEST_F(HostileNames, ThatAreNotUTF8AreRefusedInALine) {
+  for (const std::string &end :
+       {noUTF8, std::string("\x80"), std::string("\xC1\xBF"), std::string("\xE2\x82"),
+        std::string("\xE0\x9F\xBF"), std::string("\xED\xA0\x80"), std::string("\xF0\x8F\xBF\xBF"),
+        std::string("\xF4\x90\x80\x80"), std::string("\xF5\x80\x80\x80")}) {
+    for (const std::string &word : {"a" + end, end + ".bib", "\u20AC" + end}) {
+      const Result refused = run({program("korvo"), "import", word});
+      EXPECT_EQ(refused.status, 2);
+      EXPECT_EQ(refused.standardError,
+                "korvo: an argument is not UTF-8; give the file another name\n");
+    }
+  }
+}
+
+TEST_F(HostileNames, ThatAreUTF8AreTakenWhateverTheySay) {
+  for (const std::string word : {"\u0080", "\u07FF", "\u0800", "\uD7FF", "\uE000", "\uFFFF",
+                                 "\U00010000", "\U0010FFFF", "b\u00FCcher \U0001F4DA"}) {
+    const Result refused = run({program("korvo"), "--library", word + ".bib"});
+    EXPECT_THAT(refused.standardError, HasSubstr("cannot be read")) << word;
+    EXPECT_NE(refused.status, 0);
+  }
+}
+
+// What another program left behind there is no reason not to start.
+TEST_F(HostileNames, OfVariablesThatAreNotUTF8KeepNobodyFromStarting) {
+  const Result told = run({"/usr/bin/env",
+                           "LEFT=b\xFC"
+                           "cher",
+                           "BESIDE=\xC3\xBC", program("korvo"), "--version"});
+  EXPECT_EQ(told.status, 0) << told.standardError;
+  EXPECT_THAT(told.standardOutput, HasSubstr("korvo "));
+  EXPECT_EQ(told.standardError, "");
 }
 
 TEST_F(HostileNames, OfDocumentsAndCopiesCommandNoTerminal) {
