@@ -43,6 +43,11 @@ function(make_plugin_bundle target name folder dialog)
   install(TARGETS ${target} LIBRARY DESTINATION . COMPONENT plugin)
 endfunction()
 
+# install_program(TARGET): nothing here. On a Mac what is installed is the plug-in, into the folder
+# where its host looks for it; programs run from where they were built.
+function(install_program)
+endfunction()
+
 # make_application(TARGET NAME FOLDER): makes the executable TARGET an application NAME.app with the
 # property list and the entitlements that lie in FOLDER. The property list declares its signature.
 function(make_application target name folder)
