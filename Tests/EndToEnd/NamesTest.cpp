@@ -86,10 +86,8 @@ TEST_F(HostileNames, ThatAreUTF8AreTakenWhateverTheySay) {
 
 // What another program left behind there is no reason not to start.
 TEST_F(HostileNames, OfVariablesThatAreNotUTF8KeepNobodyFromStarting) {
-  const Result told = run({"/usr/bin/env",
-                           "LEFT=b\xFC"
-                           "cher",
-                           "BESIDE=\xC3\xBC", program("korvo"), "--version"});
+  const std::string left = "LEFT=" + noUTF8;
+  const Result told = run({"/usr/bin/env", left, "BESIDE=\u00FC", program("korvo"), "--version"});
   EXPECT_EQ(told.status, 0) << told.standardError;
   EXPECT_THAT(told.standardOutput, HasSubstr("korvo "));
   EXPECT_EQ(told.standardError, "");

@@ -54,6 +54,8 @@ PRINTING = re.compile(
 )
 WHERE_PRINTING_IS = "StandIns/Terminal/Output.cpp"
 WHERE_THE_LOG_IS_SENT = "StandIns/Korvo/Application/LogOutput.mm"
+# Its line is its own to the last byte, and no library is there yet.
+BEFORE_ANY_LIBRARY = "StandIns/Korvo/Application/BeforeGNUstep.cpp"
 
 
 def printing(project):
@@ -61,7 +63,7 @@ def printing(project):
     for path in project.ending(".cpp", ".h", ".mm", ".m"):
         if not path.startswith(("StandIns/", "Tools/")):
             continue
-        if path in (WHERE_PRINTING_IS, WHERE_THE_LOG_IS_SENT):
+        if path in (WHERE_PRINTING_IS, WHERE_THE_LOG_IS_SENT, BEFORE_ANY_LIBRARY):
             continue
         source = without_comments(project.read(path))
         for found in PRINTING.finditer(source):
