@@ -3,6 +3,7 @@
 #include "EngineDocument.h"
 
 #include <StandIns/Korvo/Engine/StyleCatalog.h>
+#include <Tests/Support/ProcessorTime.h>
 #include <Tests/Support/TemporaryDirectory.h>
 
 #include <gmock/gmock.h>
@@ -12,7 +13,6 @@
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
-#include <ctime>
 #include <filesystem>
 #include <fstream>
 
@@ -22,9 +22,6 @@ using testing::HasSubstr;
 using testing::Not;
 
 namespace {
-
-// Of this process, as a crowded machine makes the other one wobble.
-double processorSeconds() { return static_cast<double>(std::clock()) / CLOCKS_PER_SEC; }
 
 const std::string head =
     "<style xmlns=\"http://purl.org/net/xbiblio/csl\" class=\"in-text\" version=\"1.0\">"
@@ -56,7 +53,7 @@ class EngineHostileStyles : public testing::Test {
   // What comes of a document in the style of that text: its only group, or the error.
   std::string outcome(const std::string &text) {
     write("hostile.csl", text);
-    const double start = processorSeconds();
+    const auto start = test_support::processorTime();
     StyleCatalog styles = catalog();
     const auto style = styles.find("hostile");
     std::string said = style ? "" : style.error();
@@ -65,7 +62,7 @@ class EngineHostileStyles : public testing::Test {
       const auto document = processor().formatDocument(*style, lookUpIn(library()), groups, true);
       said = document ? markup(document->groups.at(0)) : document.error();
     }
-    const double time = processorSeconds() - start;
+    const double time = (test_support::processorTime() - start).count();
     EXPECT_LT(time, 5) << said;
     EXPECT_THAT(said, Not(HasSubstr("\n")));
     EXPECT_LT(said.size(), 2000U);
