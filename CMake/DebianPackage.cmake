@@ -6,11 +6,12 @@ set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGE_CONTACT
   "The authors of the Korvo-Mellel plug-in <authors@korvo-mellel.invalid>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY
-  "plug-in between a reference manager and a word processor, with stand-ins for both")
+  "plug-in between reference manager and word processor, with stand-ins")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
-"korvo shows libraries of references, formats citations in thousands of styles and loads the
-plug-in; mellel has it format the citations of RTF documents. The two talk over the message bus of
-the session, as the applications that they stand in for talk over Apple Events.")
+"korvo shows libraries of references, formats citations in thousands of
+styles and loads the plug-in; mellel has it format the citations of RTF
+documents. The two talk over the message bus of the session, as the
+applications that they stand in for talk over Apple Events.")
 set(CPACK_DEBIAN_PACKAGE_SECTION text)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_STRIP_FILES TRUE)
@@ -39,6 +40,5 @@ list(TRANSFORM needed REPLACE " *# to run$" "")
 list(JOIN needed ", " CPACK_DEBIAN_PACKAGE_DEPENDS)
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "default-dbus-session-bus | dbus-session-bus")
 
-# Debian's zsh looks for completions of packages elsewhere.
 set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/DebianPlaces.cmake)
 include(CPack)
