@@ -1,10 +1,14 @@
 #include "Commands.h"
 
+#include "BusCommands.h"
 #include "ExplainCommand.h"
+#include "Failure.h"
+#include "Options.h"
 
 #include <StandIns/Terminal/Output.h>
 #include <StandIns/Terminal/Version.h>
 
+#include <expected>
 #include <variant>
 
 namespace appleevents {
@@ -16,6 +20,7 @@ using Done = std::expected<Status, Failure>;
 // Runs each kind of command with its own options.
 struct Runner {
   Done operator()(const ExplainOptions &options) const { return runExplain(options); }
+  Done operator()(const RecordOptions &options) const { return record(options); }
   Done operator()(const HelpOptions &) const {
     terminal::print(helpText());
     return Status::done;
@@ -26,8 +31,26 @@ struct Runner {
   }
 };
 
+int failed(const Failure &failure) {
+  complain(failure.line);
+  return static_cast<int>(failure.status);
+}
+
 }  // namespace
 
-Done run(const Command &command) { return std::visit(Runner(), command); }
+int run(std::span<const char *const> arguments) {
+  const auto command = parseOptions(arguments);
+  if (!command) {
+    return failed({Status::wrongUsage, command.error()});
+  }
+  const Done done = std::visit(Runner(), *command);
+  if (!done) {
+    return failed(done.error());
+  }
+  if (!terminal::wasPrinted()) {
+    return failed({Status::brokenInput, "cannot write to standard output"});
+  }
+  return static_cast<int>(*done);
+}
 
 }  // namespace appleevents

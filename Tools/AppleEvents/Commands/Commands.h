@@ -1,13 +1,12 @@
-// What the commands do. Results go to standard output; a failure is the caller's to tell.
+// What the process does.
 #pragma once
 
-#include "Failure.h"
-#include "Options.h"
-
-#include <expected>
+#include <span>
 
 namespace appleevents {
 
-std::expected<Status, Failure> run(const Command &command);
+// Carries out what the arguments (without the program's name) ask for: results go to standard
+// output, what is wrong is one line on standard error. The exit status.
+int run(std::span<const char *const> arguments);
 
 }  // namespace appleevents

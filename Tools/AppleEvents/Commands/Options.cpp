@@ -45,14 +45,34 @@ Parsed explainCommand(const Arguments &arguments) {
   return options;
 }
 
+Parsed recordCommand(const Arguments &arguments) {
+  const auto output = arguments.value("-o");
+  if (!arguments.words().empty()) {
+    return std::unexpected("record has no use for " + inQuotationMarks(arguments.words().front()) +
+                           "; a command stands behind --");
+  }
+  if (!output || output->empty()) {
+    return std::unexpected("record needs -o and a file");
+  }
+  return RecordOptions{.output = *output,
+                       .isAnonymous = arguments.has("--anonymous"),
+                       .hasTimes = !arguments.has("--no-times"),
+                       .command = arguments.command()};
+}
+
 struct Entry {
   CommandSyntax syntax;
   Parsed (*make)(const Arguments &);
 };
 
-const std::array<Entry, 1> &entries() {
-  static const std::array<Entry, 1> all = {
-      {{{.name = "explain", .flags = {"--reply", "--hex", "--bytes", "--json"}}, explainCommand}}};
+const std::array<Entry, 2> &entries() {
+  static const std::array<Entry, 2> all = {
+      {{{.name = "explain", .flags = {"--reply", "--hex", "--bytes", "--json"}}, explainCommand},
+       {{.name = "record",
+         .flags = {"--anonymous", "--no-times"},
+         .values = {"-o"},
+         .commandOption = "--"},
+        recordCommand}}};
   return all;
 }
 
@@ -94,9 +114,15 @@ terminal::Words helpText() {
       event, mLeL SCNQ; without them they are taken from the log, or guessed. --reply: the data
       is that of the event's reply. --hex and --bytes say what FILE has, where it looks
       otherwise. --json prints one line for each event, for programs to read.
+  appleevents record -o FILE [--anonymous] [--no-times] [-- COMMAND...]
+      Writes down every event on the session bus, with its reply, until COMMAND ends or, without
+      one, until interrupted. --anonymous replaces the words that authors wrote by others of the
+      same length, so that the recording can be sent to strangers. --no-times leaves the times
+      out, so that two recordings of the same conversation are the same.
   appleevents --version, appleevents --help
 
-Status: 0 done, 1 a rule is broken, 2 wrong usage, 4 FILE cannot be read.
+Status: 0 done, 1 a rule is broken or COMMAND failed, 2 wrong usage, 3 no session bus, 4 a file
+cannot be read or written.
 )";
 }
 

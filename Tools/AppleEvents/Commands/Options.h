@@ -10,6 +10,7 @@
 #include <span>
 #include <string>
 #include <variant>
+#include <vector>
 
 namespace appleevents {
 
@@ -23,11 +24,19 @@ struct ExplainOptions {
   bool asJSON = false;
 };
 
+struct RecordOptions {
+  std::string output;
+  bool isAnonymous = false;
+  bool hasTimes = true;
+  // Recorded until it ends; without one, until a signal comes.
+  std::optional<std::vector<std::string>> command = std::nullopt;
+};
+
 struct HelpOptions {};
 
 struct VersionOptions {};
 
-using Command = std::variant<ExplainOptions, HelpOptions, VersionOptions>;
+using Command = std::variant<ExplainOptions, RecordOptions, HelpOptions, VersionOptions>;
 
 // The arguments without the program's name. The error is one line.
 std::expected<Command, std::string> parseOptions(std::span<const char *const> arguments);
