@@ -5,12 +5,15 @@ _appleevents() {
   local word=${COMP_WORDS[COMP_CWORD]} options=
   COMPREPLY=()
   if [[ $COMP_CWORD -eq 1 ]]; then
-    mapfile -t COMPREPLY < <(compgen -W 'explain --version --help' -- "$word")
+    mapfile -t COMPREPLY < <(compgen -W 'explain record --version --help' -- "$word")
     return
   fi
   case ${COMP_WORDS[1]} in
     explain)
       options='--reply --hex --bytes --json'
+      ;;
+    record)
+      options='-o --anonymous --no-times'
       ;;
   esac
   if [[ $word == -* ]]; then
