@@ -110,6 +110,11 @@ class SourceArchive(unittest.TestCase):
         self.assertGreater(len(committed), 500)
         self.assertEqual(places.files_of(self.sources), committed)
 
+    def test_lint_says_in_one_line_that_it_wants_a_clone(self):
+        finished = subprocess.run([self.sources / "Scripts/lint"], capture_output=True, text=True)
+        self.assertEqual((finished.returncode, finished.stdout), (2, ""))
+        self.assertRegex(finished.stderr, r"\Alint: .* is no clone: .*\n\Z")
+
     def test_it_can_be_configured(self):
         said = places.run("cmake", "-S", self.sources, "-B", self.directory / "b", "-G", "Ninja")
         self.assertIn("Generating done", said)

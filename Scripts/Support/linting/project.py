@@ -31,6 +31,8 @@ class Project:
         self.root = Path(root).resolve()
 
     def git(self, *arguments):
+        if not (self.root / ".git").exists():
+            raise LintError(f"{self.root} is no clone: nothing says which files are the project's")
         return subprocess.run(
             ["git", "-C", self.root, *arguments], capture_output=True, text=True, check=True
         ).stdout
