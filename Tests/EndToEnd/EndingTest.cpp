@@ -2,8 +2,10 @@
 #include "Applications.h"
 #include "Window.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <csignal>
@@ -26,6 +28,18 @@ class Ending : public testing::TestWithParam<int> {
     EXPECT_LT(std::chrono::steady_clock::now() - begin, atMost);
   }
 
+  // As soon as somebody has opened the pipe for reading; -1 where nobody does in twenty seconds.
+  static int openForWriting(const std::filesystem::path &pipe) {
+    for (int attempt = 0; attempt < 2000; ++attempt) {
+      const int descriptor = open(pipe.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+      if (descriptor != -1) {
+        return descriptor;
+      }
+      std::this_thread::sleep_for(10ms);
+    }
+    return -1;
+  }
+
   const TemporaryDirectory folder_;
 };
 
@@ -33,8 +47,10 @@ TEST_P(Ending, WhileALibraryIsReadFromAPipeThatNobodyFills) {
   const std::filesystem::path pipe = folder_.path() / "endless.bib";
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
   ChildProcess korvo({program("korvo"), "--library", pipe.string()});
-  std::this_thread::sleep_for(500ms);
+  const int writer = openForWriting(pipe);
+  ASSERT_NE(writer, -1) << "nobody reads it: " << korvo.standardError();
   expectEndOf(korvo, 0);
+  close(writer);
 }
 
 // Many citations of one document, each of them another one: some seconds of work.
