@@ -128,6 +128,10 @@ class Offered(unittest.TestCase):
         self.assertIn(style, self.both("mellel", "live", "-o", "out.rtf", "--style", beginning))
         self.assertIn(style, self.both("korvo", "--favorite", beginning))
         self.assertIn(style, self.both("korvo", "--default-style", beginning))
+        # bash makes three words of it.
+        self.assertIn(style, offered_by_bash("mellel", "scan", "--style", "=", beginning))
+        self.assertIn(style, offered_by_bash("korvo", "--favorite", "=", beginning))
+        self.assertIn(style, offered_by_zsh("korvo", f"--favorite={beginning}"))
 
     def test_files_that_the_program_reads_are_offered(self):
         examples = places.PROJECT / "Examples"
