@@ -3,7 +3,7 @@
 // ever.
 
 #include "Support/FailingAllocator.h"
-#import "Support/Requests.h"
+#import "Support/RequestTest.h"
 
 #include <iostream>
 

@@ -2,7 +2,7 @@
 // the agent's end, with exceptions of every kind.
 
 #import "Support/HostileHost.h"
-#import "Support/Requests.h"
+#import "Support/RequestTest.h"
 
 #include <exception>
 #include <new>

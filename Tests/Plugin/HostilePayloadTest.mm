@@ -2,7 +2,7 @@
 // payloads of other kinds. Whatever arrives, the agent does exactly what those bytes ask for, and
 // answers the next request as if nothing had been.
 
-#import "Support/Requests.h"
+#import "Support/RequestTest.h"
 
 #include <iostream>
 #include <map>

@@ -3,7 +3,7 @@
 // with nothing left behind, and the next one is served as ever.
 
 #import "Support/HostileHost.h"
-#import "Support/Requests.h"
+#import "Support/RequestTest.h"
 
 #include <iostream>
 

@@ -1,12 +1,16 @@
-#include "Requests.h"
+#include "Outcome.h"
 
 #include <Formats/CitationResolution.h>
 #include <Formats/CitationText.h>
 #include <Formats/Insertion.h>
 #include <Formats/ScanReply.h>
-#include <Formats/ScanRequest.h>
+#include <Formats/Unicode.h>
+
+#include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <initializer_list>
 #include <iterator>
 #include <unordered_set>
 
@@ -15,50 +19,6 @@ namespace {
 
 using Bytes = std::string_view;
 using namespace std::string_literals;
-
-constexpr int32_t generateCopy = 2;
-
-using Pairs = std::vector<formats::CitationPair>;
-
-const Pairs none;
-const Pairs one = {{"Smith 2001#SMI2001@45", "x"}};
-const Pairs several = {{"verified Smith 2001", "Smith 2001"},
-                       {"!%\\see \\Smith 2001\\, fig. 2\\#SMI2001@45-47;Jones 1999", ""},
-                       {"", "verified Müller"},
-                       {"Nobody 1900", "Nobody"},
-                       {"#SMI2001", "@"}};
-
-std::vector<GoldenRequest> makeGoldenRequests() {
-  return {
-      {"handshake", "IMHR", "\0\5\0\1"s},
-      {"handshake of nothing", "IMHR", std::nullopt},
-      {"insertion", "FIND", "not read"},
-      {"insertion of nothing", "FIND", std::nullopt},
-      {"lookup", "FNDN", "Smith 2001#SMI2001@45\0"s},
-      {"lookup of several", "FNDN", "Jones 1999;Smith 2001\0"s},
-      {"lookup of two matches", "FNDN", "Müller\0"s},
-      {"lookup of nobody", "FNDN", "^Nobody 1900\0"s},
-      {"lookup of nothing", "FNDN", "\0"s},
-      {"preliminary scan of none", "PRSQ", formats::encodePreliminaryScanRequest(7, none)},
-      {"preliminary scan of one", "PRSQ", formats::encodePreliminaryScanRequest(0xFFFFFFFF, one)},
-      {"preliminary scan of several", "PRSQ", formats::encodePreliminaryScanRequest(258, several)},
-      {"final scan of none", "SCNQ", formats::encodeFinalScanRequest(7, false, "APA", none)},
-      {"final scan of one", "SCNQ", formats::encodeFinalScanRequest(9, true, "APA", one)},
-      {"final scan of several", "SCNQ", formats::encodeFinalScanRequest(258, true, "APA", several)},
-      {"final scan by dialog", "SCNQ", formats::encodeFinalScanRequest(7, true, "", one)},
-      {"final scan of nothing", "SCNQ", std::nullopt},
-      {"live bibliography of none", "LVBQ",
-       formats::encodeLiveBibliographyRequest(7, true, "APA", none)},
-      {"live bibliography of one", "LVBQ",
-       formats::encodeLiveBibliographyRequest(9, false, "APA", one)},
-      {"live bibliography of several", "LVBQ",
-       formats::encodeLiveBibliographyRequest(258, true, "APA", several)},
-      {"live bibliography in no style", "LVBQ",
-       formats::encodeLiveBibliographyRequest(7, false, "", one)},
-      {"import", "SYNC", "anything"},
-      {"retired scan", "Rmci", "anything"},
-  };
-}
 
 // Bytes as if endless NULs followed them.
 class Endless {
@@ -360,12 +320,6 @@ std::string faultInLiveBibliography(std::optional<Bytes> payload, const Outcome 
              : fault;
 }
 
-std::size_t exceptionsIn(const std::vector<std::string> &lines) {
-  return static_cast<std::size_t>(std::ranges::count_if(lines, [](const std::string &line) {
-    return line.find("an exception") != std::string::npos;
-  }));
-}
-
 bool isCancelOf(std::uint32_t documentID, const Outcome &outcome) {
   return isCancel(outcome) && !outcome.reply && outcome.payloads.at(0) == cancelPayload(documentID);
 }
@@ -423,15 +377,6 @@ std::string faultInFormOfLiveBibliography(Bytes payload, const Outcome &outcome,
 
 }  // namespace
 
-const std::vector<GoldenRequest> &goldenRequests() {
-  static const std::vector<GoldenRequest> all = makeGoldenRequests();
-  return all;
-}
-
-const GoldenRequest &goldenRequestNamed(std::string_view name) {
-  return *std::ranges::find(goldenRequests(), name, &GoldenRequest::name);
-}
-
 std::ostream &operator<<(std::ostream &stream, const Outcome &outcome) {
   stream << "status " << outcome.status << ", " << outcome.activations << " activations, "
          << outcome.exceptionsLogged << " exceptions logged, error number "
@@ -444,77 +389,8 @@ std::ostream &operator<<(std::ostream &stream, const Outcome &outcome) {
   return stream;
 }
 
-RequestTest::RequestTest() {
-  host_->matches = {{"SMI2001", {"smith"}},
-                    {"Smith 2001", {"smith"}},
-                    {"Jones 1999", {"jones"}},
-                    {"Müller", {"müller 1", "müller 2"}}};
-  hostScript().split = [](NSString *group) {
-    return [group length] == 0 ? [NSArray array] : [group componentsSeparatedByString:@";"];
-  };
-  host_->selection = {{"smith", "SMI2001"}, {"jones", "JON1999"}, {"untagged", ""}};
-  for (const char *name : {"APA", "Chosen", "Standard"}) {
-    RecordingStyle *style = [host_ addStyle:name];
-    style->bibliographyRTF = "{\\rtf1 works}";
-    style->superscript = name == "APA"s;
-  }
-  host_->standardStyle = host_->styles.at("Standard");
-  chosenStyle_ = host_->styles.at("Chosen");
-  dialog_.emplace(generateCopy, chosenStyle_);
-  // As the platform's own does.
-  assertions_->raises = YES;
-}
-
-void RequestTest::forget() {
-  calls() = std::vector<std::string>();
-  carrier_.sent.clear();
-  carrier_.activated.clear();
-  host_->notices.clear();
-  assertions_->errors.clear();
-  [host_->citations removeAllObjects];
-  log_.reset();
-  log_ = std::make_unique<LogCapture>();
-}
-
-Outcome RequestTest::deliver(std::string_view eventID, std::optional<std::string_view> payload,
-                             DescType type, const Around &around) {
-  NSAutoreleasePool *pool = [[NSAutoreleasePool alloc] init];
-  setGeneratesBibliography(false);
-  setDocumentID(0);
-  forget();
-  platform::IncomingEvent event{code("mLeL"), 0, {}, eventID == "LVBQ"};
-  for (const char character : eventID) {
-    event.eventID = event.eventID << 8 | static_cast<unsigned char>(character);
-  }
-  if (payload) {
-    event.parameters.push_back(
-        {keyDirectObject, type,
-         *platform::SharedBytes::copyOf(std::as_bytes(std::span(*payload)))});
-  }
-  Answer answer;
-  const auto dispatch = [&] { answer = carrier_.deliver(event); };
-  if (around) {
-    around(dispatch);
-  } else {
-    dispatch();
-  }
-  Outcome outcome{answer.status,
-                  answer.directObject(),
-                  answer.errorNumber(),
-                  eventsSent(),
-                  {},
-                  carrier_.activated.size(),
-                  calls(),
-                  exceptionsIn(log_->lines())};
-  for (const platform::OutgoingEvent &sent : carrier_.sent) {
-    outcome.payloads.push_back(test_support::RecordingCarrier::directObject(sent));
-  }
-  [pool drain];
-  return outcome;
-}
-
-std::string RequestTest::fault(std::string_view eventID, std::optional<std::string_view> payload,
-                               const Outcome &outcome) const {
+std::string fault(std::string_view eventID, std::optional<std::string_view> payload,
+                  const Outcome &outcome) {
   if (eventID == "IMHR") {
     return faultInHandshake(outcome);
   }
@@ -538,9 +414,8 @@ std::string RequestTest::fault(std::string_view eventID, std::optional<std::stri
              : "a retired request does something";
 }
 
-std::string RequestTest::faultInForm(std::string_view eventID,
-                                     std::optional<std::string_view> payload,
-                                     const Outcome &outcome, bool hostThrew) {
+std::string faultInForm(std::string_view eventID, std::optional<std::string_view> payload,
+                        const Outcome &outcome, bool hostThrew) {
   if (outcome.status != noErr) {
     return "an exception left the handler";
   }
@@ -568,11 +443,6 @@ std::string RequestTest::faultInForm(std::string_view eventID,
     return faultInFormOfLiveBibliography(bytes, outcome, hostThrew);
   }
   return "a request that asks the host for nothing";
-}
-
-void RequestTest::useInDialog(id<KorvoBibStyle> style) {
-  dialog_.reset();
-  dialog_.emplace(generateCopy, style);
 }
 
 }  // namespace plugin_test
