@@ -39,6 +39,9 @@ class DebianPackage(unittest.TestCase):
         architecture = places.run("dpkg", "--print-architecture").strip()
         self.assertEqual(self.field("Version"), f"{VERSION}-1~deb{number}")
         self.assertEqual(self.field("Architecture"), architecture)
+        changes = self.unpacked() / "share/doc/korvo-mellel/changelog.Debian.gz"
+        first = places.run("dpkg-parsechangelog", "--file", changes, "--show-field", "Version")
+        self.assertEqual(first.strip(), self.field("Version"))
         name = f"korvo-mellel_{VERSION}-1~deb{number}_{architecture}.deb"
         self.assertEqual(self.package.name, name)
 
@@ -71,6 +74,7 @@ class DebianPackage(unittest.TestCase):
         for pattern, place in (
             ("zsh/site-functions", "zsh/vendor-completions"),
             (r"(man/man1/\w+\.1)", r"\1.gz"),
+            (r"(korvo-mellel)/CHANGELOG\.md", r"\1/changelog.gz\nshare/doc/\1/changelog.Debian.gz"),
         ):
             installed, count = re.subn(pattern, place, installed)
             self.assertGreater(count, 0, pattern)
