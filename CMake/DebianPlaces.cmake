@@ -6,9 +6,10 @@ file(RENAME ${shared}/zsh/site-functions ${shared}/zsh/vendor-completions)
 file(RENAME ${documents}/CHANGELOG.md ${documents}/changelog)
 
 # Debian's own list, of its packages of one version.
+set(version ${CPACK_PACKAGE_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})
 string(TIMESTAMP now "%a, %d %b %Y %H:%M:%S +0000" UTC)
 file(WRITE ${documents}/changelog.Debian
-"${CPACK_PACKAGE_NAME} (${CPACK_PACKAGE_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}) stable; urgency=medium
+"${CPACK_PACKAGE_NAME} (${version}) stable; urgency=medium
 
   * Made by Scripts/package; changelog.gz tells what changed.
 
