@@ -42,7 +42,8 @@ def programs_of(place):
 
 
 def demo(prefix, output):
-    """What the demo says, with the programs and the examples below the prefix."""
+    """What the demo says, with the programs and the examples below the prefix. The user speaks
+    German: the plug-in has English texts in itself, and others in its resources."""
     environment = {name: os.environ[name] for name in ("HOME", "PATH") if name in os.environ}
     return run(
         SCRIPTS / "with-desktop",
@@ -52,7 +53,7 @@ def demo(prefix, output):
         prefix / "share/doc/korvo-mellel/examples",
         output,
         "apa",
-        env={**environment, "LC_ALL": "C.UTF-8"},
+        env={**environment, "LC_ALL": "C.UTF-8", "LANGUAGE": "de"},
     )
 
 
@@ -63,7 +64,7 @@ def look_at_demo(test, prefix, output):
         test.assertIn(line, said)
     test.assertEqual(said.count("bibliography: 43 entries"), 2)
     # The host found the plug-in, and the plug-in its texts.
-    test.assertIn("Citation 13 Borda 1790: No matches were found.", said)
+    test.assertIn("Zitat 13 Borda 1790: Keine Treffer gefunden.", said)
     copies = sorted(path.name for path in output.glob("*.rtf"))
     test.assertEqual(copies, ["draft-libreoffice-apa.rtf", "draft-textedit-apa.rtf"])
 
