@@ -72,11 +72,10 @@ class Reading(unittest.TestCase):
                 self.count_in(f"desc: Trigger: Client Request: a job\nfn=(1) {name}\ntotals: 1\n")
 
     def test_code_for_every_processor_is_not(self):
-        self.assertIsNotNone(
-            self.count_in(
-                "desc: Trigger: Client Request: a job\nfn=(1) __memcpy_sse2_unaligned\ntotals: 1\n"
+        for name in ("__memcpy_sse2_unaligned", "__memset_sse2_unaligned_erms"):
+            self.assertIsNotNone(
+                self.count_in(f"desc: Trigger: Client Request: a job\nfn=(1) {name}\ntotals: 1\n")
             )
-        )
 
 
 if __name__ == "__main__":
