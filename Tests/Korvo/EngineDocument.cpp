@@ -85,8 +85,8 @@ Printed print(std::string_view styleName, const std::vector<CiteGroup> &groups,
     printed.groups.resize(groups.size());
     return printed;
   }
-  for (const korvo::engine::FormattedText &group : document->groups) {
-    printed.groups.push_back(markup(group));
+  for (std::size_t index = 0; index < document->groups.size(); ++index) {
+    printed.groups.push_back(markup(document->group(index)));
   }
   for (const korvo::engine::BibliographyEntry &entry : document->bibliography.entries) {
     const std::string first = entry.firstField ? markup(*entry.firstField) + "\t" : "";

@@ -88,8 +88,8 @@ bool usesOptions(const Draft &draft) {
 
 std::vector<std::string> textsOf(const korvo::engine::FormattedDocument &document) {
   std::vector<std::string> texts;
-  for (const korvo::engine::FormattedText &group : document.groups) {
-    texts.push_back(markup(group));
+  for (std::size_t index = 0; index < document.groups.size(); ++index) {
+    texts.push_back(markup(document.group(index)));
   }
   for (const korvo::engine::BibliographyEntry &entry : document.bibliography.entries) {
     texts.push_back(entry.itemId + ": " + markup(entry.text));

@@ -60,7 +60,7 @@ class EngineHostileStyles : public testing::Test {
     if (style) {
       const std::vector<CiteGroup> groups = {{cite("smith2001")}};
       const auto document = processor().formatDocument(*style, lookUpIn(library()), groups, true);
-      said = document ? markup(document->groups.at(0)) : document.error();
+      said = document ? markup(document->group(0)) : document.error();
     }
     const double time = (test_support::processorTime() - start).count();
     EXPECT_LT(time, 5) << said;

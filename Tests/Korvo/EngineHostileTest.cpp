@@ -156,7 +156,7 @@ TEST(EngineHostile, ALocaleOfTheSameLanguageStandsInForAMissingOne) {
   const std::vector<CiteGroup> groups = {{cite("smith2001", u"4")}};
   const auto document = processor().formatDocument(australian, lookUpIn(library()), groups, true);
   ASSERT_TRUE(document) << document.error();
-  EXPECT_EQ(markup(document->groups.at(0)), "(Smith, 2001, p. 4)");
+  EXPECT_EQ(markup(document->group(0)), "(Smith, 2001, p. 4)");
 }
 
 TEST(EngineHostile, LongTextsAreFormattedInFull) {

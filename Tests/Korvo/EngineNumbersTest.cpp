@@ -44,8 +44,8 @@ struct Answer {
 
   explicit Answer(const korvo::engine::FormattedDocument &document)
       : firstFieldCharacters(document.bibliography.firstFieldCharacters) {
-    for (const korvo::engine::FormattedText &group : document.groups) {
-      texts.push_back(markup(group));
+    for (std::size_t index = 0; index < document.groups.size(); ++index) {
+      texts.push_back(markup(document.group(index)));
     }
     for (const korvo::engine::BibliographyEntry &entry : document.bibliography.entries) {
       texts.push_back(entry.itemId + ": " + (entry.firstField ? markup(*entry.firstField) : "") +
@@ -169,7 +169,7 @@ TEST(EngineNumbersInRules, AreNotMixedUpWithControlCharactersOfAStyle) {
   const auto document = processor().formatDocument(printed, lookUpIn(items),
                                                    std::vector<CiteGroup>{{cite("item0")}}, true);
   ASSERT_TRUE(document) << document.error();
-  EXPECT_EQ(markup(document->groups.at(0)), "(a b1c d e)");
+  EXPECT_EQ(markup(document->group(0)), "(a b1c d e)");
 }
 
 }  // namespace

@@ -33,7 +33,7 @@ void expectSameTexts(const char *styleName, const Items &items,
       referenceProcessor().formatDocument(style(styleName), lookUpIn(items), groups, true);
   ASSERT_TRUE(slow) << slow.error();
   for (std::size_t index = 0; index < groups.size(); ++index) {
-    EXPECT_EQ(markup(fast->groups[index]), markup(slow->groups[index])) << index;
+    EXPECT_EQ(markup(fast->group(index)), markup(slow->group(index))) << index;
   }
   const auto &entries = fast->bibliography.entries;
   const auto &slowEntries = slow->bibliography.entries;
@@ -121,8 +121,8 @@ TEST_F(EngineDifferences, AYearStandsInPlaceOfAPlaceholderForProgrammers) {
   const Items items = {{"bare", R"({"type":"book","issued":{"date-parts":[[1999]]}})"}};
   const std::vector<CiteGroup> groups = {{cite("bare")}};
   const char *mla = "modern-language-association";
-  EXPECT_EQ(markup(format(processor(), mla, items, groups).groups[0]), "(1999)");
-  EXPECT_EQ(markup(format(referenceProcessor(), mla, items, groups).groups[0]),
+  EXPECT_EQ(markup(format(processor(), mla, items, groups).group(0)), "(1999)");
+  EXPECT_EQ(markup(format(referenceProcessor(), mla, items, groups).group(0)),
             "([CSL STYLE ERROR: reference with no printed form.])");
 }
 
@@ -174,7 +174,7 @@ TEST(EngineSteps, GrowWithTheCitationsOfOneWork) {
     const std::vector<CiteGroup> groups(citations, {cite("smith2001")});
     const auto document = counting.formatDocument(style("apa"), lookUpIn(library()), groups, false);
     EXPECT_TRUE(document) << document.error();
-    return document ? std::stod(markup(document->groups[0])) : 0;
+    return document ? std::stod(markup(document->group(0))) : 0;
   };
   const double few = stepsFor(1000);
   EXPECT_GT(few, 0);

@@ -181,7 +181,7 @@ TEST(EngineStyles, NoBibliographyIsMadeWhenNoneIsWanted) {
   const auto document =
       processor().formatDocument(style("apa"), lookUpIn(library()), groups, false);
   ASSERT_TRUE(document);
-  EXPECT_EQ(markup(document->groups.at(0)), "(Smith, 2001)");
+  EXPECT_EQ(markup(document->group(0)), "(Smith, 2001)");
   EXPECT_TRUE(document->bibliography.entries.empty());
 }
 

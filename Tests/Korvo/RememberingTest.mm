@@ -371,17 +371,23 @@ class RandomEdits : public RememberedDocument {
     const korvo::adapter::Citations cited = korvo::adapter::citationsIn(citations);
     const auto groups = korvo::adapter::groupsOf(cited);
     const korvo::adapter::CitedDocument document = korvo::adapter::readDocument(cited, groups);
+    std::vector<korvo::engine::CiteGroup> asked(document.asked.size());
+    for (std::size_t index = 0; index < asked.size(); ++index) {
+      const auto [first, count] = document.asked[index];
+      korvo::adapter::readCites(std::span(cited).subspan(first, count), document, asked[index]);
+    }
     const auto answer = fresh_.formatDocument(
         *catalog_.find(utf8(style_)),
         [&](std::string_view item) { return std::optional(document.items.at(std::string(item))); },
-        document.asked, true);
+        asked, true);
     ASSERT_TRUE(answer);
     ASSERT_EQ(texts.size(), groups.size() + 1);
+    std::size_t answered = 0;
     for (std::size_t index = 0; index < groups.size(); ++index) {
       const auto &group = document.groups[index];
-      NSAttributedString *expected =
-          group.written.get() != nil ? group.written.get()
-                                     : korvo::adapter::attributedText(answer->groups[group.asked]);
+      NSAttributedString *expected = group.isAsked
+                                         ? korvo::adapter::attributedText(answer->group(answered++))
+                                         : group.written.get();
       EXPECT_EQ(markup(texts[index]), markup(expected));
       EXPECT_EQ(utf8([adapter_.get() pidginRTFForAttributedString:texts[index]]),
                 utf8(korvo::adapter::pidginRTF(expected)));

@@ -12,6 +12,7 @@
 
 #include <filesystem>
 #include <map>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -45,7 +46,7 @@ class AskedDocument {
   struct Citation {
     KOLibrary *library = nil;  // nil: it has no reference
     library::ReferenceRow row = 0;
-    CitationParts parts;
+    std::shared_ptr<const CitationParts> parts;
   };
   struct Source {
     Owned<KOLibrary *> library;

@@ -21,7 +21,7 @@ std::optional<AskedDocument> AskedDocument::of(const DocumentRequest &request,
   for (KOCitation *citation : request.citations) {
     KOReference *reference = ownReferenceOf(citation);
     asked.citations_.push_back(
-        {.library = [reference library], .row = [reference row], .parts = [citation parts]});
+        {.library = [reference library], .row = [reference row], .parts = [citation partsToKeep]});
   }
   return asked;
 }
@@ -42,7 +42,8 @@ bool AskedDocument::isAskedAgainBy(const DocumentRequest &request) const {
 bool AskedDocument::isSame(const Citation &citation, KOCitation *other) {
   KOReference *reference = ownReferenceOf(other);
   return [reference library] == citation.library && [reference row] == citation.row &&
-         [other parts] == citation.parts;
+         (citation.parts != nullptr ? [other parts] == *citation.parts
+                                    : [other partsToKeep] == nullptr);
 }
 
 }  // namespace korvo::adapter

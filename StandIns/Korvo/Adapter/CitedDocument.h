@@ -16,6 +16,7 @@
 #include <span>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace korvo::adapter {
@@ -46,18 +47,24 @@ NSAttributedString *writtenGroup(std::span<KOCitation *const> citations);
 // What is asked for a document, and of which state of its libraries.
 struct CitedDocument {
   struct Group {
-    std::size_t asked = 0;  // which of the groups that the engine is asked for
+    bool isAsked = false;
     // In place of an answer, where a reference is missing.
     Owned<NSAttributedString *> written;
   };
+  using Place = std::pair<KOLibrary *, library::ReferenceRow>;
   using Versions = std::map<KOLibrary *, std::optional<library::Library::Version>>;
 
   std::vector<Group> groups;
-  std::vector<engine::CiteGroup> asked;
+  std::vector<CitedGroup> asked;  // those that the engine is asked for
+  std::map<Place, std::string> uuids;
   std::unordered_map<std::string, std::string> items;  // CSL-JSON by UUID
   // Each library was in one version while its references were read, or else in an unknown one.
   Versions versions;
 };
+
+// What the engine is asked for one group, of which every reference was read.
+void readCites(std::span<KOCitation *const> citations, const CitedDocument &document,
+               engine::CiteGroup &cites);
 
 // Reads the references, and then lets other programs write to their libraries again.
 CitedDocument readDocument(std::span<KOCitation *const> citations,

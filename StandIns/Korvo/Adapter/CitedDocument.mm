@@ -21,6 +21,10 @@ engine::Cite citeOf(KOCitation *citation, std::string itemId) {
           .suppressSuperscript = parts.suppressSuperscript};
 }
 
+CitedDocument::Place placeOf(KOReference *reference) {
+  return {[reference library], [reference row]};
+}
+
 class Reader {
  public:
   explicit Reader(CitedDocument &document) : document_(document) {}
@@ -33,7 +37,8 @@ class Reader {
     if (reference == nil) {
       return nothing;
     }
-    const auto [place, isNew] = uuids_.try_emplace(std::pair([reference library], [reference row]));
+    // Each reference is looked up once. The libraries outlive the citations, which retain them.
+    const auto [place, isNew] = document_.uuids.try_emplace(placeOf(reference));
     if (isNew) {
       place->second = addItem(reference);
     }
@@ -66,8 +71,6 @@ class Reader {
   }
 
   CitedDocument &document_;
-  // Each reference is looked up once. The libraries outlive the citations, which retain them.
-  std::map<std::pair<KOLibrary *, library::ReferenceRow>, std::string> uuids_;
 };
 
 }  // namespace
@@ -126,24 +129,30 @@ NSAttributedString *writtenGroup(std::span<KOCitation *const> citations) {
   return plainAttributedText(stringFromUTF16(text + u"}"));
 }
 
+void readCites(std::span<KOCitation *const> citations, const CitedDocument &document,
+               engine::CiteGroup &cites) {
+  cites.clear();
+  for (KOCitation *citation : citations) {
+    cites.push_back(citeOf(citation, document.uuids.at(placeOf(ownReferenceOf(citation)))));
+  }
+}
+
 CitedDocument readDocument(std::span<KOCitation *const> citations,
                            std::span<const CitedGroup> groups) {
   CitedDocument document;
   Reader reader(document);
   document.groups.reserve(groups.size());
+  document.asked.reserve(groups.size());
   for (const CitedGroup &place : groups) {
     const auto cited = citations.subspan(place.first, place.count);
-    engine::CiteGroup group;
     bool isResolved = true;
     for (KOCitation *citation : cited) {
-      const std::string &item = reader.itemOf(citation);
-      isResolved = isResolved && !item.empty();
-      group.push_back(citeOf(citation, item));
+      isResolved = !reader.itemOf(citation).empty() && isResolved;
     }
     CitedDocument::Group &read = document.groups.emplace_back();
-    read.asked = document.asked.size();
+    read.isAsked = isResolved;
     if (isResolved) {
-      document.asked.push_back(std::move(group));
+      document.asked.push_back(place);
     } else {
       read.written = Owned<NSAttributedString *>::retaining(writtenGroup(cited));
     }

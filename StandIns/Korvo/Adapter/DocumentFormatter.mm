@@ -8,8 +8,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <functional>
-#include <map>
 #include <string_view>
 #include <utility>
 
@@ -29,31 +27,19 @@ Owned<NSAttributedString *> convertedText(NSAttributedString *text) {
       [[KOConvertedText alloc] initWithAttributedString:text]);
 }
 
-// The same text is the same object.
-class Texts {
- public:
-  Owned<NSAttributedString *> of(const engine::FormattedText &text) {
-    const auto [place, isNew] = made_.try_emplace(text);
-    if (isNew) {
-      place->second = convertedText(attributedText(text));
-    }
-    return place->second;
-  }
-
- private:
-  std::map<std::reference_wrapper<const engine::FormattedText>, Owned<NSAttributedString *>,
-           std::less<engine::FormattedText>>
-      made_;
-};
-
 DocumentTexts textsOf(const CitedDocument &document, const engine::FormattedDocument &formatted) {
-  Texts made;
+  // The same text is the same object.
+  std::vector<Owned<NSAttributedString *>> made;
+  made.reserve(formatted.texts.size());
+  for (const engine::FormattedText &text : formatted.texts) {
+    made.push_back(convertedText(attributedText(text)));
+  }
   DocumentTexts texts;
   texts.bibliography = convertedText(attributedBibliography(formatted.bibliography));
   texts.groups.reserve(document.groups.size());
+  auto answer = formatted.groups.begin();
   for (const CitedDocument::Group &group : document.groups) {
-    texts.groups.push_back(group.written.get() != nil ? group.written
-                                                      : made.of(formatted.groups[group.asked]));
+    texts.groups.push_back(group.isAsked ? made[*answer++] : group.written);
   }
   return texts;
 }
@@ -85,8 +71,15 @@ std::expected<const DocumentTexts *, std::string> DocumentFormatter::format(
     }
     return found->second;
   };
+  engine::CiteGroup cites;
+  const auto groupAt = [&](std::size_t group) -> const engine::CiteGroup & {
+    const auto [first, count] = document.asked[group];
+    readCites(citations.subspan(first, count), document, cites);
+    return cites;
+  };
   rest_->callAfter(timeToRest);
-  const auto formatted = processor_.formatDocument(style, *styleText, lookUp, document.asked, true);
+  const auto formatted =
+      processor_.formatDocument(style, *styleText, lookUp, document.asked.size(), groupAt, true);
   if (!formatted) {
     return std::unexpected(formatted.error());
   }

@@ -5,16 +5,20 @@
 
 #import <HostContract/HostContract.h>
 
+#include <memory>
+
 @class KOCitationGroup;
 @class KOFormattedGroup;
 
 @interface KOCitation : NSObject <KorvoCitation> {
   id<KorvoReference> reference_;
-  korvo::adapter::CitationParts parts_;
+  std::shared_ptr<korvo::adapter::CitationParts> parts_;  // null: nothing was set
   KOCitationGroup *group_;  // not retained: the group retains its citations
   KOFormattedGroup *formattedGroup_;
 }
 - (const korvo::adapter::CitationParts &)parts;
+// The same, to be kept: they do not change. Null where nothing was set.
+- (std::shared_ptr<const korvo::adapter::CitationParts>)partsToKeep;
 
 // The group that the citation was added to last; nil while it is in none.
 - (KOCitationGroup *)group;

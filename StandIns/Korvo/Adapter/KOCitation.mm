@@ -3,6 +3,10 @@
 #import "KOFormattedGroup.h"
 #import "StringConversion.h"
 
+@interface KOCitation (Parts)
+- (korvo::adapter::CitationParts &)changedParts;
+@end
+
 @implementation KOCitation
 
 - (void)dealloc {
@@ -12,7 +16,21 @@
 }
 
 - (const korvo::adapter::CitationParts &)parts {
+  static const korvo::adapter::CitationParts nothingSet;
+  return parts_ ? *parts_ : nothingSet;
+}
+
+- (std::shared_ptr<const korvo::adapter::CitationParts>)partsToKeep {
   return parts_;
+}
+
+// What another one has kept, or shares, stays as it is.
+- (korvo::adapter::CitationParts &)changedParts {
+  [self setFormattedGroup:nil];
+  if (parts_ == nullptr || parts_.use_count() > 1) {
+    parts_ = std::make_shared<korvo::adapter::CitationParts>([self parts]);
+  }
+  return *parts_;
 }
 
 - (KOCitationGroup *)group {
@@ -53,48 +71,39 @@
 }
 
 - (void)setSearchString:(NSString *)searchString {
-  parts_.searchString = korvo::adapter::utf16(searchString);
-  [self setFormattedGroup:nil];
+  [self changedParts].searchString = korvo::adapter::utf16(searchString);
 }
 
 - (void)setPageRange:(NSString *)pageRange {
-  parts_.pageRange = korvo::adapter::utf16(pageRange);
-  [self setFormattedGroup:nil];
+  [self changedParts].pageRange = korvo::adapter::utf16(pageRange);
 }
 
 - (void)setInTextPrependString:(NSString *)text {
-  parts_.prependString = korvo::adapter::utf16(text);
-  [self setFormattedGroup:nil];
+  [self changedParts].prependString = korvo::adapter::utf16(text);
 }
 
 - (void)setInTextAppendString:(NSString *)text {
-  parts_.appendString = korvo::adapter::utf16(text);
-  [self setFormattedGroup:nil];
+  [self changedParts].appendString = korvo::adapter::utf16(text);
 }
 
 - (void)setIncludeInBibliography:(BOOL)include {
-  parts_.includeInBibliography = include != NO;
-  [self setFormattedGroup:nil];
+  [self changedParts].includeInBibliography = include != NO;
 }
 
 - (void)setIncludeInBody:(BOOL)include {
-  parts_.includeInBody = include != NO;
-  [self setFormattedGroup:nil];
+  [self changedParts].includeInBody = include != NO;
 }
 
 - (void)setStripEnclosure:(BOOL)strip {
-  parts_.stripEnclosure = strip != NO;
-  [self setFormattedGroup:nil];
+  [self changedParts].stripEnclosure = strip != NO;
 }
 
 - (void)setSuppressSuperscript:(BOOL)suppress {
-  parts_.suppressSuperscript = suppress != NO;
-  [self setFormattedGroup:nil];
+  [self changedParts].suppressSuperscript = suppress != NO;
 }
 
 - (void)setUseYearOnly:(BOOL)yearOnly {
-  parts_.useYearOnly = yearOnly != NO;
-  [self setFormattedGroup:nil];
+  [self changedParts].useYearOnly = yearOnly != NO;
 }
 
 @end

@@ -3,8 +3,9 @@
 
 #import <HostContract/HostContract.h>
 
+// One of its arrays at a time: a document has as many groups as citations.
 @interface KOCitationGroup : NSObject <KorvoCitationGroup> {
-  NSMutableArray *citations_;
-  NSArray *copy_;  // of the citations, as long as they stay; nil: nobody has asked
+  NSMutableArray *growing_;  // nil: nobody has added a citation since the last question
+  NSArray *citations_;       // nil: nobody has asked since then
 }
 @end

@@ -4,42 +4,43 @@
 
 @implementation KOCitationGroup
 
-- (id)init {
-  self = [super init];
-  if (self != nil) {
-    citations_ = [[NSMutableArray alloc] init];
-  }
-  return self;
-}
-
 - (void)dealloc {
-  for (NSUInteger index = 0; index < [citations_ count]; ++index) {
-    KOCitation *citation = [citations_ objectAtIndex:index];
+  NSArray *citations = growing_ != nil ? growing_ : citations_;
+  for (NSUInteger index = 0; index < [citations count]; ++index) {
+    KOCitation *citation = [citations objectAtIndex:index];
     if ([citation group] == self) {
       [citation setGroup:nil];
     }
   }
+  [growing_ release];
   [citations_ release];
-  [copy_ release];
   [super dealloc];
 }
 
 - (void)addCitation:(id<KorvoCitation>)citation {
   static const Class citationClass = [KOCitation class];
+  static const Class arrayClass = [NSMutableArray class];
   if (![(id)citation isKindOfClass:citationClass]) {
     return;
   }
-  [citations_ addObject:citation];
-  [copy_ release];
-  copy_ = nil;
+  if (growing_ == nil) {
+    growing_ = [[arrayClass alloc] initWithCapacity:[citations_ count] + 1];
+    [growing_ addObjectsFromArray:citations_];
+    [citations_ release];
+    citations_ = nil;
+  }
+  [growing_ addObject:citation];
   [(KOCitation *)citation setGroup:self];
 }
 
 - (NSArray *)citations {
-  if (copy_ == nil) {
-    copy_ = [citations_ copy];
+  if (citations_ == nil) {
+    static const Class arrayClass = [NSArray class];
+    citations_ = growing_ != nil ? [growing_ copy] : [[arrayClass alloc] init];
+    [growing_ release];
+    growing_ = nil;
   }
-  return [[copy_ retain] autorelease];
+  return [[citations_ retain] autorelease];
 }
 
 @end

@@ -10,6 +10,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <unordered_map>
 #include <utility>
 
 namespace korvo::engine {
@@ -21,11 +23,16 @@ constexpr unsigned yearOnlyBit = 1;
 constexpr unsigned hiddenBit = 2;
 constexpr unsigned stripEnclosureBit = 4;
 constexpr unsigned suppressSuperscriptBit = 8;
+constexpr unsigned textsBit = 16;
+
+bool hasTexts(const Cite &cite) {
+  return !cite.pageRange.empty() || !cite.prefix.empty() || !cite.suffix.empty();
+}
 
 unsigned optionBits(const Cite &cite) {
   return (cite.yearOnly ? yearOnlyBit : 0) | (cite.showInText ? 0 : hiddenBit) |
          (cite.stripEnclosure ? stripEnclosureBit : 0) |
-         (cite.suppressSuperscript ? suppressSuperscriptBit : 0);
+         (cite.suppressSuperscript ? suppressSuperscriptBit : 0) | (hasTexts(cite) ? textsBit : 0);
 }
 
 void fillItems(const JavaScriptMachine &machine, JSObjectRef request, const CitedItems &cited,
@@ -41,22 +48,27 @@ void fillItems(const JavaScriptMachine &machine, JSObjectRef request, const Cite
 }
 
 void fillGroups(const JavaScriptMachine &machine, JSObjectRef request, const CitedItems &cited,
-                std::span<const CiteGroup> groups) {
+                std::size_t groupCount, const CitationProcessor::GroupLookup &groupAt) {
   JSObjectRef sizes = machine.makeArray(request, "groupSizes");
   JSObjectRef items = machine.makeArray(request, "citeItems");
   JSObjectRef options = machine.makeArray(request, "citeOptions");
   JSObjectRef texts = machine.makeArray(request, "citeTexts");
   std::size_t cites = 0;
-  for (std::size_t group = 0; group < groups.size(); ++group) {
-    machine.append(sizes, group, machine.number(static_cast<double>(groups[group].size())));
-    for (const Cite &cite : groups[group]) {
+  std::size_t textCount = 0;
+  for (std::size_t index = 0; index < groupCount; ++index) {
+    const CiteGroup &group = groupAt(index);
+    machine.append(sizes, index, machine.number(static_cast<double>(group.size())));
+    for (const Cite &cite : group) {
       const auto place = static_cast<double>(cited.places.at(cite.itemId));
       machine.append(items, cites, machine.number(place));
       machine.append(options, cites, machine.number(optionBits(cite)));
-      machine.append(texts, 3 * cites, machine.text(cite.pageRange));
-      machine.append(texts, 3 * cites + 1, machine.text(cite.prefix));
-      machine.append(texts, 3 * cites + 2, machine.text(cite.suffix));
       ++cites;
+      if (hasTexts(cite)) {
+        for (const std::u16string *text : {&cite.pageRange, &cite.prefix, &cite.suffix}) {
+          machine.append(texts, textCount, machine.text(*text));
+          ++textCount;
+        }
+      }
     }
   }
 }
@@ -92,13 +104,19 @@ Bibliography readBibliography(const JavaScriptMachine &machine, JSObjectRef answ
   return bibliography;
 }
 
-std::vector<FormattedText> readGroups(const JavaScriptMachine &machine, JSObjectRef answer) {
-  JSObjectRef texts = machine.objectProperty(answer, "groups");
-  std::vector<FormattedText> groups(machine.length(texts));
-  for (std::size_t index = 0; index < groups.size(); ++index) {
-    groups[index] = readMarkedText(machine.readText(machine.element(texts, index))).text;
+void readGroups(const JavaScriptMachine &machine, JSObjectRef answer, FormattedDocument &document) {
+  JSObjectRef groups = machine.objectProperty(answer, "groups");
+  const std::size_t count = machine.length(groups);
+  std::unordered_map<std::u16string, std::uint32_t> places;
+  document.groups.reserve(count);
+  for (std::size_t index = 0; index < count; ++index) {
+    const auto [place, isNew] =
+        places.try_emplace(machine.readText(machine.element(groups, index)), document.texts.size());
+    if (isNew) {
+      document.texts.push_back(readMarkedText(place->first).text);
+    }
+    document.groups.push_back(place->second);
   }
-  return groups;
 }
 
 // A locale by its name, or else another of the same language.
@@ -189,13 +207,16 @@ std::expected<FormattedDocument, std::string> CitationProcessor::formatDocument(
   if (!styleText) {
     return std::unexpected(styleText.error());
   }
-  return formatDocument(style, *styleText, lookUp, groups, wantsBibliography);
+  const GroupLookup groupAt = [groups](std::size_t group) -> const CiteGroup & {
+    return groups[group];
+  };
+  return formatDocument(style, *styleText, lookUp, groups.size(), groupAt, wantsBibliography);
 }
 
 std::expected<FormattedDocument, std::string> CitationProcessor::formatDocument(
     const Style &style, std::string_view styleText, const ItemLookup &lookUp,
-    std::span<const CiteGroup> groups, bool wantsBibliography) {
-  const CitedItems cited(groups);
+    std::size_t groupCount, const GroupLookup &groupAt, bool wantsBibliography) {
+  const CitedItems cited(groupCount, groupAt);
   const auto items = readItems(cited, lookUp);
   if (!items) {
     return std::unexpected(items.error());
@@ -209,7 +230,7 @@ std::expected<FormattedDocument, std::string> CitationProcessor::formatDocument(
   machine.set(request, "locale", machine.text(formats::decodeUTF8(style.locale)));
   machine.set(request, "wantsBibliography", machine.number(wantsBibliography ? 1 : 0));
   fillItems(machine, request, cited, *items);
-  fillGroups(machine, request, cited, groups);
+  fillGroups(machine, request, cited, groupCount, groupAt);
   const JavaScriptMachine::TextFunction readLocale =
       [this](std::u16string_view name) -> JavaScriptMachine::Text {
     return readLocaleFile(locales_, formats::encodeUTF8(name));
@@ -226,8 +247,10 @@ std::expected<FormattedDocument, std::string> CitationProcessor::formatDocument(
     }
     return std::unexpected("style \"" + style.name.title + "\": " + answer.error());
   }
-  return FormattedDocument{.groups = readGroups(machine, *answer),
-                           .bibliography = readBibliography(machine, *answer, cited)};
+  FormattedDocument document;
+  readGroups(machine, *answer, document);
+  document.bibliography = readBibliography(machine, *answer, cited);
+  return document;
 }
 
 void CitationProcessor::giveBackMemory() const {

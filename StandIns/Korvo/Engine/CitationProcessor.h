@@ -62,6 +62,10 @@ class CitationProcessor {
   // Gives the CSL-JSON object (UTF-8) of an item, or nothing when there is no such item.
   using ItemLookup = std::function<std::optional<std::string>(std::string_view itemId)>;
 
+  // Gives a group of a document, valid until the next one is asked for: a million of them need
+  // not be there at once. Asked twice for each.
+  using GroupLookup = std::function<const CiteGroup &(std::size_t group)>;
+
   // Nothing is started until the first document.
   CitationProcessor();
   explicit CitationProcessor(std::filesystem::path locales);
@@ -80,12 +84,10 @@ class CitationProcessor {
                                                                std::span<const CiteGroup> groups,
                                                                bool wantsBibliography);
 
-  // The same with a style whose file was read before.
-  std::expected<FormattedDocument, std::string> formatDocument(const Style &style,
-                                                               std::string_view styleText,
-                                                               const ItemLookup &lookUp,
-                                                               std::span<const CiteGroup> groups,
-                                                               bool wantsBibliography);
+  // The same with a style whose file was read before, of so many groups.
+  std::expected<FormattedDocument, std::string> formatDocument(
+      const Style &style, std::string_view styleText, const ItemLookup &lookUp,
+      std::size_t groupCount, const GroupLookup &groupAt, bool wantsBibliography);
 
   void setLimits(const DocumentLimits &limits) { limits_ = limits; }
 

@@ -4,25 +4,24 @@
 #include "CitationProcessor.h"
 
 #include <cstddef>
-#include <span>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
 namespace korvo::engine {
 
-// Its texts are views into the groups.
 struct CitedItems {
-  std::vector<std::string_view> ids;
+  std::vector<std::string_view> ids;  // views into the keys of `places`
   std::vector<bool> listed;
-  std::unordered_map<std::string_view, std::size_t> places;
+  std::unordered_map<std::string, std::size_t> places;
 
-  explicit CitedItems(std::span<const CiteGroup> groups) {
-    for (const CiteGroup &group : groups) {
-      for (const Cite &cite : group) {
+  CitedItems(std::size_t groupCount, const CitationProcessor::GroupLookup &groupAt) {
+    for (std::size_t group = 0; group < groupCount; ++group) {
+      for (const Cite &cite : groupAt(group)) {
         const auto [place, isNew] = places.try_emplace(cite.itemId, ids.size());
         if (isNew) {
-          ids.push_back(cite.itemId);
+          ids.push_back(place->first);
           listed.push_back(false);
         }
         listed[place->second] = listed[place->second] || cite.includeInBibliography;

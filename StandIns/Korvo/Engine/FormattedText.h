@@ -3,6 +3,7 @@
 
 #include <compare>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -62,9 +63,13 @@ struct Bibliography {
 };
 
 struct FormattedDocument {
-  // The n-th text belongs to the n-th group handed in.
-  std::vector<FormattedText> groups;
+  // Each different text once, in the order of first mention.
+  std::vector<FormattedText> texts;
+  // For each group handed in, which of the texts is its.
+  std::vector<std::uint32_t> groups;
   Bibliography bibliography;
+
+  const FormattedText &group(std::size_t index) const { return texts.at(groups.at(index)); }
 
   bool operator==(const FormattedDocument &) const = default;
 };

@@ -3,18 +3,19 @@
 // citeproc-js is made for editors: after every change it evaluates the positions ("ibid.",
 // "see note 3") of all citations anew, so that handing it a document citation by citation
 // takes quadratic time. Here every citation is registered first, the positions are
-// evaluated once, with printing switched off, and then each citation is printed once.
+// evaluated once, with printing switched off, and then each citation is printed once. In a style
+// without positions there is only one citation at a time: a million at once would take gigabytes.
 // The engine is used up by that: a second printing can come out differently.
 import CSL from "citeproc";
 
-import { evaluatePositions } from "../Patches/positions.js";
+import { evaluateFirst, evaluatePositions } from "../Patches/positions.js";
 import { printBibliography } from "./bibliography.js";
 import { isNoteStyle, makeEngine } from "./engine.js";
 import { contentNumber, memoryOf } from "./memory.js";
 import { placeholder } from "./placeholder.js";
 import { print } from "./printing.js";
 import { recallOf, startRecalling } from "./recalling.js";
-import { itemId, itemIndex, readCitations, readItems } from "./request.js";
+import { itemId, itemIndex, readCitations, readItems, shownItems } from "./request.js";
 import { needsPositions, sortCites, SortKeys } from "./sorting.js";
 
 const messageOf = (error) => error?.message ?? error;
@@ -59,17 +60,36 @@ function attempt(request, citation, step) {
   }
 }
 
+// The citations, each ready to be printed before the next one is asked for.
+function* registered(request, engine, sortKeys) {
+  const read = readCitations(request, isNoteStyle(engine));
+  const enter = (citation) =>
+    attempt(request, citation, () => register(engine, sortKeys, citation));
+  if (needsPositions(engine)) {
+    const citations = [...read];
+    citations.forEach(enter);
+    if (citations.length > 0) {
+      evaluatePositions(engine, citations);
+    }
+    yield* citations;
+    return;
+  }
+  let isFirst = true;
+  for (const citation of read) {
+    enter(citation);
+    if (isFirst) {
+      evaluateFirst(engine, citation, shownItems(request));
+      isFirst = false;
+    }
+    yield citation;
+    delete engine.registry.citationreg.citationById[citation.citationID];
+  }
+}
+
 function printCitations(request, engine) {
   const texts = new Array(request.groupSizes.length).fill("");
-  const citations = readCitations(request, isNoteStyle(engine));
   const sortKeys = new SortKeys(engine);
-  for (const citation of citations) {
-    attempt(request, citation, () => register(engine, sortKeys, citation));
-  }
-  if (citations.length > 0) {
-    evaluatePositions(engine, citations);
-  }
-  for (const citation of citations) {
+  for (const citation of registered(request, engine, sortKeys)) {
     const text = attempt(request, citation, () => {
       if (!needsPositions(engine)) {
         sortCites(engine, sortKeys, citation.sortedItems);

@@ -22,9 +22,12 @@ class StyleMemory {
   // Whether works' numbers are printed as something else than digits (see numbering.js).
   hasOtherNumbers = false;
   #texts = new Map();
+  // Those that have not been asked for since there was no more room.
+  #olderTexts = new Map();
+  #shared = new Map();
 
   get size() {
-    return this.#texts.size;
+    return this.#texts.size + this.#olderTexts.size;
   }
 
   // What `print` returns, or what it has returned in the same circumstances. `effects` is
@@ -32,7 +35,7 @@ class StyleMemory {
   // remembered. `fits` tells of such effects whether the key has left something out. The ids
   // are those of the items that the key speaks of, in its order.
   recall(register, key, ids, { print, effects, fits, restore }) {
-    const known = this.#texts.get(key);
+    const known = this.find(key);
     if (known && fits(known.effects) && register.replay(known.events, ids)) {
       restore(known.effects);
       return known.text;
@@ -50,13 +53,42 @@ class StyleMemory {
   }
 
   find(key) {
-    return this.#texts.get(key);
+    const known = this.#texts.get(key);
+    if (known) {
+      return known;
+    }
+    const older = this.#olderTexts.get(key);
+    if (older) {
+      this.#olderTexts.delete(key);
+      this.#keep(key, older);
+    }
+    return older;
   }
 
   remember(key, { text, events, effects }) {
     if (events && effects) {
-      this.#texts.set(key, { text, events, effects });
+      this.#keep(key, { text, events, effects });
     }
+  }
+
+  // One document may hold more texts than there is room for.
+  #keep(key, remembered) {
+    if (this.#texts.size >= textCapacity / 2) {
+      this.#olderTexts = this.#texts;
+      this.#texts = new Map();
+      this.#shared.clear();
+    }
+    this.#texts.set(key, remembered);
+  }
+
+  // The same object for the same description: most texts have the same effects.
+  shared(description, make) {
+    let known = this.#shared.get(description);
+    if (!known) {
+      known = make();
+      this.#shared.set(description, known);
+    }
+    return known;
   }
 }
 

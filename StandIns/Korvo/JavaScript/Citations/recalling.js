@@ -185,7 +185,13 @@ class Recall {
       print,
       effects: () => {
         const own = effects();
-        return own && { own, scratch: scratchOf(engine) };
+        if (!own) {
+          return undefined;
+        }
+        const scratch = scratchOf(engine);
+        // JSON alone knows no difference between what is undefined and what is null.
+        const description = describeScratch(engine) + JSON.stringify(scratch);
+        return { own, scratch: this.#memory.shared(description, () => scratch) };
       },
       fits: ({ own }) => fits(own),
       restore: ({ own, scratch }) => {

@@ -8,7 +8,7 @@ export function formatDocument(request, readLocale) {
   const items = readItems(request);
   const engine = makeEngine(request, readLocale, items);
   engine.updateItems([...items.keys()]);
-  const citations = readCitations(request, isNoteStyle(engine));
+  const citations = [...readCitations(request, isNoteStyle(engine))];
   const groups = new Array(request.groupSizes.length).fill("");
   engine.rebuildProcessorState(citations, outputFormat).forEach(([, , text], index) => {
     groups[citations[index].group] = text;

@@ -82,6 +82,20 @@ class Places {
 
 export const makePlaces = () => new Places();
 
+// What happened to a name, the same array each time: a citation of ten authors makes thirty of
+// them, and thousands of citations are remembered.
+function eventOf(slot, place, question) {
+  const asked = question ? Object.values(question).join() : "";
+  const name = `${slot};${asked}`;
+  place.events ??= new Map();
+  let event = place.events.get(name);
+  if (!event) {
+    event = [slot, place, question];
+    place.events.set(name, event);
+  }
+  return event;
+}
+
 export class NameRegister {
   // Families to initials to given names.
   #families = new Map();
@@ -141,7 +155,7 @@ export class NameRegister {
     for (const record of this.#records) {
       const slot = record.ids.indexOf(id);
       record.isSound &&= slot >= 0;
-      record.events.push([slot, place, question]);
+      record.events.push(eventOf(slot, place, question));
     }
   }
 

@@ -13,24 +13,8 @@ class CompleteList extends Array {
   }
 }
 
-function citationsByItem(citations) {
-  const lists = {};
-  for (const citation of citations) {
-    for (const [{ id }] of citation.sortedItems) {
-      lists[id] ??= new CompleteList();
-      if (lists[id].at(-1) !== citation) {
-        lists[id].push(citation);
-      }
-    }
-  }
-  return lists;
-}
-
-export function evaluatePositions(engine, citations) {
+function evaluate(engine, first, rest, lists) {
   const { citationreg } = engine.registry;
-  const orders = citations.map((citation) => [...citation.sortedItems]);
-  const [first, ...rest] = citations;
-  const lists = citationsByItem(citations);
   // It begins with an assignment of none.
   Object.defineProperty(citationreg, "citationsByItemId", {
     get: () => lists,
@@ -47,8 +31,37 @@ export function evaluatePositions(engine, citations) {
   );
   delete engine.process_CitationCluster;
   Object.defineProperty(citationreg, "citationsByItemId", { value: lists, writable: true });
+}
+
+function citationsByItem(citations) {
+  const lists = {};
+  for (const citation of citations) {
+    for (const [{ id }] of citation.sortedItems) {
+      lists[id] ??= new CompleteList();
+      if (lists[id].at(-1) !== citation) {
+        lists[id].push(citation);
+      }
+    }
+  }
+  return lists;
+}
+
+export function evaluatePositions(engine, citations) {
+  const orders = citations.map((citation) => [...citation.sortedItems]);
+  const [first, ...rest] = citations;
+  evaluate(engine, first, rest, citationsByItem(citations));
   // It has sorted the others anew, without grouping.
   citations.slice(1).forEach((citation, index) => {
     citation.sortedItems = orders[index + 1];
   });
+}
+
+// The same for a style that has no positions. It reads of the other citations no more than which
+// works they cite, so that they need not be there together.
+export function evaluateFirst(engine, first, citedIds) {
+  const lists = {};
+  for (const id of citedIds) {
+    lists[id] = CompleteList.of(first);
+  }
+  evaluate(engine, first, [], lists);
 }
