@@ -236,11 +236,7 @@ std::expected<FormattedDocument, std::string> CitationProcessor::formatDocument(
     return readLocaleFile(locales_, formats::encodeUTF8(name));
   };
   const std::array<JSValueRef, 2> arguments = {request, machine.makeFunction(readLocale)};
-  std::size_t cites = 0;
-  for (const CiteGroup &group : groups) {
-    cites += group.size();
-  }
-  const auto answer = machine_->script->call("formatDocument", arguments, limits_.forCites(cites));
+  const auto answer = machine_->script->call("formatDocument", arguments, limits_.forCites(cited.citeCount));
   if (!answer) {
     if (machine.isSpent()) {
       machine_.reset();

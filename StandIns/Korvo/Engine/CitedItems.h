@@ -15,10 +15,12 @@ struct CitedItems {
   std::vector<std::string_view> ids;  // views into the keys of `places`
   std::vector<bool> listed;
   std::unordered_map<std::string, std::size_t> places;
+  std::size_t citeCount = 0;
 
   CitedItems(std::size_t groupCount, const CitationProcessor::GroupLookup &groupAt) {
     for (std::size_t group = 0; group < groupCount; ++group) {
       for (const Cite &cite : groupAt(group)) {
+        ++citeCount;
         const auto [place, isNew] = places.try_emplace(cite.itemId, ids.size());
         if (isNew) {
           ids.push_back(place->first);
