@@ -32,6 +32,11 @@ class Version(unittest.TestCase):
         newest = re.search(r"^## (\S+)", text, re.M)
         self.assertEqual(newest[1], VERSION)
 
+    def test_packages_are_named_after_it_in_the_documentation(self):
+        pages = [PROJECT / "README.md", *(PROJECT / "Documentation").glob("*.md")]
+        text = "\n".join(page.read_text(encoding="utf-8") for page in pages)
+        self.assertEqual(set(re.findall(r"korvo-mellel_([0-9.]+)-", text)), {VERSION})
+
     def test_the_bundle_tells_it(self):
         path = BUILD / "KorvoMellelPlugin.bundle/Resources/Info-gnustep.plist"
         text = path.read_text(encoding="utf-8")
