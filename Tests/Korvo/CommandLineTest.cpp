@@ -1,7 +1,10 @@
 #include <StandIns/Korvo/Application/CommandLine.h>
+#include <StandIns/Korvo/Engine/LibraryImporter.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <regex>
 
 using korvo::application::Command;
 using korvo::application::ImportFiles;
@@ -63,6 +66,20 @@ TEST(CommandLine, HelpGoesBeforeEverythingElse) {
   EXPECT_TRUE(std::holds_alternative<ShowHelp>(*parse({"--help"})));
   EXPECT_TRUE(std::holds_alternative<ShowHelp>(*parse({"-h"})));
   EXPECT_TRUE(std::holds_alternative<ShowHelp>(*parse({"import", "--help"})));
+}
+
+// The importer's own error names them.
+TEST(CommandLine, HelpNamesEveryKindOfFileThatIsImported) {
+  const auto refused = korvo::engine::LibraryImporter().importFile("library.txt");
+  ASSERT_FALSE(refused);
+  const std::regex ending(R"( (\.[a-z]+))");
+  std::size_t endings = 0;
+  for (std::sregex_iterator found(refused.error().begin(), refused.error().end(), ending), end;
+       found != end; ++found) {
+    EXPECT_THAT(std::string(korvo::application::helpText().text()), HasSubstr((*found)[1].str()));
+    ++endings;
+  }
+  EXPECT_GE(endings, 5U) << refused.error();
 }
 
 TEST(CommandLine, TheVersionIsTold) {

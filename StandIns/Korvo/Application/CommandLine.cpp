@@ -147,9 +147,9 @@ terminal::Words helpText() {
 
 Shows libraries of references and serves the word processor through its plug-in.
 
-  --library FILE         a library: .bib, .ris or .json (imported for this run) or a
-                         library of korvo's own, made by "korvo import"; repeatable,
-                         the first is the current one
+  --library FILE         a library: another program's (.bib, .bibtex, .biblatex, .ris or
+                         .json, imported for this run) or korvo's own, made by "korvo
+                         import"; repeatable, the first is the current one
   --plug-in BUNDLE       the plug-in to load, in place of the one that came with korvo
   --favorite STYLE       a style for the dialog's menu, by title or file name ("apa");
                          repeatable; without it the remembered favorites
