@@ -4,6 +4,7 @@ import contextlib
 import importlib.machinery
 import importlib.util
 import io
+import re
 import sys
 import tempfile
 import unittest
@@ -66,13 +67,17 @@ class Attack(unittest.TestCase):
         self.assertIn("there are no such tests", self.told(outcome))
 
     def test_every_suite_of_every_point_is_there(self):
-        tests = [*PROJECT.glob("Tests/**/*.cpp"), *PROJECT.glob("Tests/**/*.mm")]
+        tests = [
+            *PROJECT.glob("Tests/**/*.cpp"),
+            *PROJECT.glob("Tests/**/*.mm"),
+            *PROJECT.glob("Tests/**/*.py"),
+            PROJECT / "Tests/Load/CMakeLists.txt",
+        ]
         text = "".join(each.read_text(encoding="utf-8") for each in tests)
-        for folder in ("Load", "Hardening"):
-            text += (PROJECT / "Tests" / folder / "CMakeLists.txt").read_text(encoding="utf-8")
         for _, suites in attack.POINTS:
             for suite in suites.split("|"):
-                self.assertRegex(text, rf"TEST(_F|_P)?\({suite},|NAME {suite}\.", suite)
+                definition = rf"TEST(_F|_P)?\({suite},|NAME {suite}\.|^class {suite}\("
+                self.assertTrue(re.search(definition, text, re.MULTILINE), suite)
 
 
 if __name__ == "__main__":

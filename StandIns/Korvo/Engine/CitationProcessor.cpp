@@ -236,7 +236,8 @@ std::expected<FormattedDocument, std::string> CitationProcessor::formatDocument(
     return readLocaleFile(locales_, formats::encodeUTF8(name));
   };
   const std::array<JSValueRef, 2> arguments = {request, machine.makeFunction(readLocale)};
-  const auto answer = machine_->script->call("formatDocument", arguments, limits_.forCites(cited.citeCount));
+  const auto answer =
+      machine_->script->call("formatDocument", arguments, limits_.forCites(cited.citeCount));
   if (!answer) {
     if (machine.isSpent()) {
       machine_.reset();

@@ -56,7 +56,8 @@ std::string likeFirst(std::string_view text, std::uint64_t number) {
     case 1: {
       const char first = text.front();
       const char base = isUpper(first) ? 'A' : isLower(first) ? 'a' : '0';
-      return std::string(1, static_cast<char>(base + number % (isDigit(first) ? 10 : 26)));
+      return std::string(
+          1, static_cast<char>(base + static_cast<int>(number % (isDigit(first) ? 10 : 26))));
     }
     case 2:
       return encoded(static_cast<char32_t>(0xE0 + number % 23));
