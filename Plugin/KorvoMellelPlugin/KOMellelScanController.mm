@@ -13,6 +13,15 @@ const int32_t KOMellelScanGenerateCopyAction = 2;
 NSString *const KOMellelScanLastStylePrefKey = @"Last Style Used For Mellel Scan";
 }
 
+namespace {
+
+// The nib's.
+constexpr NSInteger labelTag = 10;
+NSString *const noFavorites =
+    @"There are no favorite styles yet. Add some in Korvo's citation styles.";
+
+}  // namespace
+
 @interface KOMellelScanController (Private)
 - (void)setAdapter:(id<KorvoWordProcessorIntegrationAdapter>)newAdapter;
 - (void)populateFormatList;
@@ -55,8 +64,11 @@ NSString *const KOMellelScanLastStylePrefKey = @"Last Style Used For Mellel Scan
 }
 
 - (void)awakeFromNib {
-  translateDialog([self window], @"ScanDialog");
   [self populateFormatList];
+  if ([formatSelectorPopUpButton numberOfItems] == 0) {
+    [[[[self window] contentView] viewWithTag:labelTag] setStringValue:noFavorites];
+  }
+  translateDialog([self window], @"ScanDialog");
 }
 
 - (IBAction)formatSelectionChanged:(id)__attribute__((unused)) sender {

@@ -39,10 +39,26 @@ bool isTiedToTheRight(NSControl *control) {
   return ([control autoresizingMask] & NSViewMinXMargin) != 0;
 }
 
-// By how much it may grow, so that it is as far from the one border as from the other.
+// Where what stands to its left in the same row ends; 0 where nothing does.
+CGFloat endOfLeftNeighbour(NSControl *control) {
+  const NSRect frame = [control frame];
+  NSArray *views = [[control superview] subviews];
+  CGFloat end = 0;
+  for (NSUInteger index = 0; index < [views count]; ++index) {
+    const NSRect other = [(NSView *)[views objectAtIndex:index] frame];
+    const bool isInRow = NSMinY(other) < NSMaxY(frame) && NSMinY(frame) < NSMaxY(other);
+    if (isInRow && NSMaxX(other) <= NSMinX(frame)) {
+      end = std::max(end, NSMaxX(other));
+    }
+  }
+  return end;
+}
+
+// By how much it may grow, so that it is as far from its neighbour, or the border, on the one side
+// as it is from the border on the other.
 CGFloat roomFor(NSControl *control) {
   const NSRect frame = [control frame];
-  const CGFloat left = NSMinX(frame);
+  const CGFloat left = NSMinX(frame) - endOfLeftNeighbour(control);
   const CGFloat right = NSWidth([[control superview] bounds]) - NSMaxX(frame);
   return isTiedToTheRight(control) ? left - right : right - left;
 }

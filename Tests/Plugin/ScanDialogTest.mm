@@ -174,6 +174,28 @@ TEST_F(ScanDialog, CloseBoxEndsTheSessionWithoutActionAndLeavesTheWindowToTheCal
   EXPECT_TRUE([window() isVisible]);
 }
 
+TEST_F(ScanDialog, EscapeClosesItAsTheCloseBoxDoes) {
+  offer({"APA"});
+  open();
+  ScriptedUser user;
+  user.press(window(), "Escape");
+  EXPECT_EQ(user.runModal(window()), 0);
+  EXPECT_EQ([controller_ chosenAction], 0);
+  EXPECT_TRUE([window() isVisible]);
+}
+
+TEST_F(ScanDialog, WithoutFavoritesItSaysWhereToAddSome) {
+  offer({"APA"});
+  open();
+  EXPECT_EQ(str([label() stringValue]), "Format the citations and the bibliography in this style:");
+  [window() close];
+  offer({});
+  open();
+  EXPECT_EQ(str([label() stringValue]),
+            "There are no favorite styles yet. Add some in Korvo's citation styles.");
+  expectRoomForEverything();
+}
+
 TEST_F(ScanDialog, StyleIsChosenFromTheMenuWithTheMouse) {
   offer({"APA", "IEEE", "Nature"});
   open();
