@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cctype>
+#include <set>
 
 using korvo::library::EditableField;
 using korvo::library::editableFields;
@@ -129,6 +131,21 @@ TEST(EditableFields, ADayThatNoMonthHasIsRefused) {
   EXPECT_TRUE(isRefused("1900-02-29"));
   EXPECT_FALSE(isRefused("2000-02-29"));
   EXPECT_FALSE(isRefused("2001-02"));
+  EXPECT_TRUE(isRefused("2001-02-28/2001-02-30"));
+  EXPECT_FALSE(isRefused("2001-02-28/2001-03-30"));
+}
+
+TEST(EditableFields, KindsHaveNamesForPeople) {
+  std::set<std::string> names;
+  for (const std::string_view kind : korvo::library::referenceKinds()) {
+    names.insert(korvo::library::nameOfKind(kind));
+  }
+  EXPECT_EQ(names.size(), korvo::library::referenceKinds().size()) << "each has a name of its own";
+  EXPECT_TRUE(std::ranges::none_of(names, [](const std::string &name) {
+    return name.find_first_of("-_") != std::string::npos || std::islower(name.front());
+  }));
+  EXPECT_EQ(korvo::library::nameOfKind("article-journal"), "Journal article");
+  EXPECT_EQ(korvo::library::nameOfKind("no-such-kind"), "no-such-kind");
 }
 
 TEST(EditableFields, ARangeOfDatesIsShownAndReadBack) {

@@ -36,52 +36,65 @@ constexpr FormField form[] = {
     {FieldForm::line, "URL", "URL"},
 };
 
-constexpr std::array<std::string_view, 45> kinds = {"article",
-                                                    "article-journal",
-                                                    "article-magazine",
-                                                    "article-newspaper",
-                                                    "bill",
-                                                    "book",
-                                                    "broadcast",
-                                                    "chapter",
-                                                    "classic",
-                                                    "collection",
-                                                    "dataset",
-                                                    "document",
-                                                    "entry",
-                                                    "entry-dictionary",
-                                                    "entry-encyclopedia",
-                                                    "event",
-                                                    "figure",
-                                                    "graphic",
-                                                    "hearing",
-                                                    "interview",
-                                                    "legal_case",
-                                                    "legislation",
-                                                    "manuscript",
-                                                    "map",
-                                                    "motion_picture",
-                                                    "musical_score",
-                                                    "pamphlet",
-                                                    "paper-conference",
-                                                    "patent",
-                                                    "performance",
-                                                    "periodical",
-                                                    "personal_communication",
-                                                    "post",
-                                                    "post-weblog",
-                                                    "regulation",
-                                                    "report",
-                                                    "review",
-                                                    "review-book",
-                                                    "software",
-                                                    "song",
-                                                    "speech",
-                                                    "standard",
-                                                    "thesis",
-                                                    "treaty",
-                                                    "webpage"};
-static_assert(std::ranges::is_sorted(kinds));
+struct Kind {
+  std::string_view type;  // CSL's
+  std::string_view name;  // for people
+};
+
+constexpr std::array kinds = std::to_array<Kind>({
+    {"article", "Article"},
+    {"article-journal", "Journal article"},
+    {"article-magazine", "Magazine article"},
+    {"article-newspaper", "Newspaper article"},
+    {"bill", "Bill"},
+    {"book", "Book"},
+    {"broadcast", "Broadcast"},
+    {"chapter", "Book chapter"},
+    {"classic", "Classical work"},
+    {"collection", "Collection"},
+    {"dataset", "Dataset"},
+    {"document", "Document"},
+    {"entry", "Entry"},
+    {"entry-dictionary", "Dictionary entry"},
+    {"entry-encyclopedia", "Encyclopedia entry"},
+    {"event", "Event"},
+    {"figure", "Figure"},
+    {"graphic", "Graphic"},
+    {"hearing", "Hearing"},
+    {"interview", "Interview"},
+    {"legal_case", "Legal case"},
+    {"legislation", "Legislation"},
+    {"manuscript", "Manuscript"},
+    {"map", "Map"},
+    {"motion_picture", "Film"},
+    {"musical_score", "Musical score"},
+    {"pamphlet", "Pamphlet"},
+    {"paper-conference", "Conference paper"},
+    {"patent", "Patent"},
+    {"performance", "Performance"},
+    {"periodical", "Periodical"},
+    {"personal_communication", "Personal communication"},
+    {"post", "Post"},
+    {"post-weblog", "Blog post"},
+    {"regulation", "Regulation"},
+    {"report", "Report"},
+    {"review", "Review"},
+    {"review-book", "Book review"},
+    {"software", "Software"},
+    {"song", "Song or recording"},
+    {"speech", "Speech"},
+    {"standard", "Standard"},
+    {"thesis", "Thesis"},
+    {"treaty", "Treaty"},
+    {"webpage", "Web page"},
+});
+static_assert(std::ranges::is_sorted(kinds, {}, &Kind::type));
+
+constexpr auto kindTypes = [] {
+  std::array<std::string_view, kinds.size()> types;
+  std::ranges::transform(kinds, types.begin(), &Kind::type);
+  return types;
+}();
 
 std::vector<std::string_view> lines(std::string_view text) {
   std::vector<std::string_view> result;
@@ -237,17 +250,22 @@ bool isDayOfCalendar(const std::vector<int> &parts) {
                                  .ok();
 }
 
-Json dateFromText(std::string_view text) {
-  if (const auto parts = datePartsFromText(text)) {
-    return Json{{"date-parts", Json::array({*parts})}};
-  }
+using Dates = std::vector<std::vector<int>>;
+
+// One date or, with a slash, two; nothing where they are neither.
+std::optional<Dates> datesFromText(std::string_view text) {
   const std::size_t slash = text.find('/');
-  if (slash != std::string_view::npos) {
-    const auto first = datePartsFromText(text.substr(0, slash));
-    const auto last = datePartsFromText(text.substr(slash + 1));
-    if (first && last) {
-      return Json{{"date-parts", Json::array({*first, *last})}};
-    }
+  const auto first = datePartsFromText(text.substr(0, slash));
+  if (!first || slash == std::string_view::npos) {
+    return first ? std::optional<Dates>({*first}) : std::nullopt;
+  }
+  const auto last = datePartsFromText(text.substr(slash + 1));
+  return last ? std::optional<Dates>({*first, *last}) : std::nullopt;
+}
+
+Json dateFromText(std::string_view text) {
+  if (const auto dates = datesFromText(text)) {
+    return Json{{"date-parts", *dates}};
   }
   return Json{{"literal", text}};
 }
@@ -270,23 +288,21 @@ std::string fieldText(const FormField &field, const Json &item, const NewReferen
 // What has a meaning of its own in a citation that stands in a text.
 constexpr std::string_view signsOfCitations = ";{}#@\\";
 
-// Why the value must not stand in its field; nothing where it may.
-std::optional<std::string> refusal(const EditableField &field) {
-  const std::string_view value = trimmed(field.value);
-  if (field.form == FieldForm::identifier && value.empty()) {
-    return field.label + ": without one the reference is found by author and year only";
+std::optional<std::string> reasonAgainstIdentifier(std::string_view value) {
+  if (value.empty()) {
+    return "without one the reference is found by author and year only";
   }
-  if (field.form == FieldForm::identifier) {
-    const std::size_t sign = value.find_first_of(signsOfCitations);
-    if (sign != std::string_view::npos) {
-      return field.label + ": \"" + value[sign] + "\" has a meaning of its own in citations";
-    }
+  const std::size_t sign = value.find_first_of(signsOfCitations);
+  if (sign != std::string_view::npos) {
+    return "\"" + std::string(1, value[sign]) + "\" has a meaning of its own in citations";
   }
-  if (field.form == FieldForm::date) {
-    const auto parts = datePartsFromText(value);
-    if (parts && !isDayOfCalendar(*parts)) {
-      return field.label + ": the calendar has no " + std::string(value);
-    }
+  return std::nullopt;
+}
+
+std::optional<std::string> reasonAgainstDate(std::string_view value) {
+  const auto dates = datesFromText(value);
+  if (dates && !std::ranges::all_of(*dates, isDayOfCalendar)) {
+    return "the calendar has no " + std::string(value);
   }
   return std::nullopt;
 }
@@ -334,7 +350,26 @@ bool isNestedTooDeeply(std::string_view json) {
 
 }  // namespace
 
-std::span<const std::string_view> referenceKinds() { return kinds; }
+std::span<const std::string_view> referenceKinds() { return kindTypes; }
+
+std::string nameOfKind(std::string_view kind) {
+  const auto found = std::ranges::lower_bound(kinds, kind, {}, &Kind::type);
+  return std::string(found != kinds.end() && found->type == kind ? found->name : kind);
+}
+
+std::optional<std::string> reasonAgainst(const EditableField &field) {
+  switch (field.form) {
+    case FieldForm::identifier:
+      return reasonAgainstIdentifier(trimmed(field.value));
+    case FieldForm::date:
+      return reasonAgainstDate(trimmed(field.value));
+    case FieldForm::kind:
+    case FieldForm::line:
+    case FieldForm::names:
+      break;
+  }
+  return std::nullopt;
+}
 
 std::expected<std::vector<EditableField>, std::string> editableFields(
     const NewReference &reference) {
@@ -370,8 +405,8 @@ std::expected<NewReference, std::string> withEditedFields(const NewReference &re
     return reference;
   }
   for (const EditableField &field : changed) {
-    if (auto reason = refusal(field)) {
-      return std::unexpected(*std::move(reason));
+    if (const auto reason = reasonAgainst(field)) {
+      return std::unexpected(field.label + ": " + *reason);
     }
   }
   Json item = Json::parse(reference.cslJson, nullptr, /*allow_exceptions=*/false);

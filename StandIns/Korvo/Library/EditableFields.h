@@ -7,6 +7,7 @@
 #include "Library.h"
 
 #include <expected>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -33,11 +34,16 @@ struct EditableField {
 
 // CSL's types, sorted.
 std::span<const std::string_view> referenceKinds();
+// "Journal article" for "article-journal"; a type that CSL lacks is its own name.
+std::string nameOfKind(std::string_view kind);
 
 // All fields of the form, in the order in which to show them, empty ones too. The error
 // says what is wrong with the record.
 std::expected<std::vector<EditableField>, std::string> editableFields(
     const NewReference &reference);
+
+// Why the value must not stand in its field, without the field's label; nothing where it may.
+std::optional<std::string> reasonAgainst(const EditableField &field);
 
 // The reference with the changed fields put in. The error says what is wrong with the record, or
 // which value would break citations and why: an identifier that is empty or has a citation's own

@@ -551,6 +551,15 @@ std::expected<void, LibraryError> Library::replace(ReferenceRow row,
   return edit(row, [&](const NewReference &) { return reference; });
 }
 
+std::expected<bool, LibraryError> Library::hasIdentifier(std::string_view identifier) {
+  state_->byIdentifier->bind(0, identifier);
+  const auto rows = state_->rows(*state_->byIdentifier);
+  if (!rows) {
+    return state_->error(rows.error());
+  }
+  return !rows->empty();
+}
+
 std::expected<void, LibraryError> Library::edit(ReferenceRow row, const Edit &change) {
   stopReading();
   auto transaction = Transaction::begin(state_->database);
@@ -569,12 +578,11 @@ std::expected<void, LibraryError> Library::edit(ReferenceRow row, const Edit &ch
     return state_->error(edited.error());
   }
   if (edited->identifier != (*present)->identifier && !edited->identifier.empty()) {
-    state_->byIdentifier->bind(0, std::string_view(edited->identifier));
-    const auto others = state_->rows(*state_->byIdentifier);
-    if (!others) {
-      return state_->error(others.error());
+    const auto isTaken = hasIdentifier(edited->identifier);
+    if (!isTaken) {
+      return std::unexpected(isTaken.error());
     }
-    if (!others->empty()) {
+    if (*isTaken) {
       return state_->error("another reference bears the identifier \"" + edited->identifier +
                            "\" already");
     }

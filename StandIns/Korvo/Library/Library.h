@@ -95,6 +95,9 @@ class Library {
   std::expected<std::vector<ReferenceRow>, LibraryError> list(ListOrder order,
                                                               std::string_view searchText);
 
+  // Whether a reference bears exactly this identifier.
+  std::expected<bool, LibraryError> hasIdentifier(std::string_view identifier);
+
   // Nothing, when the reference is gone.
   std::expected<std::optional<ReferenceSummary>, LibraryError> summary(ReferenceRow row);
   std::expected<std::optional<std::string>, LibraryError> cslJson(ReferenceRow row);
