@@ -35,6 +35,7 @@ class ScanWithDialog : public testing::Test {
 
   // The menu opens with the style that is shown under the pointer, and the next one below it.
   static void takeSecondStyle(const Window &dialog) { dialog.clickAndDrag(230, -85, 26); }
+  static void openMenu(const Window &dialog) { dialog.click(230, -85); }
   static void clickButton(const Window &dialog) { dialog.click(320, -35); }
   static void clickCloseBox(const Window &dialog) { dialog.click(-12, 11); }
 
@@ -83,6 +84,63 @@ TEST_F(ScanWithDialog, AnotherStyleFromTheMenuIsTakenAndRememberedForTheNextScan
   clickButton(dialog);
   ASSERT_EQ(mellel.waitForExit(), 0) << mellel.standardError();
   EXPECT_TRUE(copyHas("[1]"));
+}
+
+// With keys alone: Return belongs to the open menu, and then to the button.
+TEST_F(ScanWithDialog, ReturnInTheMenuThatKeysHaveOpenedTakesTheHighlightedStyle) {
+  Host host(favorites());
+  ChildProcess mellel(command());
+  const Window dialog(dialogTitle);
+  ASSERT_TRUE(dialog.isOpen());
+  for (const char *key : {"space", "Down", "Return"}) {
+    dialog.press(key);
+  }
+  EXPECT_FALSE(host.process().waitForLine("dialog: closed", 0, std::chrono::milliseconds(500)));
+  dialog.press("Return");
+  EXPECT_EQ(mellel.waitForExit(), 0) << mellel.standardError();
+  EXPECT_TRUE(copyHas("[1]"));
+}
+
+TEST_F(ScanWithDialog, ReturnInTheMenuThatTheMouseHasOpenedTakesTheHighlightedStyle) {
+  Host host(favorites());
+  ChildProcess mellel(command());
+  const Window dialog(dialogTitle);
+  ASSERT_TRUE(dialog.isOpen());
+  openMenu(dialog);
+  dialog.press("Down");
+  dialog.press("Return");
+  EXPECT_FALSE(host.process().waitForLine("dialog: closed", 0, std::chrono::milliseconds(500)));
+  dialog.press("Return");
+  EXPECT_EQ(mellel.waitForExit(), 0) << mellel.standardError();
+  EXPECT_TRUE(copyHas("[1]"));
+}
+
+TEST_F(ScanWithDialog, EscapeInTheOpenMenuLeavesTheStyleAndTheDialog) {
+  Host host(favorites());
+  ChildProcess mellel(command());
+  const Window dialog(dialogTitle);
+  ASSERT_TRUE(dialog.isOpen());
+  openMenu(dialog);
+  dialog.press("Down");
+  dialog.press("Escape");
+  for (const char *key : {"space", "Down", "Escape"}) {
+    dialog.press(key);
+  }
+  EXPECT_FALSE(host.process().waitForLine("dialog: closed", 0, std::chrono::milliseconds(500)));
+  dialog.press("Return");
+  EXPECT_EQ(mellel.waitForExit(), 0) << mellel.standardError();
+  EXPECT_TRUE(copyHas("(Hoare, 1969)"));
+}
+
+TEST_F(ScanWithDialog, EscapeCancelsAndWritesNothing) {
+  Host host(favorites());
+  ChildProcess mellel(command());
+  const Window dialog(dialogTitle);
+  ASSERT_TRUE(dialog.isOpen());
+  dialog.press("Escape");
+  EXPECT_EQ(mellel.waitForExit(), 1);
+  EXPECT_FALSE(std::filesystem::exists(copy()));
+  EXPECT_THAT(host.output(), HasSubstr("dialog: closed 0"));
 }
 
 TEST_F(ScanWithDialog, TheCloseBoxCancelsAndWritesNothing) {

@@ -53,6 +53,65 @@ void Window::clickAndDrag(int x, int y, int down) const {
        std::to_string(row + down), "sleep", "0.15", "mouseup", "1"});
 }
 
+void Window::doubleClick(int x, int y) const {
+  const auto [column, row] = placeOf(x, y);
+  run({"xdotool",
+       "mousemove",
+       std::to_string(column),
+       std::to_string(row),
+       "sleep",
+       "0.1",
+       "mousedown",
+       "1",
+       "sleep",
+       "0.05",
+       "mouseup",
+       "1",
+       "sleep",
+       "0.05",
+       "mousedown",
+       "1",
+       "sleep",
+       "0.05",
+       "mouseup",
+       "1"});
+}
+
+void Window::type(const std::string &text) { run({"xdotool", "type", "--delay", "30", text}); }
+
+void Window::drag(int right, int down) const {
+  const auto [column, row] = placeOf(60, 11);
+  run({"xdotool",
+       "mousemove",
+       std::to_string(column),
+       std::to_string(row),
+       "sleep",
+       "0.1",
+       "mousedown",
+       "1",
+       "sleep",
+       "0.2",
+       "mousemove",
+       std::to_string(column + right / 2),
+       std::to_string(row + down / 2),
+       "sleep",
+       "0.2",
+       "mousemove",
+       std::to_string(column + right),
+       std::to_string(row + down),
+       "sleep",
+       "0.2",
+       "mouseup",
+       "1",
+       "sleep",
+       "0.2"});
+}
+
+std::pair<int, int> Window::corner() const {
+  const auto [column, row] = placeOf(0, 0);
+  return {column, row};
+}
+
 void Window::hold(int x, int y) const {
   const auto [column, row] = placeOf(x, y);
   run({"xdotool", "mousemove", std::to_string(column), std::to_string(row), "sleep", "0.1",

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 namespace endtoend {
 
@@ -14,12 +15,21 @@ class Window {
   // Clicks at a place within the window, in pixels: from the left edge, or from the right one when
   // negative; from the upper edge, or from the lower one when negative.
   void click(int x, int y) const;
-  // The same, but the button goes up so many pixels further down: how an item is taken from a menu.
+  void doubleClick(int x, int y) const;
+  // The same as click, but the button goes up so many pixels further down: how an item is taken
+  // from a menu.
   void clickAndDrag(int x, int y, int down) const;
   // Presses the button at such a place and leaves it down.
   void hold(int x, int y) const;
   // Types keys by their X names ("Return"); the window gets the keyboard first.
   void press(const std::string &key) const;
+  // Types a text into whatever has the keyboard.
+  static void type(const std::string &text);
+  // Drags the window by its title.
+  void drag(int right, int down) const;
+
+  // On the display, of its upper left corner.
+  std::pair<int, int> corner() const;
 
  private:
   // On the display, of a place within the window.

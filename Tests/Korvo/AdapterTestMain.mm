@@ -1,6 +1,7 @@
 // The host's own tests run in an AppKit process: fonts and windows need a display. What they
 // remember goes into a directory of their own, never among the user's settings.
 #import <StandIns/Korvo/Application/KOApplication.h>
+#include <StandIns/Korvo/Windows/Appearance.h>
 
 #import <Cocoa/Cocoa.h>
 #include <gtest/gtest.h>
@@ -35,9 +36,7 @@ int startOverWithOwnSettings(char **arguments) {
 
 int runTests() {
   NSAutoreleasePool *pool = [[NSAutoreleasePool alloc] init];
-  [[NSUserDefaults standardUserDefaults]
-      registerDefaults:[NSDictionary dictionaryWithObject:@"NO"
-                                                   forKey:@"GSBackHandlesWindowDecorations"]];
+  korvo::windows::registerAppearance();
   [KOApplication sharedApplication];
   const int status = RUN_ALL_TESTS();
   [pool release];

@@ -5,6 +5,7 @@
 #import <StandIns/Korvo/Application/KOApplication.h>
 #import <StandIns/Korvo/Application/KOApplicationController.h>
 #import <StandIns/Korvo/Windows/Controls.h>
+#import <StandIns/Korvo/Windows/MainMenu.h>
 #include <Tests/Support/TemporaryDirectory.h>
 
 #include <gmock/gmock-more-matchers.h>
@@ -33,13 +34,17 @@ class Windows : public korvo_test::AdapterFixture {
 
   KOMainWindowController *mainWindow() { return [controller_.get() mainWindow]; }
 
-  std::vector<std::string> column(NSString *identifier) {
+  id cell(NSString *identifier, NSInteger row) {
     NSTableView *table = [mainWindow() table];
+    return [(id)mainWindow() tableView:table
+             objectValueForTableColumn:[table tableColumnWithIdentifier:identifier]
+                                   row:row];
+  }
+
+  std::vector<std::string> column(NSString *identifier) {
     std::vector<std::string> texts;
-    for (NSInteger row = 0; row < [table numberOfRows]; ++row) {
-      texts.push_back(utf8([(id)mainWindow() tableView:table
-                             objectValueForTableColumn:[table tableColumnWithIdentifier:identifier]
-                                                   row:row]));
+    for (NSInteger row = 0; row < [[mainWindow() table] numberOfRows]; ++row) {
+      texts.push_back(utf8(cell(identifier, row)));
     }
     return texts;
   }
@@ -163,7 +168,132 @@ TEST_F(Windows, WhatIsSavedIsInTheLibraryAndInTheList) {
   EXPECT_NE(reference(@"SMY"), nil);
   EXPECT_NE(reference(@"Smyth & van Dyck 2001"), nil);
   EXPECT_THAT(column(@"title"), testing::Contains("On Cold"));
-  EXPECT_THAT(column(@"kind"), testing::Contains("chapter"));
+  EXPECT_THAT(column(@"kind"), testing::Contains("Book chapter"));
+}
+
+TEST_F(Windows, WhatWouldBreakCitationsIsRefusedWithTheReasonBelowTheField) {
+  KOReferenceEditorWindowController *editor = editorOf(@"SMI2001");
+  const std::string hint = utf8([editor remarkOnField:@""]);
+  EXPECT_THAT(hint, HasSubstr("{Smith 2001#SMI2001}"));
+  const std::pair<NSString *, std::string> refused[] = {
+      {@"A;B", "\";\" has a meaning of its own in citations"},
+      {@" ", "without one the reference is found by author and year only"},
+      {@"JON1999", "another reference bears it already"},
+  };
+  for (const auto &[identifier, reason] : refused) {
+    [editor setText:identifier ofField:@""];
+    EXPECT_EQ(utf8([editor remarkOnField:@""]), reason);
+    EXPECT_FALSE([editor save]);
+    EXPECT_EQ(utf8([editor remarkOnField:@""]), reason);
+    EXPECT_EQ(utf8([editor statusText]), "Not saved: a field cannot be as it is.");
+  }
+  [editor setText:@"SMI2001" ofField:@""];
+  EXPECT_EQ(utf8([editor remarkOnField:@""]), hint);
+  [editor setText:@"2001-02-31" ofField:@"issued"];
+  EXPECT_EQ(utf8([editor remarkOnField:@"issued"]), "the calendar has no 2001-02-31");
+  EXPECT_FALSE([editor save]);
+  [editor setText:@"2001-02-28" ofField:@"issued"];
+  EXPECT_TRUE([editor save]);
+}
+
+TEST_F(Windows, SavedIsNotSaidOfWhatHasChangedSince) {
+  KOReferenceEditorWindowController *editor = editorOf(@"SMI2001");
+  [editor setText:@"On Cold" ofField:@"title"];
+  ASSERT_TRUE([editor save]);
+  ASSERT_THAT(utf8([editor statusText]), HasSubstr("Saved"));
+  [editor setText:@"On Ice" ofField:@"title"];
+  EXPECT_EQ(utf8([editor statusText]), "");
+}
+
+TEST_F(Windows, KindsAreShownByNamesAndSavedAsTheyAre) {
+  EXPECT_THAT(column(@"kind"), testing::Contains("Journal article"));
+  KOReferenceEditorWindowController *editor = editorOf(@"JON1999");
+  EXPECT_EQ(utf8([editor textOfField:@"type"]), "article-journal");
+  [editor setText:@"no-such-kind" ofField:@"type"];
+  ASSERT_TRUE([editor save]);
+  EXPECT_EQ(utf8([editor textOfField:@"type"]), "no-such-kind");
+}
+
+TEST_F(Windows, TitlesShowTheirMarksAsLooks) {
+  KOReferenceEditorWindowController *editor = editorOf(@"SMI2001");
+  [editor setText:@"A <i>B</i> x<sup>2</sup> <span class=\"nocase\">D</span> < 3 <j>"
+          ofField:@"title"];
+  ASSERT_TRUE([editor save]);
+  [mainWindow() searchFor:@"Smith"];
+  NSAttributedString *title = cell(@"title", 0);
+  ASSERT_TRUE([title isKindOfClass:[NSAttributedString class]]);
+  EXPECT_EQ(utf8([title string]), "A B x2 D < 3 <j>");
+  const auto traits = [&](NSUInteger place) {
+    return [[NSFontManager sharedFontManager] traitsOfFont:[title attribute:NSFontAttributeName
+                                                                      atIndex:place
+                                                               effectiveRange:nullptr]];
+  };
+  EXPECT_FALSE(traits(0) & NSItalicFontMask);
+  EXPECT_TRUE(traits(2) & NSItalicFontMask);
+  EXPECT_FALSE(traits(4) & NSItalicFontMask);
+  EXPECT_TRUE([title isSuperscriptAtIndex:5]);
+  EXPECT_FALSE([title isSuperscriptAtIndex:7]);
+}
+
+TEST_F(Windows, AllThatIsSelectedIsOpened) {
+  [mainWindow() selectReferences:[NSArray arrayWithObjects:reference(@"SMI2001"),
+                                                           reference(@"JON1999"), nil]];
+  [controller_.get() editSelection:nil];
+  ASSERT_EQ([[controller_.get() editors] count], 2U);
+  const auto place = [&](NSUInteger index) {
+    return [[[[controller_.get() editors] objectAtIndex:index] window] frame];
+  };
+  EXPECT_NE(NSMinX(place(0)), NSMinX(place(1)));
+  EXPECT_GE(NSMaxY(place(0)) - NSMaxY(place(1)), 22) << "a title is hidden";
+}
+
+TEST_F(Windows, TheListShowsWhatAnotherProgramAdds) {
+  const TemporaryDirectory directory;
+  auto made = korvo::library::Library::openOrCreate(directory / "my.korvolib");
+  auto other = korvo::library::Library::open(directory / "my.korvolib");
+  ASSERT_TRUE(made && other);
+  const auto onDisk = korvo::adapter::Owned<KOLibrary *>::taking(
+      [[KOLibrary alloc] initWithLibrary:*std::move(made)]);
+  [mainWindow() setCurrentLibrary:onDisk.get()];
+  [mainWindow() followLibrary];
+  EXPECT_EQ([[mainWindow() table] numberOfRows], 0);
+  const korvo::library::NewReference one = {.identifier = "ONE", .cslJson = "{}"};
+  ASSERT_TRUE(other->add({&one, 1}));
+  [mainWindow() followLibrary];
+  EXPECT_THAT(column(@"identifier"), ElementsAre("ONE"));
+  [mainWindow() setCurrentLibrary:library_.get()];
+}
+
+// At its smallest size each window has all of its controls, none over another.
+TEST_F(Windows, AtTheSmallestSizeNothingIsOutOfReach) {
+  const auto styles = korvo::adapter::Owned<KOStylePickerWindowController *>::taking(
+      [[KOStylePickerWindowController alloc] initWithStyles:shelf_]);
+  NSWindow *const windows[] = {[mainWindow() window],
+                               [[controller_.get() noticeWindow] window],
+                               [editorOf(@"SMI2001") window],
+                               [styles.get() window]};
+  for (NSWindow *window : windows) {
+    [window setContentSize:[window contentMinSize]];
+    NSView *content = [window contentView];
+    NSArray *views = [content subviews];
+    for (NSUInteger index = 0; index < [views count]; ++index) {
+      const NSRect frame = [(NSView *)[views objectAtIndex:index] frame];
+      EXPECT_TRUE(NSContainsRect([content bounds], frame)) << utf8([window title]) << index;
+      for (NSUInteger other = 0; other < index; ++other) {
+        EXPECT_FALSE(NSIntersectsRect(frame, [(NSView *)[views objectAtIndex:other] frame]))
+            << utf8([window title]) << other << " " << index;
+      }
+    }
+  }
+}
+
+TEST_F(Windows, TheMenuBarNamesTheApplicationOnce) {
+  korvo::windows::installMainMenu(controller_.get());
+  std::vector<std::string> titles;
+  for (NSInteger index = 0; index < [[NSApp mainMenu] numberOfItems]; ++index) {
+    titles.push_back(utf8([[[NSApp mainMenu] itemAtIndex:index] title]));
+  }
+  EXPECT_THAT(titles, ElementsAre("Korvo", "Edit", "Reference", "Window"));
 }
 
 TEST_F(Windows, RevertBringsTheLibrarysFieldsBack) {
@@ -193,7 +323,8 @@ TEST_F(Windows, WhatCannotBeSavedStaysInTheEditorWithTheReason) {
   other->keepReading();
   ASSERT_EQ(other->count(), 1U);
   EXPECT_FALSE([editor.get() save]);
-  EXPECT_EQ(utf8([editor.get() statusText]), file.string() + ": another program is using it");
+  EXPECT_EQ(utf8([editor.get() statusText]),
+            "Not saved: " + file.string() + ": another program is using it");
   EXPECT_EQ(utf8([editor.get() textOfField:@"title"]), "After");
   EXPECT_THAT(**other->cslJson(row), HasSubstr("Before"));
   other->stopReading();

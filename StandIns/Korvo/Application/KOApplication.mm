@@ -73,7 +73,62 @@ std::string codeInWords(NSInteger code) {
 
 - (void)terminate:(id)sender {
   (void)sender;
+  // The question whether to save may be open already.
+  if (isAskedToEnd_) {
+    return;
+  }
+  id delegate = [self delegate];
+  if ([delegate respondsToSelector:@selector(applicationShouldTerminate:)]) {
+    isAskedToEnd_ = YES;
+    const NSApplicationTerminateReply reply = [delegate applicationShouldTerminate:self];
+    isAskedToEnd_ = NO;
+    if (reply != NSTerminateNow) {
+      return;
+    }
+  }
   [self endRun];
+}
+
+- (void)finishLaunching {
+  [super finishLaunching];
+  menuKeys_ = [[KOMenuKeys alloc] init];
+}
+
+- (void)dealloc {
+  [menuKeys_ release];
+  [super dealloc];
+}
+
+- (void)sendEvent:(NSEvent *)event {
+  if ([event type] != NSKeyDown || ![menuKeys_ giveKey:event toOpenMenuOf:[self keyWindow]]) {
+    [super sendEvent:event];
+  }
+}
+
+// A method of its own: GCC 12 cannot compile a message to super within a loop.
+- (NSEvent *)nextEventOrKeyMatchingMask:(NSUInteger)mask untilDate:(NSDate *)date {
+  return [super nextEventMatchingMask:mask | NSKeyDownMask
+                            untilDate:date
+                               inMode:NSEventTrackingRunLoopMode
+                              dequeue:YES];
+}
+
+- (NSEvent *)nextEventMatchingMask:(NSUInteger)mask
+                         untilDate:(NSDate *)date
+                            inMode:(NSString *)mode
+                           dequeue:(BOOL)dequeue {
+  if (![menuKeys_ isMenuHeldOpen] || !dequeue || ![mode isEqual:NSEventTrackingRunLoopMode]) {
+    return [super nextEventMatchingMask:mask untilDate:date inMode:mode dequeue:dequeue];
+  }
+  while (true) {
+    NSEvent *event = [self nextEventOrKeyMatchingMask:mask untilDate:date];
+    if (event == nil) {
+      return nil;
+    }
+    if (NSEvent *given = [menuKeys_ eventForMenu:event]) {
+      return given;
+    }
+  }
 }
 
 @end

@@ -19,6 +19,7 @@
   KONoticeWindowController *noticeWindow_;
   KOStylePickerWindowController *styleWindow_;  // made when first asked for
   NSMutableArray *editors_;                     // the open ones
+  NSPoint lastEditor_;                          // the upper left corner of the one opened last
 }
 // `libraries` is an NSArray of KOLibrary. Makes the windows, shows nothing.
 - (id)initWithLibraries:(NSArray *)libraries styles:(korvo::adapter::StyleShelf &)shelf;

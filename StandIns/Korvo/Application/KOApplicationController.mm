@@ -5,6 +5,7 @@
 #import <StandIns/Korvo/Adapter/StringConversion.h>
 #import <StandIns/Korvo/Windows/Controls.h>
 
+#include <algorithm>
 #include <string>
 
 namespace {
@@ -16,15 +17,23 @@ std::string nameForScripts(KOReference *reference) {
 }
 
 // A screen with room for both shows the notices below the library.
-void placeBelow(NSWindow *lower, NSWindow *upper) {
+NSPoint cornerBelow(NSWindow *upper, NSWindow *lower) {
   const NSRect frame = [upper frame];
+  const CGFloat lowest = NSMinY([[NSScreen mainScreen] visibleFrame]) + NSHeight([lower frame]);
+  return NSMakePoint(NSMinX(frame), std::max(NSMinY(frame) - korvo::windows::gap, lowest));
+}
+
+// In points, of one editor below and beside the other.
+constexpr CGFloat editorStep = 26;
+
+// Where the title of the last one stays in sight; from the top again where there is no room below.
+NSPoint placeAfter(NSPoint last, NSWindow *window) {
   const NSRect screen = [[NSScreen mainScreen] visibleFrame];
-  NSPoint corner = NSMakePoint(NSMinX(frame), NSMinY(frame) - korvo::windows::gap);
-  const CGFloat lowest = NSMinY(screen) + NSHeight([lower frame]);
-  if (corner.y < lowest) {
-    corner.y = lowest;
-  }
-  [lower setFrameTopLeftPoint:corner];
+  const NSPoint next = NSMakePoint(last.x + editorStep, last.y - editorStep);
+  const bool hasRoom = next.y - NSHeight([window frame]) >= NSMinY(screen) &&
+                       next.x + NSWidth([window frame]) <= NSMaxX(screen);
+  return hasRoom ? next
+                 : NSMakePoint(NSMinX(screen) + 4 * editorStep, NSMaxY(screen) - 2 * editorStep);
 }
 
 }  // namespace
@@ -75,18 +84,30 @@ void placeBelow(NSWindow *lower, NSWindow *upper) {
   if (![window isVisible]) {
     // Near the upper left, so that there is room for the notices below.
     const NSRect screen = [[NSScreen mainScreen] visibleFrame];
-    [window setFrameTopLeftPoint:NSMakePoint(NSMinX(screen) + 40, NSMaxY(screen) - 40)];
+    korvo::windows::rememberPlace(window, @"Library",
+                                  NSMakePoint(NSMinX(screen) + 40, NSMaxY(screen) - 40));
   }
   [mainWindow_ showWindow:sender];
 }
 
+- (void)placeNotices {
+  NSWindow *window = [noticeWindow_ window];
+  if (![window isVisible]) {
+    korvo::windows::rememberPlace(window, @"Notices", cornerBelow([mainWindow_ window], window));
+  }
+}
+
 - (void)showNotices:(id)sender {
+  [self placeNotices];
   [noticeWindow_ showWindow:sender];
 }
 
 - (void)showStyles:(id)sender {
   if (styleWindow_ == nil) {
     styleWindow_ = [[KOStylePickerWindowController alloc] initWithStyles:*shelf_];
+    const NSRect frame = [[styleWindow_ window] frame];
+    korvo::windows::rememberPlace([styleWindow_ window], @"Styles",
+                                  NSMakePoint(NSMinX(frame), NSMaxY(frame)));
   }
   [styleWindow_ showWindow:sender];
 }
@@ -100,6 +121,18 @@ void placeBelow(NSWindow *lower, NSWindow *upper) {
   [NSApp activateIgnoringOtherApps:YES];
 }
 
+// Of the application, when its user quits it.
+- (NSApplicationTerminateReply)applicationShouldTerminate:(NSApplication *)application {
+  (void)application;
+  NSArray *open = [self editors];
+  for (NSUInteger index = 0; index < [open count]; ++index) {
+    if (![(KOReferenceEditorWindowController *)[open objectAtIndex:index] mayClose]) {
+      return NSTerminateCancel;
+    }
+  }
+  return NSTerminateNow;
+}
+
 // The adapter's side
 
 - (KOLibrary *)currentLibrary {
@@ -111,16 +144,13 @@ void placeBelow(NSWindow *lower, NSWindow *upper) {
 }
 
 - (void)displayEditorForReference:(KOReference *)reference {
-  korvo::application::announce("editor: " + nameForScripts(reference));
   [self editReference:reference];
 }
 
 - (void)showNoticeWithHeader:(NSString *)header summary:(NSAttributedString *)summary {
   korvo::application::announceNotice(korvo::adapter::utf8(header),
                                      korvo::adapter::utf8([summary string]));
-  if (![[noticeWindow_ window] isVisible]) {
-    placeBelow([noticeWindow_ window], [mainWindow_ window]);
-  }
+  [self placeNotices];
   [noticeWindow_ showNoticeWithHeader:header summary:summary];
 }
 
@@ -131,6 +161,7 @@ void placeBelow(NSWindow *lower, NSWindow *upper) {
 }
 
 - (void)editReference:(KOReference *)reference {
+  korvo::application::announce("editor: " + nameForScripts(reference));
   for (NSUInteger index = 0; index < [editors_ count]; ++index) {
     KOReferenceEditorWindowController *open = [editors_ objectAtIndex:index];
     if ([[open reference] isEqual:reference]) {
@@ -142,6 +173,8 @@ void placeBelow(NSWindow *lower, NSWindow *upper) {
       [[[KOReferenceEditorWindowController alloc] initWithReference:reference
                                                            delegate:self] autorelease];
   [editors_ addObject:editor];
+  lastEditor_ = placeAfter(lastEditor_, [editor window]);
+  [[editor window] setFrameTopLeftPoint:lastEditor_];
   [editor showWindow:self];
 }
 

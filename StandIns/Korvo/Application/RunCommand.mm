@@ -4,6 +4,7 @@
 #import "RunCommand.h"
 
 #include "Effects.h"
+#include "FirstClick.h"
 #include "ImportApart.h"
 #import "KOApplication.h"
 #import "KOApplicationController.h"
@@ -18,6 +19,7 @@
 #import <StandIns/Korvo/Adapter/Owned.h>
 #import <StandIns/Korvo/Adapter/StringConversion.h>
 #include <StandIns/Korvo/Library/LibraryFile.h>
+#include <StandIns/Korvo/Windows/Appearance.h>
 #import <StandIns/Korvo/Windows/MainMenu.h>
 
 #import <Cocoa/Cocoa.h>
@@ -101,18 +103,6 @@ std::expected<NSArray *, std::string> findTags(const std::vector<std::string> &t
   return references;
 }
 
-// Of the desktop, as far as its user has not said otherwise. Without a window manager
-// windows would have no title bars. GNUstep finds a font with a character that the usual one lacks
-// (Chinese and Japanese) among those only that are named here.
-void prepareDefaults() {
-  NSArray *fonts = [NSArray arrayWithObject:@"DroidSansFallback"];
-  NSDictionary *defaults = [NSDictionary
-      dictionaryWithObjectsAndKeys:@"NO", @"GSBackHandlesWindowDecorations",
-                                   @"NSWindows95InterfaceStyle", @"NSMenuInterfaceStyle", fonts,
-                                   @"NSPreferredFonts", nil];
-  [[NSUserDefaults standardUserDefaults] registerDefaults:defaults];
-}
-
 // False without a display.
 bool connectToDisplay() {
   @try {
@@ -157,7 +147,7 @@ int runHost(const RunHost &run, const std::filesystem::path &program) {
     return fail(selected.error(), badArgument);
   }
 
-  prepareDefaults();
+  windows::registerAppearance();
   if (!connectToDisplay()) {
     return fail("there is no display to be reached (DISPLAY)", EXIT_FAILURE);
   }
@@ -166,6 +156,7 @@ int runHost(const RunHost &run, const std::filesystem::path &program) {
       [[KOTerminationSignals alloc] initWithTarget:NSApp action:@selector(endRun)]);
   const auto controller = Owned<KOApplicationController *>::taking(
       [[KOApplicationController alloc] initWithLibraries:*libraries styles:shelf]);
+  [NSApp setDelegate:(id)controller.get()];
   windows::installMainMenu(controller.get());
   [[controller.get() mainWindow] selectReferences:*selected];
   [controller.get() showLibrary:nil];
@@ -184,12 +175,16 @@ int runHost(const RunHost &run, const std::filesystem::path &program) {
   }
 
   announce("ready");
+  prepareForFirstClick();
   const auto rehearsal =
       Owned<KORehearsal *>::taking([[KORehearsal alloc] initWithLibrary:[*libraries objectAtIndex:0]
                                                                  styles:shelf]);
   [rehearsal.get() start];
+  [[controller.get() mainWindow] startFollowing];
   [NSApp run];
+  [[controller.get() mainWindow] stopFollowing];
   [rehearsal.get() stop];
+  [NSApp setDelegate:nil];
   platform::stopReceivingAppleEvents();
   return EXIT_SUCCESS;
 }

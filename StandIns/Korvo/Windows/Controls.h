@@ -11,8 +11,12 @@ constexpr CGFloat gap = 8;
 constexpr CGFloat margin = 16;
 constexpr CGFloat controlHeight = 24;
 
-// A titled, closable, resizable window that its controller releases, not its close box.
+// A titled, closable, resizable window that its controller releases, not its close box. Sizes are
+// those of its content.
 NSWindow *makeWindow(NSString *title, NSSize size, NSSize least);
+// Gives the window the place and size that it had last under this name, or, where there are none or
+// its title would be out of reach, that upper left corner; and remembers them from now on.
+void rememberPlace(NSWindow *window, NSString *name, NSPoint cornerOtherwise);
 NSTextField *makeLabel(NSString *text, NSRect frame, NSTextAlignment alignment);
 NSTextField *makeTextField(NSString *text, NSRect frame);
 NSButton *makeButton(NSString *title, NSRect frame, id target, SEL action);

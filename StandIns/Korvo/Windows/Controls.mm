@@ -1,10 +1,34 @@
 #import "Controls.h"
 
+// GNUstep writes columns' titles in the colour of title bars, white, which is for a dark ground.
+@interface KOColumnTitleCell : NSTableHeaderCell
+@end
+
+@implementation KOColumnTitleCell
+
+- (NSColor *)textColor {
+  return [NSColor controlTextColor];
+}
+
+@end
+
+// GNUstep can draw stripes, and forgets that it was told to.
+@interface KOStripedTable : NSTableView
+@end
+
+@implementation KOStripedTable
+
+- (BOOL)usesAlternatingRowBackgroundColors {
+  return YES;
+}
+
+@end
+
 namespace korvo::windows {
 namespace {
 
-constexpr CGFloat textSize = 12;
-constexpr CGFloat rowHeight = 20;
+constexpr CGFloat textSize = 13;
+constexpr CGFloat rowHeight = 22;
 
 }  // namespace
 
@@ -17,9 +41,22 @@ NSWindow *makeWindow(NSString *title, NSSize size, NSSize least) {
                                        defer:YES] autorelease];
   [window setReleasedWhenClosed:NO];
   [window setTitle:title];
-  [window setMinSize:least];
+  [window setContentMinSize:least];
   [window center];
   return window;
+}
+
+void rememberPlace(NSWindow *window, NSString *name, NSPoint cornerOtherwise) {
+  const NSRect before = [window frame];
+  const bool isKnown = [window setFrameUsingName:name];
+  const NSRect frame = [window frame];
+  const NSPoint middleOfTitle = NSMakePoint(NSMidX(frame), NSMaxY(frame) - 1);
+  if (!isKnown || !NSPointInRect(middleOfTitle, [[NSScreen mainScreen] visibleFrame])) {
+    [window setFrame:before display:NO];
+    [window setFrameTopLeftPoint:cornerOtherwise];
+    [window saveFrameUsingName:name];
+  }
+  [window setFrameAutosaveName:name];
 }
 
 NSTextField *makeLabel(NSString *text, NSRect frame, NSTextAlignment alignment) {
@@ -104,12 +141,13 @@ NSScrollView *makeTable(NSRect frame, const Column *columns, NSUInteger count, i
     spare -= columns[index].width;
     growing += columns[index].grows ? 1 : 0;
   }
-  NSTableView *table =
-      [[[NSTableView alloc] initWithFrame:NSMakeRect(0, 0, size.width, size.height)] autorelease];
+  NSTableView *table = [[[KOStripedTable alloc]
+      initWithFrame:NSMakeRect(0, 0, size.width, size.height)] autorelease];
   for (NSUInteger index = 0; index < count; ++index) {
     const Column &described = columns[index];
     NSTableColumn *column =
         [[[NSTableColumn alloc] initWithIdentifier:described.identifier] autorelease];
+    [column setHeaderCell:[[[KOColumnTitleCell alloc] init] autorelease]];
     [[column headerCell] setStringValue:described.title];
     [[column headerCell] setAlignment:NSLeftTextAlignment];
     [[column dataCell] setFont:[NSFont systemFontOfSize:textSize]];
@@ -123,9 +161,15 @@ NSScrollView *makeTable(NSRect frame, const Column *columns, NSUInteger count, i
     [table addTableColumn:column];
   }
   [table setRowHeight:rowHeight];
-  [table setUsesAlternatingRowBackgroundColors:YES];
+  [table setDrawsGrid:NO];
+  // On any other background GNUstep shows what is selected in white.
+  [table setBackgroundColor:[NSColor whiteColor]];
   [table setColumnAutoresizingStyle:NSTableViewUniformColumnAutoresizingStyle];
   [table setAllowsEmptySelection:YES];
+  // A click on a column's title sorts, also where the hand trembles, and leaves the selection
+  // alone.
+  [table setAllowsColumnSelection:NO];
+  [table setAllowsColumnReordering:NO];
   [table setDataSource:source];
   [table setDelegate:source];
   [scroll setDocumentView:table];

@@ -8,6 +8,7 @@
 
 #import <Cocoa/Cocoa.h>
 
+#include <optional>
 #include <vector>
 
 @protocol KOMainWindowDelegate <KOProblemReporter>
@@ -19,7 +20,8 @@
   NSArray *libraries_;
   KOLibrary *currentLibrary_;  // one of libraries_
   korvo::library::ListOrder order_;
-  std::vector<korvo::library::ReferenceRow> rows_;  // as shown
+  std::vector<korvo::library::ReferenceRow> rows_;          // as shown
+  std::optional<korvo::library::Library::Version> listed_;  // the state of the library in the list
   NSPopUpButton *libraryButton_;
   NSSearchField *searchField_;
   NSTableView *table_;
@@ -38,6 +40,11 @@
 
 // Reads the list from the library again; the selection stays.
 - (void)reload;
+// Reads it again if the library has changed since: other programs may write to its file, too.
+- (void)followLibrary;
+// The same every few seconds while the run loop has nothing else to do, until it is told to stop.
+- (void)startFollowing;
+- (void)stopFollowing;
 - (void)sortBy:(korvo::library::ListOrder)order;
 - (void)searchFor:(NSString *)text;
 - (void)editSelectedReferences:(id)sender;

@@ -3,8 +3,10 @@
 #import "KOMainWindowController.h"
 
 #import "Controls.h"
+#import "TitleText.h"
 
 #import <StandIns/Korvo/Adapter/StringConversion.h>
+#include <StandIns/Korvo/Library/EditableFields.h>
 
 #include <algorithm>
 #include <iterator>
@@ -15,6 +17,12 @@ namespace {
 using korvo::library::ListOrder;
 using korvo::library::ReferenceRow;
 using korvo::library::SortColumn;
+
+// In seconds.
+constexpr NSTimeInterval timeBetweenLooks = 2;
+
+// More than this many windows at once nobody has asked for.
+constexpr NSUInteger mostOpenedAtOnce = 12;
 
 struct ShownColumn {
   korvo::windows::Column column;
@@ -58,7 +66,7 @@ NSString *plural(NSUInteger count, NSString *noun) {
 
 - (id)initWithLibraries:(NSArray *)libraries delegate:(id<KOMainWindowDelegate>)delegate {
   NSWindow *window =
-      korvo::windows::makeWindow(@"Korvo", NSMakeSize(940, 540), NSMakeSize(560, 260));
+      korvo::windows::makeWindow(@"Korvo", NSMakeSize(940, 540), NSMakeSize(640, 260));
   self = [super initWithWindow:window];
   if (self != nil) {
     delegate_ = delegate;
@@ -179,8 +187,11 @@ NSString *plural(NSUInteger count, NSString *noun) {
   NSArray *selected = [self selectedReferences];
   rows_.clear();
   if (currentLibrary_ != nil) {
-    auto listed =
-        [currentLibrary_ library].list(order_, korvo::adapter::utf8([searchField_ stringValue]));
+    korvo::library::Library &library = [currentLibrary_ library];
+    library.keepReading();
+    listed_ = library.version();
+    auto listed = library.list(order_, korvo::adapter::utf8([searchField_ stringValue]));
+    library.stopReading();
     if (listed) {
       rows_ = *std::move(listed);
     } else {
@@ -190,6 +201,29 @@ NSString *plural(NSUInteger count, NSString *noun) {
   [table_ reloadData];
   [self showSortIndicator];
   [self selectReferences:selected];
+}
+
+- (void)followLibrary {
+  if (currentLibrary_ == nil) {
+    return;
+  }
+  korvo::library::Library &library = [currentLibrary_ library];
+  library.keepReading();
+  const auto version = library.version();
+  library.stopReading();
+  // Nothing while another program writes: then the next look tells.
+  if (version && version != listed_) {
+    [self reload];
+  }
+}
+
+- (void)startFollowing {
+  [self followLibrary];
+  [self performSelector:@selector(startFollowing) withObject:nil afterDelay:timeBetweenLooks];
+}
+
+- (void)stopFollowing {
+  [NSObject cancelPreviousPerformRequestsWithTarget:self];
 }
 
 - (void)sortBy:(ListOrder)order {
@@ -218,8 +252,15 @@ NSString *plural(NSUInteger count, NSString *noun) {
     return;
   }
   NSArray *selected = [self selectedReferences];
-  if ([selected count] > 0) {
-    [delegate_ editReference:[selected objectAtIndex:0]];
+  const NSUInteger count = std::min([selected count], mostOpenedAtOnce);
+  for (NSUInteger index = 0; index < count; ++index) {
+    [delegate_ editReference:[selected objectAtIndex:index]];
+  }
+  if (count < [selected count]) {
+    [statusLabel_
+        setStringValue:[NSString stringWithFormat:@"Opened the first %lu of %lu",
+                                                  static_cast<unsigned long>(count),
+                                                  static_cast<unsigned long>([selected count])]];
   }
 }
 
@@ -269,7 +310,14 @@ NSString *plural(NSUInteger count, NSString *noun) {
     return @"";
   }
   const auto summary = [currentLibrary_ library].summary(rows_[static_cast<std::size_t>(index)]);
-  return summary && *summary ? korvo::adapter::stringFromUTF8((**summary).*(shown->text)) : @"";
+  if (!summary || !*summary) {
+    return @"";
+  }
+  const std::string &text = (**summary).*(shown->text);
+  if (shown->sort == SortColumn::kind) {
+    return korvo::adapter::stringFromUTF8(korvo::library::nameOfKind(text));
+  }
+  return korvo::windows::titleText(korvo::adapter::stringFromUTF8(text), [[column dataCell] font]);
 }
 
 - (void)tableView:(NSTableView *)table didClickTableColumn:(NSTableColumn *)column {

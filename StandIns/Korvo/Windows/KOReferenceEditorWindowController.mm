@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <expected>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -14,22 +15,12 @@ namespace {
 using korvo::library::EditableField;
 using korvo::library::FieldForm;
 using korvo::library::NewReference;
+using korvo::windows::ReferenceForm;
 
-constexpr CGFloat labelWidth = 130;
-constexpr CGFloat fieldWidth = 420;
-constexpr CGFloat namesHeight = 58;
-
-CGFloat heightOf(FieldForm form) {
-  return form == FieldForm::names ? namesHeight : korvo::windows::controlHeight;
-}
-
-CGFloat heightOfForm(const std::vector<EditableField> &fields) {
-  CGFloat height = 2 * korvo::windows::margin + korvo::windows::controlHeight;
-  for (const EditableField &field : fields) {
-    height += heightOf(field.form) + korvo::windows::gap;
-  }
-  return height + korvo::windows::gap;
-}
+// Two lines of an error with the path of a file.
+constexpr CGFloat statusHeight = 34;
+constexpr CGFloat heightBelowForm =
+    korvo::windows::margin + korvo::windows::controlHeight + korvo::windows::gap + statusHeight;
 
 std::expected<std::vector<EditableField>, std::string> fieldsOf(KOReference *reference) {
   const auto record = [[reference library] library].reference([reference row]);
@@ -42,60 +33,16 @@ std::expected<std::vector<EditableField>, std::string> fieldsOf(KOReference *ref
   return korvo::library::editableFields(**record);
 }
 
-NSView *makeControl(FieldForm form, NSRect frame) {
-  switch (form) {
-    case FieldForm::names:
-      return korvo::windows::makeTextArea(frame, true);
-    case FieldForm::kind: {
-      NSPopUpButton *button = korvo::windows::makePopUpButton(frame, nil, nullptr);
-      for (const std::string_view kind : korvo::library::referenceKinds()) {
-        [button addItemWithTitle:korvo::adapter::stringFromUTF8(kind)];
-      }
-      return button;
-    }
-    case FieldForm::identifier:
-    case FieldForm::line:
-    case FieldForm::date:
-      break;
-  }
-  return korvo::windows::makeTextField(@"", frame);
-}
-
-NSString *shownText(FieldForm form, NSView *control) {
-  switch (form) {
-    case FieldForm::names:
-      return [korvo::windows::textOf((NSScrollView *)control) string];
-    case FieldForm::kind:
-      return [(NSPopUpButton *)control titleOfSelectedItem];
-    case FieldForm::identifier:
-    case FieldForm::line:
-    case FieldForm::date:
-      break;
-  }
-  return [(NSTextField *)control stringValue];
-}
-
-void showText(FieldForm form, NSView *control, NSString *text) {
-  if (form == FieldForm::names) {
-    [korvo::windows::textOf((NSScrollView *)control) setString:text];
-  } else if (form == FieldForm::kind) {
-    // A kind that is none of the known ones is kept as it is.
-    if ([(NSPopUpButton *)control indexOfItemWithTitle:text] < 0) {
-      [(NSPopUpButton *)control addItemWithTitle:text];
-    }
-    [(NSPopUpButton *)control selectItemWithTitle:text];
-  } else {
-    [(NSTextField *)control setStringValue:text];
-  }
-}
-
 }  // namespace
 
 @interface KOReferenceEditorWindowController (Building)
 - (void)buildInView:(NSView *)content;
 - (void)load;
 - (std::vector<EditableField>)changedFields;
+- (std::optional<std::string>)reasonAgainst:(const EditableField &)field;
 - (void)showStatus:(NSString *)status;
+- (void)changed:(id)control;
+- (void)left:(id)control;
 @end
 
 @implementation KOReferenceEditorWindowController
@@ -104,15 +51,13 @@ void showText(FieldForm form, NSView *control, NSString *text) {
   auto fields = fieldsOf(reference);
   std::vector<EditableField> shown = fields ? *std::move(fields) : std::vector<EditableField>();
   const NSSize size =
-      NSMakeSize(2 * korvo::windows::margin + labelWidth + korvo::windows::gap + fieldWidth,
-                 heightOfForm(shown));
-  NSWindow *window = korvo::windows::makeWindow(@"Reference", size, NSMakeSize(420, size.height));
+      NSMakeSize(ReferenceForm::width(), ReferenceForm::height(shown) + heightBelowForm);
+  NSWindow *window = korvo::windows::makeWindow(@"Reference", size, size);
   self = [super initWithWindow:window];
   if (self != nil) {
     delegate_ = delegate;
     reference_ = [reference retain];
     loaded_ = std::move(shown);
-    controls_ = [[NSMutableArray alloc] init];
     [self buildInView:[window contentView]];
     [window setDelegate:(id)self];
     [self load];
@@ -123,47 +68,31 @@ void showText(FieldForm form, NSView *control, NSString *text) {
 - (void)dealloc {
   [[self window] setDelegate:nil];
   [reference_ release];
-  [controls_ release];
   [super dealloc];
 }
 
 - (void)buildInView:(NSView *)content {
   using namespace korvo::windows;
   const NSSize size = [content frame].size;
-  CGFloat top = size.height - margin;
-  NSView *previous = nil;
-  for (const EditableField &field : loaded_) {
-    const CGFloat height = heightOf(field.form);
-    top -= height;
-    // The label stands beside the first line of its field.
-    add(content,
-        makeLabel(korvo::adapter::stringFromUTF8(field.label),
-                  NSMakeRect(margin, top + height - controlHeight, labelWidth, 20),
-                  NSRightTextAlignment),
-        NSViewMaxXMargin | NSViewMinYMargin);
-    NSView *control =
-        makeControl(field.form, NSMakeRect(margin + labelWidth + gap, top, fieldWidth, height));
-    add(content, control, NSViewWidthSizable | NSViewMinYMargin);
-    [controls_ addObject:control];
-    NSView *focus = field.form == FieldForm::names ? textOf((NSScrollView *)control) : control;
-    [previous setNextKeyView:focus];
-    previous = focus;
-    top -= gap;
-  }
+  form_.build(content, loaded_, self);
+  [[self window] setInitialFirstResponder:form_.firstControl()];
 
   const CGFloat buttonWidth = 88;
   CGFloat x = size.width - margin - buttonWidth;
+  // Not by Return, which begins a new line in the fields of names.
   NSButton *saveButton = makeButton(@"Save", NSMakeRect(x, margin, buttonWidth, controlHeight),
                                     self, @selector(saveClicked:));
-  [saveButton setKeyEquivalent:@"\r"];
   add(content, saveButton, NSViewMinXMargin | NSViewMaxYMargin);
   x -= gap + buttonWidth;
   add(content,
       makeButton(@"Revert", NSMakeRect(x, margin, buttonWidth, controlHeight), self,
                  @selector(revert:)),
       NSViewMinXMargin | NSViewMaxYMargin);
-  statusLabel_ =
-      makeLabel(@"", NSMakeRect(margin, margin, x - gap - margin, 20), NSLeftTextAlignment);
+  statusLabel_ = makeLabel(
+      @"", NSMakeRect(margin, margin + controlHeight + gap, size.width - 2 * margin, statusHeight),
+      NSLeftTextAlignment);
+  [[statusLabel_ cell] setScrollable:NO];
+  [[statusLabel_ cell] setWraps:YES];
   add(content, statusLabel_, NSViewWidthSizable | NSViewMaxYMargin);
 }
 
@@ -179,27 +108,64 @@ void showText(FieldForm form, NSView *control, NSString *text) {
   }
   loaded_ = *std::move(fields);
   // A form is built once; a record that could not be read then has no controls.
-  for (std::size_t index = 0; index < loaded_.size() && index < [controls_ count]; ++index) {
-    showText(loaded_[index].form, [controls_ objectAtIndex:index],
-             korvo::adapter::stringFromUTF8(loaded_[index].value));
+  for (std::size_t index = 0; index < std::min(loaded_.size(), form_.size()); ++index) {
+    form_.show(index, loaded_[index].value);
+    form_.showReason(index, std::nullopt);
   }
   const auto tag = [reference_ citationTag];
   [[self window] setTitle:tag && *tag ? korvo::adapter::stringFromUTF8(**tag) : @"Reference"];
+  [[self window] setDocumentEdited:NO];
+}
+
+- (EditableField)shownField:(std::size_t)index {
+  EditableField field = loaded_[index];
+  field.value = form_.text(index);
+  return field;
 }
 
 - (std::vector<EditableField>)changedFields {
   std::vector<EditableField> changed;
-  for (std::size_t index = 0; index < loaded_.size() && index < [controls_ count]; ++index) {
-    EditableField field = loaded_[index];
-    field.value = korvo::adapter::utf8(shownText(field.form, [controls_ objectAtIndex:index]));
-    if (field.value != loaded_[index].value) {
+  for (std::size_t index = 0; index < std::min(loaded_.size(), form_.size()); ++index) {
+    EditableField field = [self shownField:index];
+    if (field != loaded_[index]) {
       changed.push_back(std::move(field));
     }
   }
   return changed;
 }
 
+- (std::optional<std::string>)reasonAgainst:(const EditableField &)field {
+  if (auto reason = korvo::library::reasonAgainst(field)) {
+    return reason;
+  }
+  // Without an answer the library itself refuses it, or not, when it is saved.
+  if (field.form == FieldForm::identifier &&
+      [[reference_ library] library].hasIdentifier(field.value).value_or(false)) {
+    return "another reference bears it already";
+  }
+  return std::nullopt;
+}
+
+// Shows why fields cannot be saved; the first of them, or none.
+- (std::optional<std::size_t>)firstWrongField {
+  std::optional<std::size_t> first;
+  for (std::size_t index = 0; index < std::min(loaded_.size(), form_.size()); ++index) {
+    const EditableField field = [self shownField:index];
+    const auto reason = field == loaded_[index] ? std::nullopt : [self reasonAgainst:field];
+    form_.showReason(index, reason);
+    if (reason && !first) {
+      first = index;
+    }
+  }
+  return first;
+}
+
 - (BOOL)save {
+  if (const auto wrong = [self firstWrongField]) {
+    [self showStatus:@"Not saved: a field cannot be as it is."];
+    form_.focus(*wrong);
+    return NO;
+  }
   // The changes go into the record as it is now: another program may have changed other
   // fields meanwhile.
   const auto saved =
@@ -207,7 +173,7 @@ void showText(FieldForm form, NSView *control, NSString *text) {
         return korvo::library::withEditedFields(present, [self changedFields]);
       });
   if (!saved) {
-    [self showStatus:korvo::adapter::stringFromUTF8(saved.error())];
+    [self showStatus:korvo::adapter::stringFromUTF8("Not saved: " + saved.error())];
     return NO;
   }
   [self load];
@@ -231,14 +197,15 @@ void showText(FieldForm form, NSView *control, NSString *text) {
   [self showStatus:@""];
 }
 
-- (BOOL)windowShouldClose:(id)sender {
-  (void)sender;
+- (BOOL)mayClose {
   [[self window] makeFirstResponder:nil];
   if ([self changedFields].empty()) {
     return YES;
   }
-  switch (NSRunAlertPanel(@"Unsaved changes", @"Save the changes to this reference?", @"Save",
-                          @"Don't Save", @"Cancel")) {
+  [[self window] makeKeyAndOrderFront:nil];
+  NSString *question =
+      [NSString stringWithFormat:@"Save the changes to the reference %@?", [[self window] title]];
+  switch (NSRunAlertPanel(@"Unsaved changes", @"%@", @"Save", @"Don't Save", @"Cancel", question)) {
     case NSAlertDefaultReturn:
       return [self save];
     case NSAlertAlternateReturn:
@@ -248,37 +215,103 @@ void showText(FieldForm form, NSView *control, NSString *text) {
   }
 }
 
+- (BOOL)windowShouldClose:(id)sender {
+  (void)sender;
+  return [self mayClose];
+}
+
 - (void)windowWillClose:(NSNotification *)notification {
   (void)notification;
   [delegate_ editorWillClose:self];
 }
 
+// In full where it is longer than the room for it.
 - (void)showStatus:(NSString *)status {
   [statusLabel_ setStringValue:status];
+  [statusLabel_ setToolTip:status];
 }
 
 - (NSString *)statusText {
   return [statusLabel_ stringValue];
 }
 
-- (NSString *)textOfField:(NSString *)key {
-  const auto field =
-      std::ranges::find(loaded_, korvo::adapter::utf8(key), &EditableField::key) - loaded_.begin();
-  if (static_cast<std::size_t>(field) >= loaded_.size()) {
-    return nil;
+// The fields' delegate
+
+- (void)changed:(id)control {
+  const std::size_t field = form_.fieldOf(control);
+  if (field < form_.size()) {
+    form_.showReason(field, std::nullopt);
   }
-  const auto index = static_cast<NSUInteger>(field);
-  return shownText(loaded_[index].form, [controls_ objectAtIndex:index]);
+  [self showStatus:@""];
+  [[self window] setDocumentEdited:[self changedFields].empty() ? NO : YES];
+}
+
+- (void)left:(id)control {
+  const std::size_t index = form_.fieldOf(control);
+  if (index >= form_.size()) {
+    return;
+  }
+  const EditableField field = [self shownField:index];
+  if (field != loaded_[index]) {
+    form_.showReason(index, [self reasonAgainst:field]);
+  }
+}
+
+- (void)controlTextDidChange:(NSNotification *)notification {
+  [self changed:[notification object]];
+}
+
+- (void)controlTextDidEndEditing:(NSNotification *)notification {
+  [self left:[notification object]];
+}
+
+- (void)textDidChange:(NSNotification *)notification {
+  [self changed:[notification object]];
+}
+
+- (void)kindChosen:(id)sender {
+  [self changed:sender];
+}
+
+// Names have lines, but no tabs.
+- (BOOL)textView:(NSTextView *)text doCommandBySelector:(SEL)command {
+  if (sel_isEqual(command, @selector(insertTab:))) {
+    [[self window] selectKeyViewFollowingView:text];
+    return YES;
+  }
+  if (sel_isEqual(command, @selector(insertBacktab:))) {
+    [[self window] selectKeyViewPrecedingView:text];
+    return YES;
+  }
+  return NO;
+}
+
+// For scripts and tests
+
+- (std::size_t)indexOfField:(NSString *)key {
+  return static_cast<std::size_t>(
+      std::ranges::find(loaded_, korvo::adapter::utf8(key), &EditableField::key) - loaded_.begin());
+}
+
+- (NSString *)textOfField:(NSString *)key {
+  const std::size_t index = [self indexOfField:key];
+  return index < form_.size() ? korvo::adapter::stringFromUTF8(form_.text(index)) : nil;
 }
 
 - (void)setText:(NSString *)text ofField:(NSString *)key {
-  const auto field =
-      std::ranges::find(loaded_, korvo::adapter::utf8(key), &EditableField::key) - loaded_.begin();
-  if (static_cast<std::size_t>(field) >= loaded_.size()) {
+  const std::size_t index = [self indexOfField:key];
+  if (index >= form_.size()) {
     return;
   }
-  const auto index = static_cast<NSUInteger>(field);
-  showText(loaded_[index].form, [controls_ objectAtIndex:index], text);
+  form_.show(index, korvo::adapter::utf8(text));
+  [self showStatus:@""];
+  const EditableField field = [self shownField:index];
+  form_.showReason(index, field == loaded_[index] ? std::nullopt : [self reasonAgainst:field]);
+}
+
+- (NSString *)remarkOnField:(NSString *)key {
+  const std::size_t index = [self indexOfField:key];
+  return index < form_.size() ? korvo::adapter::stringFromUTF8(form_.remark(index)) : nil;
 }
 
 @end

@@ -18,7 +18,9 @@ void addItem(NSMenu *menu, NSString *title, SEL action, NSString *key, id target
 
 void installMainMenu(id target) {
   NSMenu *menu = [[[NSMenu alloc] initWithTitle:@"Korvo"] autorelease];
-  NSMenu *application = addSubmenu(menu, @"Korvo");
+  // GNUstep knows the application's own menu by the name of the process, and adds one where it
+  // finds none; afterwards it may bear any name.
+  NSMenu *application = addSubmenu(menu, [[NSProcessInfo processInfo] processName]);
   addItem(application, @"Citation Styles...", @selector(showStyles:), @",", target);
   addItem(application, @"Hide", @selector(hide:), @"h", NSApp);
   addItem(application, @"Quit", @selector(terminate:), @"q", NSApp);
@@ -31,6 +33,7 @@ void installMainMenu(id target) {
 
   NSMenu *reference = addSubmenu(menu, @"Reference");
   addItem(reference, @"Edit", @selector(editSelection:), @"e", target);
+  addItem(reference, @"Save", @selector(saveClicked:), @"s", nil);
 
   NSMenu *shown = addSubmenu(menu, @"Window");
   addItem(shown, @"Library", @selector(showLibrary:), @"1", target);
@@ -38,6 +41,7 @@ void installMainMenu(id target) {
   addItem(shown, @"Close", @selector(performClose:), @"w", nil);
 
   [NSApp setMainMenu:menu];
+  [[menu itemAtIndex:0] setTitle:@"Korvo"];
   [NSApp setWindowsMenu:shown];
 }
 

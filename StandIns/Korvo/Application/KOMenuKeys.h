@@ -1,0 +1,20 @@
+// Keys in the open menu of a pop-up. GNUstep offers every key to the buttons of the window first,
+// so that Return would press the window's default button and the menu would go with what it showed
+// before; and it reads no key at all while the mouse keeps the menu open.
+#pragma once
+
+#import <Cocoa/Cocoa.h>
+
+@interface KOMenuKeys : NSObject {
+  NSMenu *menu_;              // the one that the mouse has opened; not retained
+  BOOL keysHighlight_;        // the last to choose an item in it were keys
+  NSPoint pointerAtLastKey_;  // on the screen
+}
+// YES for a key that belongs to a menu which keys have opened: it has got it.
+- (BOOL)giveKey:(NSEvent *)key toOpenMenuOf:(NSWindow *)window;
+
+// While the mouse keeps a menu open its loop asks for events, and is to be given keys, too.
+- (BOOL)isMenuHeldOpen;
+// What the loop of that menu gets in place of an event; nil for nothing.
+- (NSEvent *)eventForMenu:(NSEvent *)event;
+@end
