@@ -34,12 +34,11 @@ TEST(FullDisk, AnEditThatFindsNoRoomIsToldAndTheLibraryStays) {
                       "--library", library.string()});
   ASSERT_TRUE(korvo.waitForLine("ready")) << korvo.standardError();
   ASSERT_EQ(run({program("mellel"), "open", "Doe 2001"}).status, 0);
-  const Window editor("doe2001");
+  const Editor editor("doe2001");
   ASSERT_TRUE(editor.isOpen());
-  // The end of the line with the title, and the button that saves.
-  editor.click(520, 299);
+  editor.clickTitle();
   editor.press("x");
-  editor.click(-63, -36);
+  editor.clickSave();
   std::this_thread::sleep_for(500ms);
   EXPECT_EQ(readFile(library), bytes);
   const Scan copy = scanFile(draft, {"--style", "apa"});
@@ -50,7 +49,7 @@ TEST(FullDisk, AnEditThatFindsNoRoomIsToldAndTheLibraryStays) {
   rlimit room = {};
   ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &room), 0);
   ASSERT_EQ(prlimit(korvo.number(), RLIMIT_FSIZE, &room, nullptr), 0);
-  editor.click(-63, -36);
+  editor.clickSave();
   const auto end = std::chrono::steady_clock::now() + patience;
   bool isSaved = false;
   while (!isSaved && std::chrono::steady_clock::now() < end) {

@@ -46,12 +46,11 @@ TEST(TwoHosts, SeeEachOthersChangesOfOneLibraryAtOnce) {
   EXPECT_EQ(added.status, 0) << added.standardError;
   useBus(firstBus);
   ASSERT_EQ(run({program("mellel"), "open", "Doe 2001"}).status, 0);
-  const Window editor("doe2001");
+  const Editor editor("doe2001");
   ASSERT_TRUE(editor.isOpen());
-  // The end of the line with the title, and the button that saves.
-  editor.click(520, 299);
+  editor.clickTitle();
   editor.press("x");
-  editor.click(-63, -36);
+  editor.clickSave();
   useBus(secondBus);
   const auto end = std::chrono::steady_clock::now() + patience;
   std::string copy;

@@ -42,4 +42,13 @@ class Window {
   std::string identifier_;
 };
 
+// The window of one reference, which bears the reference's identifier.
+class Editor : public Window {
+ public:
+  using Window::Window;
+  // The end of the line with the title.
+  void clickTitle() const { click(560, 326); }
+  void clickSave() const { click(-63, -36); }
+};
+
 }  // namespace endtoend

@@ -77,12 +77,11 @@ TEST(Writing, AReferenceCorrectedInItsEditorIsCitedAsCorrected) {
   writeFile(directory.path() / "draft.rtf", "{\\rtf1\\ansi So \\{Doe 2001\\}.\\par}");
   Host host({}, library);
   ASSERT_EQ(run({program("mellel"), "open", "Doe 2001"}).status, 0);
-  const Window editor("doe2001");
+  const Editor editor("doe2001");
   ASSERT_TRUE(editor.isOpen());
-  // The end of the line with the title, and the button that saves.
-  editor.click(520, 299);
+  editor.clickTitle();
   editor.press("x");
-  editor.click(-63, -36);
+  editor.clickSave();
   const auto corrected = [&] {
     return scanFile(directory.path() / "draft.rtf", {"--style", "apa"}).copy.find("Old Titlex") !=
            std::string::npos;

@@ -18,7 +18,8 @@ class RunLoopTimer;
   // From the first attempt to end the run loop. A pointer: GCC cannot describe an instance
   // variable with a std::function in it to the run time.
   std::unique_ptr<platform::RunLoopTimer> nextAttempt_;
-  KOMenuKeys *menuKeys_;  // from the start of the run loop
+  std::unique_ptr<platform::RunLoopTimer> quit_;  // from the first terminate:
+  KOMenuKeys *menuKeys_;                          // from the start of the run loop
 }
 // Ends an open dialog as if it had been closed without an answer, and then the run loop:
 // `run` returns. Asks nobody.

@@ -71,8 +71,7 @@ std::string codeInWords(NSInteger code) {
   }
 }
 
-- (void)terminate:(id)sender {
-  (void)sender;
+- (void)endIfDelegateAgrees {
   // The question whether to save may be open already.
   if (isAskedToEnd_) {
     return;
@@ -87,6 +86,15 @@ std::string codeInWords(NSInteger code) {
     }
   }
   [self endRun];
+}
+
+// A moment later: the menu that it was chosen from would stay open below a question.
+- (void)terminate:(id)sender {
+  (void)sender;
+  if (quit_ == nullptr) {
+    quit_ = std::make_unique<platform::RunLoopTimer>([self] { [self endIfDelegateAgrees]; });
+  }
+  quit_->callAfter(std::chrono::microseconds(0));
 }
 
 - (void)finishLaunching {

@@ -83,7 +83,7 @@ NSButton *makeButton(NSString *title, NSRect frame, id target, SEL action) {
   NSButton *button = [[[NSButton alloc] initWithFrame:frame] autorelease];
   [button setTitle:title];
   [button setFont:[NSFont systemFontOfSize:textSize]];
-  [button setBezelStyle:NSRoundedBezelStyle];
+  [button setBezelStyle:NSRegularSquareBezelStyle];
   [button setTarget:target];
   [button setAction:action];
   return button;
