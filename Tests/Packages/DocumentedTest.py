@@ -67,7 +67,7 @@ def is_taken(program, *words):
     """Whether the program knows the last word as an option there. A word that is too many keeps it
     from doing anything."""
     command = [BUILD / "bin" / program, *words, STRAY, STRAY, STRAY]
-    finished = subprocess.run(command, env={}, capture_output=True, text=True, timeout=20)
+    finished = subprocess.run(command, env={}, capture_output=True, text=True, timeout=60)
     return "knows no option" not in finished.stderr and (
         f"unknown argument {words[-1]}" not in finished.stderr
     )
