@@ -26,6 +26,8 @@ class ProcessWatch::State final : public std::enable_shared_from_this<State>, pr
     BusConnection &connection = BusConnection::session();
     if (const auto bus = connection.open()) {
       isRunning_ = watch(*bus);
+      // What arrived before the bus's answers was taken off the bus with them.
+      connection.arm();
     }
     connection.addClient(this);
   }

@@ -1,4 +1,4 @@
-#include "BusFixture.h"
+#include "RawSender.h"
 
 #include <cstdlib>
 #include <vector>
@@ -12,6 +12,7 @@ using platform::startReceivingAppleEvents;
 using platform::stopReceivingAppleEvents;
 
 class AppleEventsProcess : public BusFixture {};
+class AppleEventsProcessAndAnother : public RawSender {};
 
 TEST_F(AppleEventsProcess, SignatureThatAnotherProcessHasIsRefused) {
   EXPECT_EQ(startReceivingAppleEvents(peerSignature, {}), portInUse);
@@ -100,6 +101,27 @@ TEST_F(AppleEventsProcess, WatchMayBeDestroyedByItsOwnCall) {
   EXPECT_TRUE(runUntil([&] { return watch == nullptr; }));
   startPeer();
   EXPECT_FALSE(runUntil([&] { return calls > 1; }, std::chrono::milliseconds(200)));
+}
+
+// The watch asks the bus a question: what arrives before the answer is taken in with it.
+TEST_F(AppleEventsProcessAndAnother, WhatArrivesWhileAWatchBeginsIsHandled) {
+  int activations = 0;
+  ASSERT_EQ(startReceivingAppleEvents(testSignature, [&] { ++activations; }), noErr);
+  ASSERT_FALSE(runUntil([] { return false; }, std::chrono::milliseconds(50)));
+  sd_bus_message *message = nullptr;
+  ASSERT_GE(
+      sd_bus_message_new_method_call(client_.get(), &message, "org.korvo.AppleEvents.S54657374",
+                                     objectPath, interfaceName, "Activate"),
+      0);
+  const Message activation = adoptMessage(message);
+  sd_bus_message_set_expect_reply(message, 0);
+  ASSERT_GE(sd_bus_send(client_.get(), message, nullptr), 0);
+  // The bus has handed it on when it has answered what came behind it.
+  ASSERT_GE(sd_bus_call_method(client_.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus",
+                               "org.freedesktop.DBus", "GetId", nullptr, nullptr, ""),
+            0);
+  EXPECT_TRUE(ProcessWatch(peerSignature, {}).isRunning());
+  EXPECT_TRUE(runUntil([&] { return activations == 1; }, std::chrono::seconds(5)));
 }
 
 TEST_F(AppleEventsProcess, DestroyedWatchIsSilentThoughAChangeWasUnderWay) {
