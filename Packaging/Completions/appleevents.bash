@@ -5,7 +5,7 @@ _appleevents() {
   local word=${COMP_WORDS[COMP_CWORD]} options=
   COMPREPLY=()
   if [[ $COMP_CWORD -eq 1 ]]; then
-    mapfile -t COMPREPLY < <(compgen -W 'explain record --version --help' -- "$word")
+    mapfile -t COMPREPLY < <(compgen -W 'explain record show replay --version --help' -- "$word")
     return
   fi
   case ${COMP_WORDS[1]} in
@@ -14,6 +14,12 @@ _appleevents() {
       ;;
     record)
       options='-o --anonymous --no-times'
+      ;;
+    show)
+      options='--event'
+      ;;
+    replay)
+      options='--timeout --against'
       ;;
   esac
   if [[ $word == -* ]]; then

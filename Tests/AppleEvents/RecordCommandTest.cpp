@@ -1,10 +1,7 @@
 // appleevents record, on a message bus of the test's own.
+#include "BusTest.h"
 #include "Payloads.h"
 
-#include <Tests/Support/ChildProcess.h>
-#include <Tests/Support/Files.h>
-#include <Tests/Support/PrivateBus.h>
-#include <Tests/Support/TemporaryDirectory.h>
 #include <Tools/AppleEvents/Payloads/EventKinds.h>
 #include <Tools/AppleEvents/Recordings/RecordingText.h>
 
@@ -20,36 +17,12 @@ namespace {
 
 using namespace appleevents;
 using namespace appleevents_test;
-using test_support::ChildProcess;
-using test_support::PrivateBus;
-using test_support::Result;
-using test_support::TemporaryDirectory;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 
-class RecordCommand : public testing::Test {
+class RecordCommand : public BusTest {
  protected:
-  static void SetUpTestSuite() {
-    // GNUstep keeps what it allocates at its start until the end.
-    setenv("ASAN_OPTIONS", "detect_leaks=0", 0);
-    bus_ = std::make_unique<PrivateBus>();
-  }
-  static void TearDownTestSuite() { bus_.reset(); }
-
-  void startHost() {
-    host_ = std::make_unique<ChildProcess>(std::vector<std::string>{TEST_HOST, ""});
-    ASSERT_EQ(host_->readLine(), "ready");
-  }
-
-  std::string path() const { return (folder_.path() / "recording").string(); }
-
-  Result record(std::vector<std::string> arguments) {
-    std::vector<std::string> all = {APPLE_EVENTS, "record", "-o", path()};
-    all.insert(all.end(), arguments.begin(), arguments.end());
-    return test_support::run(all);
-  }
-
   // Each message in a word or two.
   std::vector<std::string> messages() const {
     const auto recording = readRecording(test_support::readFile(path()));
@@ -61,10 +34,6 @@ class RecordCommand : public testing::Test {
     }
     return lines;
   }
-
-  static inline std::unique_ptr<PrivateBus> bus_;
-  TemporaryDirectory folder_;
-  std::unique_ptr<ChildProcess> host_;
 };
 
 TEST_F(RecordCommand, AConversationIsRecordedFromItsFirstEventToTheLastReply) {

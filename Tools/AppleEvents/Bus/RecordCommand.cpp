@@ -116,7 +116,7 @@ std::expected<Status, Failure> runRecord(const RecordOptions &options) {
   }
   std::unique_ptr<StartedCommand> command;
   if (options.command) {
-    auto started = StartedCommand::start(*options.command);
+    auto started = StartedCommand::start(*options.command, StartedCommand::Output::shown);
     if (!started) {
       return std::unexpected(Failure{Status::wrongUsage, started.error()});
     }

@@ -1,5 +1,6 @@
 #include "StartedCommand.h"
 
+#include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -10,8 +11,14 @@
 
 namespace appleevents {
 
+namespace {
+
+constexpr int standardOutput = 1;
+
+}  // namespace
+
 std::expected<std::unique_ptr<StartedCommand>, std::string> StartedCommand::start(
-    const std::vector<std::string> &command) {
+    const std::vector<std::string> &command, Output output) {
   std::vector<char *> arguments;
   arguments.reserve(command.size() + 1);
   for (const std::string &argument : command) {
@@ -24,9 +31,15 @@ std::expected<std::unique_ptr<StartedCommand>, std::string> StartedCommand::star
   posix_spawnattr_init(&attributes);
   posix_spawnattr_setsigmask(&attributes, &none);
   posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK);
+  posix_spawn_file_actions_t files;
+  posix_spawn_file_actions_init(&files);
+  if (output == Output::discarded) {
+    posix_spawn_file_actions_addopen(&files, standardOutput, "/dev/null", O_WRONLY, 0);
+  }
   pid_t process = 0;
   const int error =
-      posix_spawnp(&process, arguments.front(), nullptr, &attributes, arguments.data(), environ);
+      posix_spawnp(&process, arguments.front(), &files, &attributes, arguments.data(), environ);
+  posix_spawn_file_actions_destroy(&files);
   posix_spawnattr_destroy(&attributes);
   if (error != 0) {
     return std::unexpected("cannot start " + command.front() + ": " + std::strerror(error));

@@ -14,10 +14,12 @@ namespace appleevents {
 
 class StartedCommand {
  public:
+  enum class Output { shown, discarded };  // of its standard output
+
   // Found in PATH where the name has no slash. With the signals that this process blocks let
   // through. The error is one line.
   static std::expected<std::unique_ptr<StartedCommand>, std::string> start(
-      const std::vector<std::string> &command);
+      const std::vector<std::string> &command, Output output);
   // Ends the program if it still runs: politely, and after two seconds by force.
   ~StartedCommand();
   StartedCommand(const StartedCommand &) = delete;

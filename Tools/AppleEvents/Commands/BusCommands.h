@@ -10,5 +10,6 @@
 namespace appleevents {
 
 std::expected<Status, Failure> record(const RecordOptions &options);
+std::expected<Status, Failure> replay(const ReplayOptions &options);
 
 }  // namespace appleevents

@@ -14,4 +14,6 @@ std::unexpected<Failure> notHere(const char *command) {
 
 std::expected<Status, Failure> record(const RecordOptions &) { return notHere("record"); }
 
+std::expected<Status, Failure> replay(const ReplayOptions &) { return notHere("replay"); }
+
 }  // namespace appleevents

@@ -4,6 +4,7 @@
 #include "ExplainCommand.h"
 #include "Failure.h"
 #include "Options.h"
+#include "ShowCommand.h"
 
 #include <StandIns/Terminal/Output.h>
 #include <StandIns/Terminal/Version.h>
@@ -21,6 +22,8 @@ using Done = std::expected<Status, Failure>;
 struct Runner {
   Done operator()(const ExplainOptions &options) const { return runExplain(options); }
   Done operator()(const RecordOptions &options) const { return record(options); }
+  Done operator()(const ShowOptions &options) const { return runShow(options); }
+  Done operator()(const ReplayOptions &options) const { return replay(options); }
   Done operator()(const HelpOptions &) const {
     terminal::print(helpText());
     return Status::done;
@@ -38,8 +41,8 @@ int failed(const Failure &failure) {
 
 }  // namespace
 
-int run(std::span<const char *const> arguments) {
-  const auto command = parseOptions(arguments);
+int run(int count, const char *const *arguments) {
+  const auto command = parseOptions({arguments + (count > 0 ? 1 : 0), arguments + count});
   if (!command) {
     return failed({Status::wrongUsage, command.error()});
   }

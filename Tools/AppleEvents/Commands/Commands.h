@@ -1,12 +1,10 @@
 // What the process does.
 #pragma once
 
-#include <span>
-
 namespace appleevents {
 
-// Carries out what the arguments (without the program's name) ask for: results go to standard
-// output, what is wrong is one line on standard error. The exit status.
-int run(std::span<const char *const> arguments);
+// Carries out what the arguments ask for, the first of which is the program's name: results go to
+// standard output, what is wrong is one line on standard error. The exit status.
+int run(int count, const char *const *arguments);
 
 }  // namespace appleevents

@@ -6,5 +6,5 @@
 int main(int argc, char *argv[]) {
   // A file that the limits of the user do not allow is a failed write, to be told.
   std::signal(SIGXFSZ, SIG_IGN);
-  return appleevents::run({argv + (argc > 0 ? 1 : 0), argv + argc});
+  return appleevents::run(argc, argv);
 }

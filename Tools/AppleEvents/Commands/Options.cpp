@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <cstddef>
 #include <string_view>
 #include <utility>
 
@@ -60,19 +62,60 @@ Parsed recordCommand(const Arguments &arguments) {
                        .command = arguments.command()};
 }
 
+std::optional<std::size_t> numberIn(std::string_view text) {
+  std::size_t number = 0;
+  const char *const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, number);
+  return error == std::errc() && stop == end && number > 0 ? std::optional(number) : std::nullopt;
+}
+
+Parsed showCommand(const Arguments &arguments) {
+  if (arguments.words().size() != 1) {
+    return std::unexpected("show needs a recording");
+  }
+  ShowOptions options{.input = arguments.words().front()};
+  if (const auto event = arguments.value("--event")) {
+    options.event = numberIn(*event);
+    if (!options.event) {
+      return std::unexpected("--event needs the number of an event, not " +
+                             inQuotationMarks(*event));
+    }
+  }
+  return options;
+}
+
+Parsed replayCommand(const Arguments &arguments) {
+  if (arguments.words().size() != 1) {
+    return std::unexpected("replay needs a recording");
+  }
+  ReplayOptions options{.input = arguments.words().front(), .host = arguments.command()};
+  if (const auto timeout = arguments.value("--timeout")) {
+    constexpr std::size_t longest = 86400;
+    const auto seconds = numberIn(*timeout);
+    if (!seconds || *seconds > longest) {
+      return std::unexpected("--timeout needs a number of seconds, not " +
+                             inQuotationMarks(*timeout));
+    }
+    options.timeout = std::chrono::seconds(*seconds);
+  }
+  return options;
+}
+
 struct Entry {
   CommandSyntax syntax;
   Parsed (*make)(const Arguments &);
 };
 
-const std::array<Entry, 2> &entries() {
-  static const std::array<Entry, 2> all = {
+const std::array<Entry, 4> &entries() {
+  static const std::array<Entry, 4> all = {
       {{{.name = "explain", .flags = {"--reply", "--hex", "--bytes", "--json"}}, explainCommand},
        {{.name = "record",
          .flags = {"--anonymous", "--no-times"},
          .values = {"-o"},
          .commandOption = "--"},
-        recordCommand}}};
+        recordCommand},
+       {{.name = "show", .values = {"--event"}}, showCommand},
+       {{.name = "replay", .values = {"--timeout"}, .commandOption = "--against"}, replayCommand}}};
   return all;
 }
 
@@ -119,10 +162,17 @@ terminal::Words helpText() {
       one, until interrupted. --anonymous replaces the words that authors wrote by others of the
       same length, so that the recording can be sent to strangers. --no-times leaves the times
       out, so that two recordings of the same conversation are the same.
+  appleevents show [--event N] FILE
+      Shows a recording: who said what, when, how long the answer took, how large it was, and
+      what it came to. --event explains one event in full, with its reply.
+  appleevents replay FILE [--timeout SECONDS] [--against COMMAND...]
+      Sends the requests of a recording to the running host, or to the one that COMMAND starts,
+      and compares each answer, field by field, with the recorded one. Document IDs may differ.
+      Each answer may take 60 seconds, or as long as --timeout says.
   appleevents --version, appleevents --help
 
-Status: 0 done, 1 a rule is broken or COMMAND failed, 2 wrong usage, 3 no session bus, 4 a file
-cannot be read or written.
+Status: 0 done, 1 a rule is broken, an answer differs or COMMAND failed, 2 wrong usage, 3 no
+session bus or no host, 4 a file cannot be read or written.
 )";
 }
 

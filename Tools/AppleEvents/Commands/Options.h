@@ -5,6 +5,8 @@
 #include <StandIns/Terminal/TerminalText.h>
 #include <Tools/AppleEvents/Payloads/EventInput.h>
 
+#include <chrono>
+#include <cstddef>
 #include <expected>
 #include <optional>
 #include <span>
@@ -32,11 +34,26 @@ struct RecordOptions {
   std::optional<std::vector<std::string>> command = std::nullopt;
 };
 
+struct ShowOptions {
+  std::string input;
+  // Of the one event that is explained in full.
+  std::optional<std::size_t> event = std::nullopt;
+};
+
+struct ReplayOptions {
+  std::string input;
+  // How long the host may take to start, and for an answer.
+  std::chrono::seconds timeout{60};
+  // The host that is started for it; without one, there has to be one.
+  std::optional<std::vector<std::string>> host = std::nullopt;
+};
+
 struct HelpOptions {};
 
 struct VersionOptions {};
 
-using Command = std::variant<ExplainOptions, RecordOptions, HelpOptions, VersionOptions>;
+using Command = std::variant<ExplainOptions, RecordOptions, ShowOptions, ReplayOptions, HelpOptions,
+                             VersionOptions>;
 
 // The arguments without the program's name. The error is one line.
 std::expected<Command, std::string> parseOptions(std::span<const char *const> arguments);
