@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstring>
 #include <optional>
+#include <span>
 #include <utility>
 
 namespace appleevents {
@@ -49,6 +50,11 @@ bool isCounterpart(const RecordedMessage &recorded, const RecordedMessage &arriv
          recorded.eventID == arrived.eventID;
 }
 
+bool isExpected(const RecordedMessage &arrived, const Messages &expected) {
+  return std::ranges::any_of(
+      expected, [&](const RecordedMessage *recorded) { return isCounterpart(*recorded, arrived); });
+}
+
 // The status in a reply that is nothing but an error.
 std::optional<SInt32> statusOf(const RecordedMessage &reply) {
   SInt32 status = 0;
@@ -72,13 +78,13 @@ class Replayer {
       if (index == 0) {
         session_.arrived().clear();
       }
-      replayed.push_back(replay(steps[index], index + 1 == steps.size()));
+      replayed.push_back(replay(steps[index], std::span(steps).subspan(index + 1)));
     }
     return replayed;
   }
 
  private:
-  ReplayedRequest replay(const Step &step, bool isLast) {
+  ReplayedRequest replay(const Step &step, std::span<const Step> later) {
     outcome_ = {step.request->number, nameOf(*step.request), {}, {}};
     session_.send(*step.request);
     Messages waiting = step.expected;
@@ -93,19 +99,28 @@ class Replayer {
       outcome_.differences.push_back(nameOf(*missing) + " did not come" +
                                      (session_.hasHostEnded() ? ": the host has ended" : ""));
     }
-    if (isLast) {
+    if (later.empty()) {
       // What comes in vain has nobody to wait for it.
       constexpr std::chrono::milliseconds timeForStragglers{200};
       session_.runUntil([] { return false; }, HostSession::Clock::now() + timeForStragglers);
     }
-    for (const RecordedMessage &surplus : std::exchange(session_.arrived(), {})) {
-      if (surplus.eventID == formats::answer::preferences) {
-        outcome_.remarks.push_back("preferences came unasked, as from a plug-in that starts");
-      } else {
-        outcome_.differences.push_back(nameOf(surplus) + " came and was not recorded");
+    std::erase_if(session_.arrived(), [&](const RecordedMessage &arrived) {
+      const bool isEarly = std::ranges::any_of(
+          later, [&](const Step &each) { return isExpected(arrived, each.expected); });
+      if (!isEarly) {
+        addSurplus(arrived);
       }
-    }
+      return !isEarly;
+    });
     return std::move(outcome_);
+  }
+
+  void addSurplus(const RecordedMessage &arrived) {
+    if (arrived.eventID == formats::answer::preferences) {
+      outcome_.remarks.push_back("preferences came unasked, as from a plug-in that starts");
+    } else {
+      outcome_.differences.push_back(nameOf(arrived) + " came and was not recorded");
+    }
   }
 
   // Takes what arrived out of the lists on both sides.
