@@ -16,6 +16,7 @@ typedef NS_OPTIONS(NSUInteger, NSAutoresizingMaskOptions) {
 @property NSAutoresizingMaskOptions autoresizingMask;
 @property(nullable, readonly, assign) NSView *superview;
 @property(copy) NSArray<__kindof NSView *> *subviews;
+- (nullable __kindof NSView *)viewWithTag:(NSInteger)tag;
 @end
 
 @interface NSCell : NSObject <NSCopying, NSCoding>

@@ -21,4 +21,6 @@ typedef struct CGRect {
 
 static inline CGFloat NSMinX(NSRect rect) { return rect.origin.x; }
 static inline CGFloat NSMaxX(NSRect rect) { return rect.origin.x + rect.size.width; }
+static inline CGFloat NSMinY(NSRect rect) { return rect.origin.y; }
+static inline CGFloat NSMaxY(NSRect rect) { return rect.origin.y + rect.size.height; }
 static inline CGFloat NSWidth(NSRect rect) { return rect.size.width; }
