@@ -16,7 +16,7 @@ _appleevents() {
       options='-o --anonymous --no-times'
       ;;
     show)
-      options='--event'
+      options='--event --html'
       ;;
     replay)
       options='--timeout --against'

@@ -73,7 +73,10 @@ Parsed showCommand(const Arguments &arguments) {
   if (arguments.words().size() != 1) {
     return std::unexpected("show needs a recording");
   }
-  ShowOptions options{.input = arguments.words().front()};
+  ShowOptions options{.input = arguments.words().front(), .asHTML = arguments.has("--html")};
+  if (options.asHTML && arguments.value("--event")) {
+    return std::unexpected("--event and --html exclude each other");
+  }
   if (const auto event = arguments.value("--event")) {
     options.event = numberIn(*event);
     if (!options.event) {
@@ -114,7 +117,7 @@ const std::array<Entry, 4> &entries() {
          .values = {"-o"},
          .commandOption = "--"},
         recordCommand},
-       {{.name = "show", .values = {"--event"}}, showCommand},
+       {{.name = "show", .flags = {"--html"}, .values = {"--event"}}, showCommand},
        {{.name = "replay", .values = {"--timeout"}, .commandOption = "--against"}, replayCommand}}};
   return all;
 }
@@ -162,9 +165,10 @@ terminal::Words helpText() {
       one, until interrupted. --anonymous replaces the words that authors wrote by others of the
       same length, so that the recording can be sent to strangers. --no-times leaves the times
       out, so that two recordings of the same conversation are the same.
-  appleevents show [--event N] FILE
+  appleevents show [--event N | --html] FILE
       Shows a recording: who said what, when, how long the answer took, how large it was, and
-      what it came to. --event explains one event in full, with its reply.
+      what it came to. --event explains one event in full, with its reply; --html makes a page
+      for a browser.
   appleevents replay FILE [--timeout SECONDS] [--against COMMAND...]
       Sends the requests of a recording to the running host, or to the one that COMMAND starts,
       and compares each answer, field by field, with the recorded one. Document IDs may differ.

@@ -38,6 +38,7 @@ struct ShowOptions {
   std::string input;
   // Of the one event that is explained in full.
   std::optional<std::size_t> event = std::nullopt;
+  bool asHTML = false;
 };
 
 struct ReplayOptions {

@@ -5,6 +5,7 @@
 #include <StandIns/Terminal/Output.h>
 #include <Tools/AppleEvents/Payloads/ExplanationText.h>
 #include <Tools/AppleEvents/Recordings/Conversation.h>
+#include <Tools/AppleEvents/Recordings/ConversationPage.h>
 #include <Tools/AppleEvents/Recordings/ConversationText.h>
 #include <Tools/AppleEvents/Recordings/RecordingText.h>
 
@@ -71,7 +72,7 @@ std::expected<Status, Failure> runShow(const ShowOptions &options) {
   if (options.event) {
     return showEvent(turns, options);
   }
-  terminal::print(conversationText(*recording));
+  terminal::print(options.asHTML ? conversationPage(*recording) : conversationText(*recording));
   return std::ranges::any_of(turns, &Turn::isBroken) ? Status::differs : Status::done;
 }
 
