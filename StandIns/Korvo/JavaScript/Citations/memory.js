@@ -17,8 +17,6 @@ const contentCapacity = 50000;
 
 class StyleMemory {
   places = makePlaces();
-  // Whether sort keys hold the date of what was printed before (see recalling.js).
-  sortsByDateLeft = false;
   // Whether works' numbers are printed as something else than digits (see numbering.js).
   hasOtherNumbers = false;
   #texts = new Map();

@@ -77,8 +77,7 @@ const shrank = (before, after) =>
 
 // What one printing leaves behind in the engine's scratch values that a next one reads: whether
 // something stands before a word (it begins with a small letter then), whether cites were
-// drawn together, the outermost group's account of its variables, and a date with the parts
-// of it that were printed: some styles' sort keys hold the date of what was printed before.
+// drawn together, and the outermost group's account of its variables.
 const leftovers = [
   "term_predecessor",
   "term_predecessor_name",
@@ -87,34 +86,20 @@ const leftovers = [
   "use_cite_group_delimiter",
 ];
 
-const withoutRepetitions = (names) =>
-  names.filter((name, index) => names.indexOf(name) === index).sort();
-
 function scratchOf({ tmp }) {
   const group = { ...tmp.group_context.tip };
   group.done_vars = group.done_vars.slice();
-  return {
-    values: leftovers.map((name) => tmp[name]),
-    group,
-    date: tmp.date_object,
-    datePartsDone: tmp.donesies && withoutRepetitions(tmp.donesies),
-    datePartsWanted: tmp.dateparts?.slice(),
-    datePartsInRange: tmp.date_collapse_at?.slice(),
-  };
+  return { values: leftovers.map((name) => tmp[name]), group };
 }
 
-function restoreScratch({ tmp }, { values, group, ...dates }) {
+function restoreScratch({ tmp }, { values, group }) {
   leftovers.forEach((name, index) => {
     tmp[name] = values[index];
   });
   Object.assign(tmp.group_context.tip, group, { done_vars: [...group.done_vars] });
-  tmp.date_object = dates.date;
-  tmp.donesies = dates.datePartsDone && [...dates.datePartsDone];
-  tmp.dateparts = dates.datePartsWanted && [...dates.datePartsWanted];
-  tmp.date_collapse_at = dates.datePartsInRange && [...dates.datePartsInRange];
 }
 
-// What of it decides about a text that is printed next, apart from dates.
+// What of it decides about a text that is printed next.
 function describeScratch({ tmp }) {
   let text = "";
   for (const name of leftovers) {
@@ -152,13 +137,16 @@ function standsAlone(engine, id) {
   );
 }
 
+// By which keys an engine has sorted.
+const sortedOnce = new WeakMap();
+
 class Recall {
   #engine;
   #memory;
   #numbers;
   #register;
   #reads;
-  #sortedOnce = new Set();
+  #sortedOnce;
 
   // `numbers` are those of the items' contents, by id.
   constructor(engine, memory, numbers, style) {
@@ -166,6 +154,8 @@ class Recall {
     this.#memory = memory;
     this.#reads = numbersReadBy(style);
     this.#numbers = numbers;
+    this.#sortedOnce = sortedOnce.get(engine) ?? new Set();
+    sortedOnce.set(engine, this.#sortedOnce);
     this.#register = new NameRegister(engine, memory.places);
     engine.registry.namereg = this.#register;
   }
@@ -235,19 +225,11 @@ class Recall {
       this.#sortedOnce.add(area);
       return print();
     }
-    const { values: ignored, group: alsoIgnored, ...dates } = scratchOf(engine);
-    const { donesies } = engine.tmp;
-    const left = donesies?.length;
-    const readsDate = () => engine.tmp.donesies !== donesies || donesies?.length !== left;
-    const knowsDate = this.#memory.sortsByDateLeft;
     const number = this.#reads.number ? this.#numberOf(item.id) : "";
     const key = `s;${area};${this.#numbers.get(item.id)};${number};${this.#standing(item.id)}`;
-    const keys = this.#recall(knowsDate ? `${key};${JSON.stringify(dates)}` : key, [item.id], {
+    const keys = this.#recall(key, [item.id], {
       print,
-      effects: () => {
-        this.#memory.sortsByDateLeft ||= readsDate();
-        return knowsDate || !readsDate();
-      },
+      effects: () => true,
       restore: () => {},
     });
     engine[area].keys = [...keys];
