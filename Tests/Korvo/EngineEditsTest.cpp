@@ -109,6 +109,19 @@ std::size_t stepsWanted() {
   return wanted == nullptr ? 4 : static_cast<std::size_t>(std::atol(wanted));
 }
 
+// As a host does it that has nothing else to do: some works, each alone and then together.
+void rehearse(std::mt19937 &random, const korvo::engine::Style &style, const Draft &draft) {
+  std::vector<CiteGroup> groups;
+  CiteGroup together;
+  for (std::size_t count = 1 + random() % 4; count > 0; --count) {
+    together.push_back(cite("item" + std::to_string(random() % itemCount)));
+    groups.push_back({together.back()});
+  }
+  groups.push_back(together);
+  const auto done = processor().rehearse(style, lookUpIn(draft.items), groups);
+  EXPECT_TRUE(done) << done.error();
+}
+
 class EngineEdits : public testing::TestWithParam<const char *> {};
 
 TEST_P(EngineEdits, GiveTheAnswersOfAFreshEngine) {
@@ -119,6 +132,7 @@ TEST_P(EngineEdits, GiveTheAnswersOfAFreshEngine) {
   const TemporaryDirectory directory;
   const std::size_t steps = stepsWanted();
   for (std::size_t step = 0; step < steps && !HasFailure(); ++step) {
+    rehearse(random, edited, draft);
     const korvo::engine::FormattedDocument remembered = format(processor(), edited, draft);
     // What was printed in a style of other bytes is of no use.
     korvo::engine::Style fresh = edited;

@@ -42,8 +42,11 @@ class StyleShelf {
   // Empty: none.
   const std::string &defaultStyle();
 
-  // Formats the references in the default style for practice (see KORehearsal.h).
-  void rehearse(library::Library &library, std::span<const library::ReferenceRow> rows);
+  // Formats the references in a style for practice (see KORehearsal.h).
+  void rehearse(std::string_view styleName, library::Library &library,
+                std::span<const library::ReferenceRow> rows);
+  // Frees what that left behind.
+  void endRehearsal();
 
   // For this run.
   void useFavorites(std::vector<std::string> titles);

@@ -77,13 +77,16 @@ const std::string &StyleShelf::defaultStyle() {
   return *defaultStyle_;
 }
 
-void StyleShelf::rehearse(library::Library &library, std::span<const library::ReferenceRow> rows) {
-  const auto style = catalog_.find(defaultStyle());
+void StyleShelf::rehearse(std::string_view styleName, library::Library &library,
+                          std::span<const library::ReferenceRow> rows) {
+  const auto style = catalog_.find(styleName);
   if (!style) {
     return;
   }
   std::map<std::string, std::string, std::less<>> items;
   std::vector<engine::CiteGroup> groups;
+  // What several works at one place are sorted by is asked for only there.
+  engine::CiteGroup together;
   for (const library::ReferenceRow row : rows) {
     auto json = library.cslJson(row);
     if (!json || !*json) {
@@ -91,12 +94,16 @@ void StyleShelf::rehearse(library::Library &library, std::span<const library::Re
     }
     const auto [item, isNew] = items.emplace(std::to_string(row), **std::move(json));
     groups.emplace_back(1).front().itemId = item->first;
+    together.push_back(groups.back().front());
   }
+  groups.push_back(std::move(together));
   const auto lookUp = [&](std::string_view id) -> std::optional<std::string> {
     return items.find(id)->second;
   };
-  (void)formatter_->processor().formatDocument(*style, lookUp, groups, true);
+  (void)formatter_->processor().rehearse(*style, lookUp, groups);
 }
+
+void StyleShelf::endRehearsal() { formatter_->processor().giveBackMemory(); }
 
 void StyleShelf::useFavorites(std::vector<std::string> titles) { favorites_ = std::move(titles); }
 

@@ -1,10 +1,12 @@
 // Formats a few references at a time while nobody waits for the program.
 //
-// The first document after the start would take two to three times as long as a later one: the
-// JavaScript machine, its scripts and the style have to be loaded, and its compiler translates
-// only what has run for a while. So the host rehearses with its own library in the style that is
-// most likely asked for. Each turn takes a fraction of a second, so that a request that arrives
-// meanwhile hardly waits, and after a few hundred references it is over.
+// The first document after the start would take two to four times as long as a later one: the
+// JavaScript machine, its scripts and the style have to be loaded, its compiler translates only
+// what has run for a while, and nothing is remembered of any work. So the host rehearses with its
+// own library, in the styles that are most likely asked for: the default one, then the favorites.
+// Each turn takes some tens of milliseconds, so that a request that arrives meanwhile hardly waits.
+// It is over once a few styles have seen the library, or its first thousands of references, and as
+// soon as somebody changes the library.
 #pragma once
 
 #import <StandIns/Korvo/Adapter/KOLibrary.h>
@@ -12,12 +14,17 @@
 
 #import <Foundation/Foundation.h>
 
+#include <optional>
+#include <string>
 #include <vector>
 
 @interface KORehearsal : NSObject {
   korvo::adapter::StyleShelf *shelf_;  // not owned
   KOLibrary *library_;
+  std::vector<std::string> styles_;
   std::vector<korvo::library::ReferenceRow> rows_;
+  std::optional<korvo::library::Library::Version> version_;  // that the rows are of
+  std::size_t style_;
   std::size_t next_;
   BOOL isOver_;
 }

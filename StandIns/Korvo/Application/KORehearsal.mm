@@ -5,8 +5,9 @@
 
 namespace {
 
-constexpr std::size_t rehearsedReferences = 400;
-constexpr std::size_t referencesOfATurn = 25;
+constexpr std::size_t rehearsedReferences = 4000;
+constexpr std::size_t rehearsedStyles = 3;
+constexpr std::size_t referencesOfATurn = 10;
 // In seconds.
 constexpr NSTimeInterval timeBefore = 1;
 constexpr NSTimeInterval timeBetween = 0.05;
@@ -14,6 +15,8 @@ constexpr NSTimeInterval timeBetween = 0.05;
 }  // namespace
 
 @interface KORehearsal (Turns)
+- (void)begin;
+- (void)end;
 - (void)takeTurn;
 @end
 
@@ -45,6 +48,25 @@ constexpr NSTimeInterval timeBetween = 0.05;
   return isOver_;
 }
 
+- (void)begin {
+  styles_ = {shelf_->defaultStyle()};
+  for (const std::string &favorite : shelf_->favorites()) {
+    if (favorite != styles_.front() && styles_.size() < rehearsedStyles) {
+      styles_.push_back(favorite);
+    }
+  }
+  version_ = [library_ library].version();
+  if (auto listed = [library_ library].list({}, {})) {
+    rows_ = std::move(*listed);
+  }
+  rows_.resize(std::min(rows_.size(), rehearsedReferences));
+}
+
+- (void)end {
+  isOver_ = YES;
+  shelf_->endRehearsal();
+}
+
 // What goes wrong here is told when somebody asks for it.
 - (void)takeTurn {
   // An author who scans a document will soon ask something else of it.
@@ -53,20 +75,21 @@ constexpr NSTimeInterval timeBetween = 0.05;
     [self performSelector:@selector(takeTurn) withObject:nil afterDelay:wait];
     return;
   }
-  if (next_ == 0) {
-    if (auto listed = [library_ library].list({}, {})) {
-      rows_ = std::move(*listed);
-    }
-    rows_.resize(std::min(rows_.size(), rehearsedReferences));
+  if (styles_.empty()) {
+    [self begin];
+  }
+  if (rows_.empty() || style_ == styles_.size() || [library_ library].version() != version_) {
+    [self end];
+    return;
   }
   const std::span<const korvo::library::ReferenceRow> turn =
       std::span(rows_).subspan(next_, std::min(referencesOfATurn, rows_.size() - next_));
-  isOver_ = turn.empty();
-  if (isOver_) {
-    return;
-  }
-  shelf_->rehearse([library_ library], turn);
+  shelf_->rehearse(styles_[style_], [library_ library], turn);
   next_ += turn.size();
+  if (next_ == rows_.size()) {
+    next_ = 0;
+    ++style_;
+  }
   [self performSelector:@selector(takeTurn) withObject:nil afterDelay:timeBetween];
 }
 

@@ -200,24 +200,32 @@ std::expected<void, std::string> CitationProcessor::start() {
   return {};
 }
 
-std::expected<FormattedDocument, std::string> CitationProcessor::formatDocument(
-    const Style &style, const ItemLookup &lookUp, std::span<const CiteGroup> groups,
-    bool wantsBibliography) {
-  const auto styleText = readFile(style.file);
-  if (!styleText) {
-    return std::unexpected(styleText.error());
-  }
-  const GroupLookup groupAt = [groups](std::size_t group) -> const CiteGroup & {
-    return groups[group];
-  };
-  return formatDocument(style, *styleText, lookUp, groups.size(), groupAt, wantsBibliography);
+struct CitationProcessor::Request {
+  const Style &style;
+  std::string_view styleText;
+  const ItemLookup &lookUp;
+  std::size_t groupCount;
+  const GroupLookup &groupAt;
+  bool wantsBibliography;
+};
+
+struct CitationProcessor::Answer {
+  CitedItems cited;
+  JSObjectRef object = nullptr;
+};
+
+namespace {
+
+CitationProcessor::GroupLookup lookupIn(std::span<const CiteGroup> groups) {
+  return [groups](std::size_t group) -> const CiteGroup & { return groups[group]; };
 }
 
-std::expected<FormattedDocument, std::string> CitationProcessor::formatDocument(
-    const Style &style, std::string_view styleText, const ItemLookup &lookUp,
-    std::size_t groupCount, const GroupLookup &groupAt, bool wantsBibliography) {
-  const CitedItems cited(groupCount, groupAt);
-  const auto items = readItems(cited, lookUp);
+}  // namespace
+
+std::expected<CitationProcessor::Answer, std::string> CitationProcessor::ask(const char *function,
+                                                                             const Request &asked) {
+  CitedItems cited(asked.groupCount, asked.groupAt);
+  const auto items = readItems(cited, asked.lookUp);
   if (!items) {
     return std::unexpected(items.error());
   }
@@ -226,28 +234,66 @@ std::expected<FormattedDocument, std::string> CitationProcessor::formatDocument(
   }
   const JavaScriptMachine &machine = *machine_->script;
   JSObjectRef request = machine.makeObject();
-  machine.set(request, "style", machine.text(formats::decodeUTF8(styleText)));
-  machine.set(request, "locale", machine.text(formats::decodeUTF8(style.locale)));
-  machine.set(request, "wantsBibliography", machine.number(wantsBibliography ? 1 : 0));
+  machine.set(request, "style", machine.text(formats::decodeUTF8(asked.styleText)));
+  machine.set(request, "locale", machine.text(formats::decodeUTF8(asked.style.locale)));
+  machine.set(request, "wantsBibliography", machine.number(asked.wantsBibliography ? 1 : 0));
   fillItems(machine, request, cited, *items);
-  fillGroups(machine, request, cited, groupCount, groupAt);
+  fillGroups(machine, request, cited, asked.groupCount, asked.groupAt);
   const JavaScriptMachine::TextFunction readLocale =
       [this](std::u16string_view name) -> JavaScriptMachine::Text {
     return readLocaleFile(locales_, formats::encodeUTF8(name));
   };
   const std::array<JSValueRef, 2> arguments = {request, machine.makeFunction(readLocale)};
   const auto answer =
-      machine_->script->call("formatDocument", arguments, limits_.forCites(cited.citeCount));
+      machine_->script->call(function, arguments, limits_.forCites(cited.citeCount));
   if (!answer) {
     if (machine.isSpent()) {
       machine_.reset();
     }
-    return std::unexpected("style \"" + style.name.title + "\": " + answer.error());
+    return std::unexpected("style \"" + asked.style.name.title + "\": " + answer.error());
+  }
+  return Answer{.cited = std::move(cited), .object = *answer};
+}
+
+std::expected<FormattedDocument, std::string> CitationProcessor::formatDocument(
+    const Style &style, const ItemLookup &lookUp, std::span<const CiteGroup> groups,
+    bool wantsBibliography) {
+  const auto styleText = readFile(style.file);
+  if (!styleText) {
+    return std::unexpected(styleText.error());
+  }
+  return formatDocument(style, *styleText, lookUp, groups.size(), lookupIn(groups),
+                        wantsBibliography);
+}
+
+std::expected<FormattedDocument, std::string> CitationProcessor::formatDocument(
+    const Style &style, std::string_view styleText, const ItemLookup &lookUp,
+    std::size_t groupCount, const GroupLookup &groupAt, bool wantsBibliography) {
+  const auto answer =
+      ask("formatDocument", {style, styleText, lookUp, groupCount, groupAt, wantsBibliography});
+  if (!answer) {
+    return std::unexpected(answer.error());
   }
   FormattedDocument document;
-  readGroups(machine, *answer, document);
-  document.bibliography = readBibliography(machine, *answer, cited);
+  readGroups(*machine_->script, answer->object, document);
+  document.bibliography = readBibliography(*machine_->script, answer->object, answer->cited);
   return document;
+}
+
+std::expected<void, std::string> CitationProcessor::rehearse(const Style &style,
+                                                             const ItemLookup &lookUp,
+                                                             std::span<const CiteGroup> groups) {
+  const auto styleText = readFile(style.file);
+  if (!styleText) {
+    return std::unexpected(styleText.error());
+  }
+  const GroupLookup groupAt = lookupIn(groups);
+  const auto answer =
+      ask("rehearseDocument", {style, *styleText, lookUp, groups.size(), groupAt, true});
+  if (!answer) {
+    return std::unexpected(answer.error());
+  }
+  return {};
 }
 
 void CitationProcessor::giveBackMemory() const {

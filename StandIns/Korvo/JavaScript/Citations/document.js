@@ -157,3 +157,22 @@ export function formatDocument(request, readLocale) {
     : { entries: [], entryItems: [] };
   return { groups, ...bibliography };
 }
+
+// What is remembered of a text with numbers holds for all numbers of as many digits.
+const rehearsedNumbers = [40, 400];
+
+// Formats a document for nothing but what is remembered of it.
+export function rehearseDocument(request, readLocale) {
+  const items = readItems(request);
+  const engine = prepare(request, readLocale, items);
+  const { registry } = engine.registry;
+  const isNumbered = engine.opt.update_mode === CSL.NUMERIC;
+  for (const number of isNumbered ? rehearsedNumbers : [1]) {
+    for (const id of items.keys()) {
+      registry[id].seq = number + itemIndex(id);
+    }
+    printCitations(request, engine);
+    attemptBibliography(request, engine, items);
+  }
+  return {};
+}

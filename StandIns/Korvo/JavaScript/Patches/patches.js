@@ -9,7 +9,8 @@
 //                    in apa take 2.1 s, with citeproc-js's own loop over all before each of them
 //                    6.7 s
 //   nameRegister.js  the register of names, which keeps a record for recalled.js
-//   recalled.js      getSortKeys, getAmbiguousCite: from memory. After one change a document of
+//   recalled.js      getSortKeys, getAmbiguousCite: from memory; a sort key without the date of
+//                    what was printed before it. After one change a document of
 //                    1,000 citations in apa takes 0.4 s, where nothing is remembered 5.4 s
 //   numbers.js       NumericBlob: texts with holes for numbers that move
 //
