@@ -1,5 +1,7 @@
 #include "RecordMarkup.h"
 
+#include "PayloadWriter.h"
+#include "Unicode.h"
 #include "VerifiedMarker.h"
 
 namespace formats {
@@ -45,6 +47,24 @@ std::u16string recordMarkupForComponents(std::u16string_view citation) {
   }
   markup.append(trailer);
   return markup;
+}
+
+std::size_t sizeOfRecordMarkupForComponents(std::u16string_view citation) {
+  constexpr char16_t nul = 0;
+  if (citation.empty() || citation.contains(nul)) {
+    // What is written ends at a NUL.
+    return sizeOfString(recordMarkupForComponents(citation));
+  }
+  // All but the tags is ASCII.
+  std::size_t size = frameLength + sizeOfString({});
+  for (;;) {
+    const std::size_t end = citation.find(u';');
+    size += recordLength + 2 * lengthInUTF8(withoutVerifiedMarkers(citation.substr(0, end)));
+    if (end == std::u16string_view::npos) {
+      return size;
+    }
+    citation.remove_prefix(end + 1);
+  }
 }
 
 std::u16string recordMarkupForInsertion(std::u16string_view citation) {

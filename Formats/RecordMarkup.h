@@ -2,6 +2,7 @@
 // the readers on the other side take the text between the tags as it stands.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,6 +15,9 @@ std::vector<std::u16string_view> citationComponents(std::u16string_view citation
 // The XML text of a citation: a record for every component (markers "verified " removed),
 // or nothing at all for an empty citation.
 std::u16string recordMarkupForComponents(std::u16string_view citation);
+
+// The bytes that PayloadWriter::writeString writes of that, without making it.
+std::size_t sizeOfRecordMarkupForComponents(std::u16string_view citation);
 
 // The XML text of an insertion: one record with the whole text, whatever it holds.
 std::u16string recordMarkupForInsertion(std::u16string_view citation);

@@ -110,8 +110,7 @@ BOOL dialogIsOpen = NO;
                              inLibrary:library];
       }
     }
-    size += formats::sizeOfString(formats::recordMarkupForComponents(text)) +
-            formats::sizeOfString(text);
+    size += formats::sizeOfRecordMarkupForComponents(text) + formats::sizeOfString(text);
     pool.endTurn();
   }
   pool.drain();

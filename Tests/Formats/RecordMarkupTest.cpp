@@ -1,3 +1,4 @@
+#include <Formats/PayloadWriter.h>
 #include <Formats/RecordMarkup.h>
 #include <Formats/Unicode.h>
 #include <Tests/Support/AllStrings.h>
@@ -89,6 +90,17 @@ TEST(RecordMarkup, EveryShortCitationIsTreatedAsByTheReference) {
                                                    expected.begin(), expected.end()));
                             ASSERT_EQ(recordMarkupForComponents(citation),
                                       reference::recordMarkupForComponents(citation));
+                          });
+}
+
+// Half surrogate pairs on both sides of a separator, text of two and three bytes a unit, and NUL.
+TEST(RecordMarkup, ItsSizeIsKnownBeforeItIsMade) {
+  const std::u16string nul(1, u'\0');
+  forEachString<char16_t>({u";", u"a", u"\u00e9", u"\u4e00", std::u16string(1, char16_t{0xD83D}),
+                           std::u16string(1, char16_t{0xDE00}), u"verified ", nul},
+                          5, [](const std::u16string &citation) {
+                            ASSERT_EQ(formats::sizeOfRecordMarkupForComponents(citation),
+                                      formats::sizeOfString(recordMarkupForComponents(citation)));
                           });
 }
 
