@@ -134,6 +134,13 @@ def read_base(bibtex_file):
     return json.loads(subprocess.run(command, check=True, capture_output=True, text=True).stdout)
 
 
+def can_be_typed(reference):
+    """Whether an author can cite it by name and year."""
+    author = reference.get("author", [{}])[0]
+    has_name = author.get("family") or author.get("literal")
+    return bool(has_name and reference.get("issued", {}).get("date-parts"))
+
+
 class Choice:
     """Picks the n-th of the values in proportion to 1/n."""
 
