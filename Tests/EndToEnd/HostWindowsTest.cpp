@@ -233,7 +233,7 @@ TEST_F(HostWindows, TheLibraryWindowOpensWhereItWasLeft) {
     const auto first = window.corner();
     window.drag(120, 90);
     EXPECT_TRUE(becomesTrue([&] { return (left = window.corner()) != first; }));
-    host.process().send(SIGTERM);
+    window.press("alt+q");
     EXPECT_EQ(host.process().waitForExit(), 0);
   }
   Host host;

@@ -30,6 +30,8 @@
 // NSArray of KOReferenceEditorWindowController: the open editors.
 - (NSArray *)editors;
 
+// Where the windows are: what moved last may not be in the user's defaults yet.
+- (void)savePlaces;
 - (void)showLibrary:(id)sender;
 - (void)showNotices:(id)sender;
 - (void)showStyles:(id)sender;

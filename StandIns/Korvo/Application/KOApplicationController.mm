@@ -112,6 +112,16 @@ NSPoint placeAfter(NSPoint last, NSWindow *window) {
   [styleWindow_ showWindow:sender];
 }
 
+- (void)savePlaces {
+  NSWindow *const windows[] = {[mainWindow_ window], [noticeWindow_ window], [styleWindow_ window]};
+  for (NSWindow *window : windows) {
+    if ([[window frameAutosaveName] length] > 0) {
+      [window saveFrameUsingName:[window frameAutosaveName]];
+    }
+  }
+  [[NSUserDefaults standardUserDefaults] synchronize];
+}
+
 - (void)editSelection:(id)sender {
   [mainWindow_ editSelectedReferences:sender];
 }

@@ -182,6 +182,7 @@ int runHost(const RunHost &run, const std::filesystem::path &program) {
   [rehearsal.get() start];
   [[controller.get() mainWindow] startFollowing];
   [NSApp run];
+  [controller.get() savePlaces];
   [[controller.get() mainWindow] stopFollowing];
   [rehearsal.get() stop];
   [NSApp setDelegate:nil];
