@@ -29,8 +29,23 @@ class BusTest : public testing::Test {
   }
   static void TearDownTestSuite() { bus_.reset(); }
 
-  void startHost(const std::string &scenario = "") {
+  // Returns once the bus has noticed it, too.
+  void endHost() {
+    constexpr int rounds = 500;
     host_.reset();
+    for (int round = 0; round < rounds; ++round) {
+      const Result asked = test_support::run({MELLEL, "handshake"});
+      if (asked.standardError.find("Korvo is not running") != std::string::npos) {
+        return;
+      }
+    }
+    ADD_FAILURE() << "the bus still knows the host";
+  }
+
+  void startHost(const std::string &scenario = "") {
+    if (host_ != nullptr) {
+      endHost();
+    }
     host_ = std::make_unique<ChildProcess>(std::vector<std::string>{TEST_HOST, scenario});
     ASSERT_EQ(host_->readLine(), "ready");
   }

@@ -125,7 +125,7 @@ TEST_F(ReplayCommand, AReplyMayComeBeforeTheRequestItWasRecordedBehind) {
 
 TEST_F(ReplayCommand, AHostIsStartedForIt) {
   recordScan();
-  host_.reset();
+  endHost();
   const Result result = test_support::run({APPLE_EVENTS, "replay", path(), "--against", TEST_HOST});
   EXPECT_EQ(result.status, 0) << result.standardOutput << result.standardError;
   EXPECT_THAT(result.standardOutput, HasSubstr("0 answered otherwise\n"));
@@ -144,8 +144,12 @@ TEST_F(ReplayCommand, WhatIsInTheWayIsOneLineAndAStatus) {
     ASSERT_TRUE(host_->waitForLine("preliminary scan"));
     expect(replay(), 3, "a word processor is running, and would get the answers");
   }
-  host_.reset();
+  endHost();
   expect(replay(), 3, "no host is running");
+  startHost();
+  expect(test_support::run({APPLE_EVENTS, "replay", path(), "--against", TEST_HOST}), 3,
+         "a host is running already: --against starts another");
+  endHost();
   expect(test_support::run({APPLE_EVENTS, "replay"}), 2, "replay needs a recording");
   expect(test_support::run({APPLE_EVENTS, "replay", path(), "--timeout", "0"}), 2,
          "--timeout needs a number of seconds, not \"0\"");

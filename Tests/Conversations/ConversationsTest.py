@@ -1,6 +1,7 @@
 """ConversationsTest.py BUILD [TEST…]: whether the host answers every recorded request as it did
 when it was recorded, byte for byte."""
 
+import os
 import subprocess
 import sys
 import unittest
@@ -8,6 +9,12 @@ from pathlib import Path
 
 sys.dont_write_bytecode = True
 import conversations
+
+# With a bus and a display of its own.
+if "CONVERSATIONS_ON_DESKTOP" not in os.environ:
+    os.environ["CONVERSATIONS_ON_DESKTOP"] = "private"
+    with_desktop = conversations.PROJECT / "Scripts" / "with-desktop"
+    os.execv(with_desktop, [with_desktop, "--private", sys.executable, *sys.argv])
 
 BUILD = Path(sys.argv.pop(1))
 TOOL = BUILD / "bin" / "appleevents"

@@ -72,6 +72,10 @@ HostSession::~HostSession() {
   platform::removeEventHandler(kCoreEventClass, kAEAnswer);
 }
 
+bool HostSession::isHostRunning() {
+  return platform::ProcessWatch(formats::korvoSignature, {}).isRunning();
+}
+
 std::expected<std::unique_ptr<HostSession>, Failure> HostSession::connect(
     const Recording &recording, Clock::time_point deadline) {
   platform::sendLogTo([](std::string_view line) { complain(line); });

@@ -25,6 +25,8 @@ class HostSession {
  public:
   using Clock = std::chrono::steady_clock;
 
+  static bool isHostRunning();
+
   // Declares the word processor's signature, once the host runs. Events of these classes and IDs
   // are received, besides those of the conversation.
   static std::expected<std::unique_ptr<HostSession>, Failure> connect(const Recording &recording,

@@ -39,6 +39,10 @@ std::expected<Status, Failure> runReplay(const ReplayOptions &options) {
     complain("the recording is anonymous: what its authors cited is in no library");
   }
   std::unique_ptr<StartedCommand> host;
+  if (options.host && HostSession::isHostRunning()) {
+    return std::unexpected(
+        Failure{Status::unreachable, "a host is running already: --against starts another"});
+  }
   if (options.host) {
     auto started = StartedCommand::start(*options.host, StartedCommand::Output::discarded);
     if (!started) {
