@@ -42,8 +42,9 @@ class StyleShelf {
   // Empty: none.
   const std::string &defaultStyle();
 
-  // Formats the references in a style for practice (see KORehearsal.h).
-  void rehearse(std::string_view styleName, library::Library &library,
+  // Formats the references in a style for practice (see KORehearsal.h). False where that cannot be:
+  // the style is not there, or one that cannot be used.
+  bool rehearse(std::string_view styleName, library::Library &library,
                 std::span<const library::ReferenceRow> rows);
   // Frees what that left behind.
   void endRehearsal();

@@ -77,11 +77,11 @@ const std::string &StyleShelf::defaultStyle() {
   return *defaultStyle_;
 }
 
-void StyleShelf::rehearse(std::string_view styleName, library::Library &library,
+bool StyleShelf::rehearse(std::string_view styleName, library::Library &library,
                           std::span<const library::ReferenceRow> rows) {
   const auto style = catalog_.find(styleName);
   if (!style) {
-    return;
+    return false;
   }
   std::map<std::string, std::string, std::less<>> items;
   std::vector<engine::CiteGroup> groups;
@@ -100,7 +100,7 @@ void StyleShelf::rehearse(std::string_view styleName, library::Library &library,
   const auto lookUp = [&](std::string_view id) -> std::optional<std::string> {
     return items.find(id)->second;
   };
-  (void)formatter_->processor().rehearse(*style, lookUp, groups);
+  return formatter_->processor().rehearse(*style, lookUp, groups).has_value();
 }
 
 void StyleShelf::endRehearsal() { formatter_->processor().giveBackMemory(); }

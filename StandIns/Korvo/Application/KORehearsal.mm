@@ -6,7 +6,6 @@
 namespace {
 
 constexpr std::size_t rehearsedReferences = 4000;
-constexpr std::size_t rehearsedStyles = 3;
 constexpr std::size_t referencesOfATurn = 10;
 // In seconds.
 constexpr NSTimeInterval timeBefore = 1;
@@ -49,11 +48,9 @@ constexpr NSTimeInterval timeBetween = 0.05;
 }
 
 - (void)begin {
-  styles_ = {shelf_->defaultStyle()};
-  for (const std::string &favorite : shelf_->favorites()) {
-    if (favorite != styles_.front() && styles_.size() < rehearsedStyles) {
-      styles_.push_back(favorite);
-    }
+  style_ = shelf_->defaultStyle();
+  if (style_.empty() && !shelf_->favorites().empty()) {
+    style_ = shelf_->favorites().front();
   }
   version_ = [library_ library].version();
   if (auto listed = [library_ library].list({}, {})) {
@@ -75,21 +72,21 @@ constexpr NSTimeInterval timeBetween = 0.05;
     [self performSelector:@selector(takeTurn) withObject:nil afterDelay:wait];
     return;
   }
-  if (styles_.empty()) {
+  if (next_ == 0) {
     [self begin];
   }
-  if (rows_.empty() || style_ == styles_.size() || [library_ library].version() != version_) {
+  if (style_.empty() || next_ == rows_.size() || [library_ library].version() != version_) {
     [self end];
     return;
   }
   const std::span<const korvo::library::ReferenceRow> turn =
       std::span(rows_).subspan(next_, std::min(referencesOfATurn, rows_.size() - next_));
-  shelf_->rehearse(styles_[style_], [library_ library], turn);
-  next_ += turn.size();
-  if (next_ == rows_.size()) {
-    next_ = 0;
-    ++style_;
+  // A style that cannot be used may take long to say so: once is enough.
+  if (!shelf_->rehearse(style_, [library_ library], turn)) {
+    [self end];
+    return;
   }
+  next_ += turn.size();
   [self performSelector:@selector(takeTurn) withObject:nil afterDelay:timeBetween];
 }
 

@@ -13,13 +13,16 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iostream>
 #include <iterator>
-#include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace mellel_test {
@@ -55,19 +58,29 @@ inline std::string fileBytes(const fs::path &path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// What the standard output gets for as long as it lives.
+// What the standard output gets for as long as it lives. In memory: thousands of runs have one
+// each.
 class Output {
  public:
-  Output() : before_(std::cout.rdbuf(text_.rdbuf())) {}
-  ~Output() { std::cout.rdbuf(before_); }
+  Output() : memory_(open_memstream(&text_, &size_)), before_(std::exchange(stdout, memory_)) {}
+  ~Output() {
+    stdout = before_;
+    std::fclose(memory_);
+    std::free(text_);
+  }
   Output(const Output &) = delete;
   Output &operator=(const Output &) = delete;
 
-  std::string text() const { return text_.str(); }
+  std::string text() const {
+    std::fflush(memory_);
+    return {text_, size_};
+  }
 
  private:
-  std::ostringstream text_;
-  std::streambuf *before_;
+  char *text_ = nullptr;
+  std::size_t size_ = 0;
+  std::FILE *memory_;
+  std::FILE *before_;
 };
 
 // What was seen of a run.
