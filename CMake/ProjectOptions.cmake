@@ -17,7 +17,10 @@ if(KORVO_SANITIZE OR NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
 endif()
 if(KORVO_SANITIZE)
   target_compile_options(ProjectOptions INTERFACE
-    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
+    # The script machine looks on the stack for what is in use still. From GCC 13 on frames would
+    # lie elsewhere, so that it collected what we hold.
+    $<$<CXX_COMPILER_ID:GNU>:--param=asan-use-after-return=0>)
   target_link_options(ProjectOptions INTERFACE -fsanitize=address,undefined)
 endif()
 

@@ -83,6 +83,15 @@ void *operator new(std::size_t size) {
   return block;
 }
 
+// The sanitizers have one of their own, and would not know its blocks again in the delete below.
+void *operator new(std::size_t size, const std::nothrow_t &) noexcept {
+  try {
+    return operator new(size);
+  } catch (const std::bad_alloc &) {
+    return nullptr;
+  }
+}
+
 void operator delete(void *block) noexcept {
   if (block != nullptr) {
     --state.alive;
