@@ -12,6 +12,8 @@
 
 #include "CitationText.h"
 
+#include "BlockScan.h"
+
 namespace formats {
 
 namespace {
@@ -21,8 +23,9 @@ constexpr auto none = std::u16string_view::npos;
 // Cuts off all from the first marker on and returns what follows it; nothing if
 // there is no marker or nothing follows it.
 std::optional<std::u16string_view> cutAtMarker(std::u16string_view &text, char16_t marker) {
-  const std::size_t position = text.find(marker);
-  if (position == none || position + 1 == text.size()) {
+  const std::size_t position =
+      findFirst(text, 0, [marker](char16_t unit) { return unit == marker; });
+  if (position + 1 >= text.size()) {
     return std::nullopt;
   }
   const std::u16string_view following = text.substr(position + 1);

@@ -1,5 +1,6 @@
 #include "RecordMarkup.h"
 
+#include "BlockScan.h"
 #include "PayloadWriter.h"
 #include "Unicode.h"
 #include "VerifiedMarker.h"
@@ -16,6 +17,18 @@ constexpr std::u16string_view trailer = u"</records></xml>";
 constexpr std::size_t frameLength = header.size() + trailer.size();
 constexpr std::size_t recordLength = beforeTag.size() + beforeNumber.size() + afterNumber.size();
 
+template <typename Visit>
+void forEachComponent(std::u16string_view citation, Visit visit) {
+  for (;;) {
+    const std::size_t end = findFirst(citation, 0, [](char16_t unit) { return unit == u';'; });
+    visit(citation.substr(0, end));
+    if (end == citation.size()) {
+      return;
+    }
+    citation.remove_prefix(end + 1);
+  }
+}
+
 void appendRecord(std::u16string &markup, std::u16string_view tag) {
   markup.append(beforeTag).append(tag).append(beforeNumber).append(tag).append(afterNumber);
 }
@@ -24,27 +37,22 @@ void appendRecord(std::u16string &markup, std::u16string_view tag) {
 
 std::vector<std::u16string_view> citationComponents(std::u16string_view citation) {
   std::vector<std::u16string_view> components;
-  for (;;) {
-    const std::size_t end = citation.find(u';');
-    components.push_back(citation.substr(0, end));
-    if (end == std::u16string_view::npos) {
-      return components;
-    }
-    citation.remove_prefix(end + 1);
-  }
+  forEachComponent(citation,
+                   [&](std::u16string_view component) { components.push_back(component); });
+  return components;
 }
 
 std::u16string recordMarkupForComponents(std::u16string_view citation) {
   if (citation.empty()) {
     return {};
   }
-  const auto components = citationComponents(citation);
+  const std::size_t components = 1 + count(citation, [](char16_t unit) { return unit == u';'; });
   std::u16string markup;
-  markup.reserve(frameLength + components.size() * recordLength + 2 * citation.size());
+  markup.reserve(frameLength + components * recordLength + 2 * citation.size());
   markup.append(header);
-  for (const std::u16string_view component : components) {
+  forEachComponent(citation, [&](std::u16string_view component) {
     appendRecord(markup, withoutVerifiedMarkers(component));
-  }
+  });
   markup.append(trailer);
   return markup;
 }
@@ -57,14 +65,10 @@ std::size_t sizeOfRecordMarkupForComponents(std::u16string_view citation) {
   }
   // All but the tags is ASCII.
   std::size_t size = frameLength + sizeOfString({});
-  for (;;) {
-    const std::size_t end = citation.find(u';');
-    size += recordLength + 2 * lengthInUTF8(withoutVerifiedMarkers(citation.substr(0, end)));
-    if (end == std::u16string_view::npos) {
-      return size;
-    }
-    citation.remove_prefix(end + 1);
-  }
+  forEachComponent(citation, [&](std::u16string_view component) {
+    size += recordLength + 2 * lengthInUTF8(withoutVerifiedMarkers(component));
+  });
+  return size;
 }
 
 std::u16string recordMarkupForInsertion(std::u16string_view citation) {

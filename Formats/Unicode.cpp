@@ -106,8 +106,11 @@ constexpr auto isAboveASCII = [](auto unit) {
   return std::make_unsigned_t<decltype(unit)>(unit) >= 0x80;
 };
 
-// The output has room for all of it.
-void storeWholeUTF8(std::u16string_view text, char *output) {
+constexpr auto isNotPlain = [](auto unit) { return isAboveASCII(unit) | (unit == 0); };
+
+// The output has room for all of it. Returns the bytes that were stored.
+std::size_t storeWholeUTF8(std::u16string_view text, char *output) {
+  const char *const start = output;
   std::size_t position = 0;
   while (position < text.size()) {
     if (isAboveASCII(text[position])) {
@@ -118,6 +121,7 @@ void storeWholeUTF8(std::u16string_view text, char *output) {
       position = end;
     }
   }
+  return static_cast<std::size_t>(output - start);
 }
 
 // The buffer ends before the text does. That is rare, and goes character by character.
@@ -175,7 +179,20 @@ void appendUTF8(std::string &text, char32_t character) {
 
 bool isASCII(std::string_view text) { return findFirst(text, 0, isAboveASCII) == text.size(); }
 
+std::size_t copyPlainASCII(std::u16string_view text, char *buffer) {
+  return copyUpTo(text, 0, buffer, isNotPlain);
+}
+
+std::size_t copyPlainASCII(std::string_view text, char *buffer) {
+  return copyUpTo(text, 0, buffer, isNotPlain);
+}
+
 std::size_t encodeUTF8(std::u16string_view text, std::span<char> buffer) {
+  // No unit takes more: so nothing has to be measured but at the buffer's end.
+  constexpr std::size_t mostBytesOfUnit = 3;
+  if (text.size() <= buffer.size() / mostBytesOfUnit) {
+    return storeWholeUTF8(text, buffer.data());
+  }
   const std::size_t needed = lengthInUTF8(text);
   if (needed <= buffer.size()) {
     storeWholeUTF8(text, buffer.data());

@@ -24,6 +24,12 @@ void appendUTF8(std::string &text, char32_t character);
 
 bool isASCII(std::string_view text);
 
+// Copies as much of the text, from its start on, as is plain: ASCII without a NUL. Nearly every
+// text is nothing else. Returns how many units that were. The buffer must have room for the whole
+// text; what lies in that room behind the copied units may be overwritten.
+std::size_t copyPlainASCII(std::u16string_view text, char *buffer);
+std::size_t copyPlainASCII(std::string_view text, char *buffer);
+
 // Fills the buffer with as many bytes of the encoded text as fit, if need be with a
 // part of a character's bytes at its end. Returns the bytes that the whole text needs.
 std::size_t encodeUTF8(std::u16string_view text, std::span<char> buffer);

@@ -6,12 +6,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
 namespace {
 
 using formats::appendUTF8;
+using formats::copyPlainASCII;
 using formats::decodeUTF8;
 using formats::decodeUTF8Character;
 using formats::encodeUTF8;
@@ -58,14 +60,40 @@ TEST(Unicode, LoneSurrogatesBecomeOneReplacementEach) {
   EXPECT_EQ(lengthInUTF8(u"\xDE00\xD83D"), 6u);
 }
 
+// From three bytes a unit on the text is not measured first.
 TEST(Unicode, EncodesIntoABufferAsMuchAsFits) {
-  const std::u16string text = u"abé水😀z";
-  const std::string whole = encodeUTF8(text);
-  GuardedBytes memory(whole.size());
-  for (std::size_t size = 0; size <= whole.size(); ++size) {
-    const auto room = memory.room(size);
-    EXPECT_EQ(encodeUTF8(text, room), whole.size());
-    EXPECT_EQ(std::string(room.begin(), room.end()), whole.substr(0, size));
+  for (const std::u16string &text : {u"abé水😀z"s, u"水水水"s, u"\xD83D\xD83D"s, u""s}) {
+    const std::string whole = encodeUTF8(text);
+    const std::size_t most = 3 * text.size() + 1;
+    GuardedBytes memory(most);
+    for (std::size_t size = 0; size <= most; ++size) {
+      const auto room = memory.room(size);
+      EXPECT_EQ(encodeUTF8(text, room), whole.size());
+      EXPECT_EQ(std::string(room.begin(), room.begin() + std::min(size, whole.size())),
+                whole.substr(0, size));
+    }
+  }
+}
+
+// At every place of a text of several blocks, in a buffer that ends with the text.
+TEST(Unicode, CopiesPlainASCIIUpToTheFirstUnitThatIsNot) {
+  GuardedBytes memory(70);
+  for (std::size_t length = 0; length <= 70; ++length) {
+    char *const buffer = memory.room(length).data();
+    EXPECT_EQ(copyPlainASCII(std::u16string(length, u'\x7F'), buffer), length);
+    EXPECT_EQ(std::string(buffer, length), std::string(length, '\x7F'));
+    for (std::size_t place = 0; place < length; ++place) {
+      for (const char16_t unit : {u'\0', u'\x80', u'\xFF', u'\x100', u'\x6100', u'\x8061'}) {
+        std::u16string text(length, u'a');
+        text[place] = unit;
+        ASSERT_EQ(copyPlainASCII(text, buffer), place) << static_cast<int>(unit);
+      }
+      for (const char byte : {'\0', '\x80', '\xFF'}) {
+        std::string text(length, 'a');
+        text[place] = byte;
+        ASSERT_EQ(copyPlainASCII(text, buffer), place) << static_cast<int>(byte);
+      }
+    }
   }
 }
 
