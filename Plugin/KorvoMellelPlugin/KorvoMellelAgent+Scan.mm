@@ -100,10 +100,10 @@ BOOL dialogIsOpen = NO;
   id<KorvoWordProcessorIntegrationAdapter> adapter = [KorvoMellelAgent adapter];
   id<KorvoLibrary> library = [[[adapter currentLibrary] retain] autorelease];
   const NSUInteger count = [citations count];
-  CodeUnitReader codeUnitsOf;
+  TextReader textAt(citations);
   LoopPool pool;
   for (NSUInteger index = 0; index < count; ++index) {
-    const std::u16string_view text = codeUnitsOf([citations objectAtIndex:index]);
+    const std::u16string_view text = textAt(index);
     if (!text.empty()) {
       for (const std::u16string_view component : formats::citationComponents(text)) {
         [adapter referencesMatchingTag:[self scrubVerified:stringWithCodeUnits(component)]
@@ -145,11 +145,12 @@ BOOL dialogIsOpen = NO;
   const NSUInteger count = [citations count];
   formats::writeCitationResolutionHeader(buffer, static_cast<std::uint32_t>(documentID),
                                          static_cast<std::uint32_t>(count));
-  CodeUnitReader codeUnitsOf;
+  TextReader citationAt(citations);
+  TextReader markupAt(markups);
   LoopPool pool;
   for (NSUInteger index = 0; index < count; ++index) {
-    buffer.writeString(codeUnitsOf([citations objectAtIndex:index]));
-    buffer.writeString(codeUnitsOf([markups objectAtIndex:index]));
+    buffer.writeString(citationAt(index));
+    buffer.writeString(markupAt(index));
     pool.endTurn();
   }
   pool.drain();

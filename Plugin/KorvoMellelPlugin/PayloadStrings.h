@@ -7,8 +7,33 @@
 
 #import <Foundation/Foundation.h>
 
+#include <string>
 #include <string_view>
 #include <vector>
+
+// Both can be read without a string for each text: only the host wants strings.
+@protocol KorvoMellelTexts
+// The code units of the string at this index.
+- (std::u16string)codeUnitsAtIndex:(NSUInteger)index;
+@end
+
+// Reads the texts of an array of strings, one after the other: without making strings where the
+// array is one of these.
+class TextReader {
+ public:
+  // Of no array: to be replaced.
+  TextReader() = default;
+  // Borrows the array.
+  explicit TextReader(NSArray *array);
+
+  // Valid until the next call.
+  std::u16string_view operator()(NSUInteger index);
+
+ private:
+  NSArray *array_ = nil;
+  id<KorvoMellelTexts> texts_ = nil;  // the array, or nil where it has strings only
+  std::u16string units_ = {};
+};
 
 // An autoreleased array of UTF-8 strings that lie in the payload, which it keeps.
 NSArray *stringsInPayload(NSData *payload, std::vector<std::string_view> strings);

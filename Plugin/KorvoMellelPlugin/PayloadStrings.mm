@@ -3,10 +3,23 @@
 #import "TextBridge.h"
 
 #include <Formats/RecordMarkup.h>
+#include <Formats/Unicode.h>
 
 #include <utility>
 
-@interface KorvoMellelPayloadStrings : NSArray {
+TextReader::TextReader(NSArray *array) : array_(array) {
+  if ([array respondsToSelector:@selector(codeUnitsAtIndex:)]) {
+    texts_ = static_cast<id>(array);
+  }
+}
+
+std::u16string_view TextReader::operator()(NSUInteger index) {
+  units_ =
+      texts_ != nil ? [texts_ codeUnitsAtIndex:index] : codeUnits([array_ objectAtIndex:index]);
+  return units_;
+}
+
+@interface KorvoMellelPayloadStrings : NSArray <KorvoMellelTexts> {
   NSData *payload;
   std::vector<std::string_view> strings;
 }
@@ -33,18 +46,27 @@
   return strings.size();
 }
 
-- (id)objectAtIndex:(NSUInteger)index {
+- (std::string_view)bytesAtIndex:(NSUInteger)index {
   if (index >= strings.size()) {
     [NSException raise:NSRangeException
                 format:@"No string %lu of a payload", static_cast<unsigned long>(index)];
   }
-  return stringWithUTF8(strings[index]);
+  return strings[index];
+}
+
+- (std::u16string)codeUnitsAtIndex:(NSUInteger)index {
+  return formats::decodeUTF8([self bytesAtIndex:index]);
+}
+
+- (id)objectAtIndex:(NSUInteger)index {
+  return stringWithUTF8([self bytesAtIndex:index]);
 }
 
 @end
 
-@interface KorvoMellelRecordMarkups : NSArray {
+@interface KorvoMellelRecordMarkups : NSArray <KorvoMellelTexts> {
   NSArray *citations;
+  TextReader citationAt;
 }
 - (instancetype)initWithCitations:(NSArray *)texts;
 @end
@@ -55,6 +77,7 @@
   self = [super init];
   if (self != nil) {
     citations = [texts retain];
+    citationAt = TextReader(citations);
   }
   return self;
 }
@@ -68,9 +91,12 @@
   return [citations count];
 }
 
+- (std::u16string)codeUnitsAtIndex:(NSUInteger)index {
+  return formats::recordMarkupForComponents(citationAt(index));
+}
+
 - (id)objectAtIndex:(NSUInteger)index {
-  return stringWithCodeUnits(
-      formats::recordMarkupForComponents(codeUnits([citations objectAtIndex:index])));
+  return stringWithCodeUnits([self codeUnitsAtIndex:index]);
 }
 
 @end

@@ -27,18 +27,37 @@ bool isSurrogate(char16_t unit) { return (unit & 0xF800) == 0xD800; }
 constexpr char16_t byteOrderMark = 0xFEFF;
 constexpr char16_t byteOrderMarkTurnedRound = 0xFFFE;
 
-// Nil for lone surrogates in GNUstep. Each message to a class by its name looks the name up, which
-// takes as long as half of the string. A host has the like of its own: it shares with the plug-in
+// Each message to a class by its name looks the name up, which takes as long as half of a string.
+Class stringClass() {
+  static const Class known = [NSString class];
+  return known;
+}
+
+// Nil where the text is long or not plain. Of bytes GNUstep makes a string in two thirds of the
+// time that it takes for code units, and nearly every text is short and plain.
+template <typename Unit>
+NSString *plainStringOrNil(std::basic_string_view<Unit> text) {
+  char bytes[128];
+  if (text.size() >= sizeof bytes || formats::copyPlainASCII(text, bytes) < text.size()) {
+    return nil;
+  }
+  bytes[text.size()] = '\0';
+  return [stringClass() stringWithUTF8String:bytes];
+}
+
+// Nil for lone surrogates in GNUstep. A host has the like of its own: it shares with the plug-in
 // only Formats, which knows no Cocoa.
 NSString *stringOrNil(std::u16string_view text) {
-  static const Class stringClass = [NSString class];
+  if (NSString *plain = plainStringOrNil(text)) {
+    return plain;
+  }
   // Cocoa takes the first code unit as it is. GNUstep drops a byte order mark, and turns round the
   // bytes of all others behind one that is turned round: any text could come of that, or none.
   if (text.starts_with(byteOrderMark) || text.starts_with(byteOrderMarkTurnedRound)) {
     return [stringOrNil(u' ' + std::u16string(text)) substringFromIndex:1];
   }
-  return [stringClass stringWithCharacters:reinterpret_cast<const unichar *>(text.data())
-                                    length:text.size()];
+  return [stringClass() stringWithCharacters:reinterpret_cast<const unichar *>(text.data())
+                                      length:text.size()];
 }
 
 // GNUstep makes no string of code units with half a surrogate pair among them; but it formats one,
@@ -71,8 +90,9 @@ NSString *stringWithExactCodeUnits(std::u16string_view text) {
 }
 
 NSString *stringWithUTF8(std::string_view bytes) {
+  NSString *plain = plainStringOrNil(bytes);
   // Decoded text has no lone surrogates.
-  return stringOrNil(formats::decodeUTF8(bytes));
+  return plain != nil ? plain : stringOrNil(formats::decodeUTF8(bytes));
 }
 
 std::string_view bytesOf(NSData *data) {

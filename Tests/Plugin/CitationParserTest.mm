@@ -334,6 +334,27 @@ TEST_F(CitationParser, HalfOfASurrogatePairLosesNoCitation) {
             "a\xEF\xBF\xBD");
 }
 
+// Short plain texts become strings by a way of their own.
+TEST_F(CitationParser, TextsOfEveryLengthReachTheHostWhole) {
+  for (std::size_t length = 1; length < 300; ++length) {
+    const std::string tag(length, 't');
+    const std::string text(length, 's');
+    const auto options = optionsOf(text + "#" + tag);
+    ASSERT_EQ(options.at("SearchString"), text);
+    ASSERT_THAT(calls(), testing::Contains("match " + tag));
+    calls().clear();
+  }
+}
+
+TEST_F(CitationParser, ANULInsideATextIsACharacterOfIt) {
+  hostScript().split = [](NSString *) {
+    const unichar units[] = {'a', 0, 'b'};
+    return array({[NSString stringWithCharacters:units length:3]});
+  };
+  RecordingCitation *citation = [[[parse({"anything"}) objectAtIndex:0] citations] objectAtIndex:0];
+  EXPECT_EQ(citation->options["SearchString"], std::string("a\0b", 3));
+}
+
 TEST_F(CitationParser, SplitThatIsNilGivesAGroupWithoutCitations) {
   hostScript().split = [](NSString *) -> NSArray * { return nil; };
   NSArray *groups = parse({"anything"});

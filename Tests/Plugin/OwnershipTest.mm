@@ -173,6 +173,10 @@ TEST_F(Ownership, RecordsOfAnAnswerAreAsManyAsTheCitationsAndEndWithTheAnswer) {
     deliver("PRSQ", formats::encodePreliminaryScanRequest(7, twoCitations));
   }
   EXPECT_EQ([keptRecords count], 2u);
+  EXPECT_NE(str([keptRecords objectAtIndex:1]).find("<korvo>second</korvo>"), std::string::npos);
+  NSException *raised =
+      KorvoCatchObjectiveCException([](void *) { [keptRecords objectAtIndex:2]; }, nullptr);
+  EXPECT_EQ(str([raised name]), str(NSRangeException));
   [pool drain];
   EXPECT_TRUE(endsWithItsRelease(keptRecords));
 }
