@@ -2,89 +2,20 @@
 //
 // citeproc-js is made for editors: after every change it evaluates the positions ("ibid.",
 // "see note 3") of all citations anew, so that handing it a document citation by citation
-// takes quadratic time. Here every citation is registered first, the positions are
-// evaluated once, with printing switched off, and then each citation is printed once. In a style
-// without positions there is only one citation at a time: a million at once would take gigabytes.
-// The engine is used up by that: a second printing can come out differently.
+// takes quadratic time. Here the positions are evaluated once (see registering.js), and then each
+// citation is printed once. The engine is used up by that: a second printing can come out
+// differently.
 import CSL from "citeproc";
 
-import { evaluateFirst, evaluatePositions } from "../Patches/positions.js";
 import { printBibliography } from "./bibliography.js";
-import { isNoteStyle, makeEngine } from "./engine.js";
+import { makeEngine } from "./engine.js";
 import { contentNumber, memoryOf } from "./memory.js";
 import { placeholder } from "./placeholder.js";
 import { print } from "./printing.js";
 import { recallOf, startRecalling } from "./recalling.js";
-import { itemId, itemIndex, readCitations, readItems, shownItems } from "./request.js";
+import { attempt, messageOf, registered } from "./registering.js";
+import { itemId, itemIndex, readItems } from "./request.js";
 import { needsPositions, sortCites, SortKeys } from "./sorting.js";
-
-const messageOf = (error) => error?.message ?? error;
-
-function readLabel(engine, item, cite) {
-  const unlabelled = ["bill", "gazette", "legislation", "regulation", "treaty"];
-  const match =
-    cite.locator && !unlabelled.includes(item.type) && CSL.LOCATOR_LABELS_REGEXP.exec(cite.locator);
-  const label = match && CSL.LOCATOR_LABELS_MAP[match[2]];
-  if (label && engine.getTerm(label)) {
-    cite.label = label;
-    cite.locator = match[3];
-  }
-}
-
-function register(engine, sortKeys, citation) {
-  citation.sortedItems = citation.citationItems.map((given) => {
-    const item = engine.retrieveItem(given.id);
-    engine.transform.loadAbbreviation("default", "hereinafter", item.id, item.language);
-    const cite = CSL.parseLocator.call(engine, { ...given });
-    readLabel(engine, item, cite);
-    return [item, cite];
-  });
-  engine.registry.citationreg.citationById[citation.citationID] = citation;
-  if (needsPositions(engine)) {
-    sortCites(engine, sortKeys, citation.sortedItems);
-  }
-}
-
-function describe(request, citation) {
-  const ids = citation.citationItems.map((cite) => request.ids[itemIndex(cite.id)]);
-  return `citation ${citation.group + 1} (${ids.join("; ")})`;
-}
-
-function attempt(request, citation, step) {
-  try {
-    return step();
-  } catch (error) {
-    throw new Error(
-      `${describe(request, citation)}: the style's rules fail on it: ${messageOf(error)}`,
-    );
-  }
-}
-
-// The citations, each ready to be printed before the next one is asked for.
-function* registered(request, engine, sortKeys) {
-  const read = readCitations(request, isNoteStyle(engine));
-  const enter = (citation) =>
-    attempt(request, citation, () => register(engine, sortKeys, citation));
-  if (needsPositions(engine)) {
-    const citations = [...read];
-    citations.forEach(enter);
-    if (citations.length > 0) {
-      evaluatePositions(engine, citations);
-    }
-    yield* citations;
-    return;
-  }
-  let isFirst = true;
-  for (const citation of read) {
-    enter(citation);
-    if (isFirst) {
-      evaluateFirst(engine, citation, shownItems(request));
-      isFirst = false;
-    }
-    yield citation;
-    delete engine.registry.citationreg.citationById[citation.citationID];
-  }
-}
 
 function printCitations(request, engine) {
   const texts = new Array(request.groupSizes.length).fill("");

@@ -1,9 +1,9 @@
-// The positions of all citations ("ibid.", "see note 3"), evaluated once.
+// Tells the engine's registry which citations mention a work.
 //
-// processCitationCluster takes one citation to print and evaluates the positions of all. Then it
-// prints again what has changed: that is switched off. It also looks for each citation among those
-// of the same work, one after the other, before it adds it to them: a document that cites one work
-// all the time would take quadratic time. So it finds the lists complete.
+// processCitationCluster does so before it prints a citation. Then it prints again what has
+// changed: that is switched off. It also looks for each citation among those of the same work, one
+// after the other, before it adds it to them: a document that cites one work all the time would
+// take quadratic time. So it finds the lists complete.
 import CSL from "citeproc";
 
 class CompleteList extends Array {
@@ -46,14 +46,11 @@ function citationsByItem(citations) {
   return lists;
 }
 
-export function evaluatePositions(engine, citations) {
-  const orders = citations.map((citation) => [...citation.sortedItems]);
-  const [first, ...rest] = citations;
-  evaluate(engine, first, rest, citationsByItem(citations));
-  // It has sorted the others anew, without grouping.
-  citations.slice(1).forEach((citation, index) => {
-    citation.sortedItems = orders[index + 1];
-  });
+// For a style with positions, from those citations that mention a work for the first time or the
+// second: no more is told apart of how often it is cited. Each has its cites in their order; the
+// first one's is found anew.
+export function evaluateMentions(engine, [first, ...rest]) {
+  evaluate(engine, first, rest, citationsByItem([first, ...rest]));
 }
 
 // The same for a style that has no positions. It reads of the other citations no more than which
