@@ -74,6 +74,34 @@ INSTANTIATE_TEST_SUITE_P(
                     "din-1505-2-alphanumeric", "iso690-author-date-fr"),
     nameOfTest);
 
+// Few works, so that most are cited once more in the note before, or a few notes before.
+class EnginePositions : public testing::TestWithParam<const char *> {};
+
+TEST_P(EnginePositions, AreTheSame) {
+  std::mt19937 random(1637);
+  constexpr std::size_t works = 4;
+  const Items items = collidingLibrary(random, works);
+  std::vector<CiteGroup> groups = randomGroups(random, 50, works);
+  for (CiteGroup &group : groups) {
+    if (random() % 2 == 0) {
+      group.resize(1);
+    }
+    if (random() % 10 == 0) {
+      std::ranges::for_each(group, [](Cite &cite) { cite.showInText = false; });
+    }
+    if (random() % 2 == 0) {
+      group.front().pageRange = random() % 2 == 0 ? u"17" : u"17|of another edition";
+    }
+  }
+  expectSameTexts(GetParam(), items, groups);
+}
+
+INSTANTIATE_TEST_SUITE_P(Styles, EnginePositions,
+                         testing::Values("chicago-fullnote-bibliography-with-ibid", "oscola",
+                                         "journal-of-the-warburg-and-courtauld-institutes",
+                                         "sodertorns-hogskola-harvard-ibid"),
+                         nameOfTest);
+
 // What citeproc-js finds within a text, and what depends on its language.
 class EngineTypography : public testing::TestWithParam<const char *> {};
 
