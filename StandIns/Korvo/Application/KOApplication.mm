@@ -43,6 +43,11 @@ std::string codeInWords(NSInteger code) {
 - (NSInteger)runModalForWindow:(NSWindow *)window {
   korvo::application::announce("dialog: open");
   ++openDialogs_;
+  // GUI 0.32 gives no keys to a window that is not visible when its session begins.
+  if (![window isVisible]) {
+    [window center];
+    [window orderFrontRegardless];
+  }
   const NSInteger code = [super runModalForWindow:window];
   --openDialogs_;
   korvo::application::announce("dialog: closed " + codeInWords(code));
