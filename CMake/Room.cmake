@@ -2,7 +2,15 @@
 # reachable by the path of the folder, <Formats/Unicode.h> or <StandIns/Korvo/Engine/TextFile.h>,
 # through a directory that holds nothing but links into that one folder: who does not link to a room
 # cannot include from it, so the build itself refuses a wrong dependency.
-#
+
+set(common_headers
+  algorithm array chrono cstddef cstdint cstring expected filesystem functional map memory optional
+  span string string_view unordered_map utility vector)
+lend_headers(RoomHeaders OBJECT
+  LINKS ProjectOptions Cocoa::AppKit
+  CXX ${common_headers}
+  OBJCXX Cocoa/Cocoa.h ${common_headers})
+
 # room_headers(TARGET [PUBLIC HEADER…]) exports the headers named, or all of the folder. Where some
 # are named, the others are the room's inside. TARGETInside reaches them all: it is for the room's
 # own sources and for the tests of the inside, and links nothing by itself.
@@ -12,6 +20,8 @@ function(room_headers target)
   set(visibility PUBLIC)
   if(type STREQUAL "INTERFACE_LIBRARY")
     set(visibility INTERFACE)
+  else()
+    borrow_headers(${target} RoomHeaders)
   endif()
   room_links(${target} whole)
   set(everything ${CMAKE_BINARY_DIR}/rooms/${target}/whole)

@@ -4,28 +4,24 @@ include(GoogleTest)
 
 # Compiling the tests takes longer than running them. So they are optimised less than the product,
 # which takes a sixth off. At -O1 GCC sees too little of a program to say where an index or a length
-# is wrong; the sanitizers see it.
+# is wrong; the sanitizers see it. And what is tested is watched for undefined behaviour, the tests
+# themselves for their memory only, which takes a third off the time of compiling them.
 add_library(TestOptions INTERFACE)
 target_compile_options(TestOptions INTERFACE
   $<IF:$<CONFIG:Debug>,-O0,-O1>
+  $<$<BOOL:${KORVO_SANITIZE}>:-fno-sanitize=undefined>
   $<$<CXX_COMPILER_ID:GNU>:-Wno-array-bounds -Wno-maybe-uninitialized -Wno-restrict
     -Wno-stringop-overflow -Wno-stringop-overread>)
 
-# And GCC reads the headers of GoogleTest once for all of them, which takes a third off. It keeps
-# what it read for one language: Objective-C++ reads them by itself. TestHeaders is there to be lent
-# from: a program, as what is read for a library does not suit one; with -pthread, which some of the
-# libraries ask for, so that all tests need it.
-if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-  target_compile_options(TestOptions INTERFACE -pthread)
-  file(CONFIGURE OUTPUT TestHeaders.cpp CONTENT
-    "// Lends its headers: CMake/RoomTest.cmake says why.\nint main() { return 0; }\n")
-  add_executable(TestHeaders ${CMAKE_CURRENT_BINARY_DIR}/TestHeaders.cpp)
-  target_link_libraries(TestHeaders PRIVATE
-    ProjectOptions TestOptions GTest::gmock GTest::gtest)
-  target_precompile_headers(TestHeaders PRIVATE
-    "$<$<COMPILE_LANGUAGE:CXX>:<gmock/gmock.h$<ANGLE-R>>"
-    "$<$<COMPILE_LANGUAGE:CXX>:<gtest/gtest.h$<ANGLE-R>>")
-endif()
+# Of what could be tried for ever, tests try less where the sanitizers watch.
+# Tests/Support/Effort.h tells.
+target_compile_definitions(TestOptions INTERFACE SANITIZED=$<BOOL:${KORVO_SANITIZE}>)
+
+lend_headers(TestHeaders EXECUTABLE
+  LINKS ProjectOptions TestOptions Cocoa::AppKit GTest::gmock GTest::gtest
+  CXX gmock/gmock.h gtest/gtest.h
+  # Of GoogleMock its matchers only: Documentation/Testing.md says why.
+  OBJCXX Foundation/Foundation.h gmock/gmock-more-matchers.h gtest/gtest.h)
 
 function(add_room_test name)
   cmake_parse_arguments(PARSE_ARGV 1 ARG "" "TIMEOUT" "SOURCES;LINKS")
@@ -35,11 +31,7 @@ function(add_room_test name)
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE
     ProjectOptions TestOptions ${ARG_LINKS} GTest::gmock_main GTest::gmock GTest::gtest)
-  if(TARGET TestHeaders)
-    target_precompile_headers(${name} REUSE_FROM TestHeaders)
-    list(FILTER ARG_SOURCES INCLUDE REGEX "\\.mm$")
-    set_source_files_properties(${ARG_SOURCES} PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
-  endif()
+  borrow_headers(${name} TestHeaders)
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
     PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS ${name})
 endfunction()

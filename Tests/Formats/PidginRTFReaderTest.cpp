@@ -2,6 +2,7 @@
 
 #include <Formats/PidginRTFReader.h>
 #include <Tests/Support/AllStrings.h>
+#include <Tests/Support/Effort.h>
 #include <Tests/Support/ReferencePidginRTF.h>
 
 #include <gtest/gtest.h>
@@ -106,17 +107,19 @@ class ShortPidginRTF : public testing::TestWithParam<std::size_t> {};
 const std::vector<std::u16string> letters = {u"\n", u"{", u"}",      u"\\", u" ",
                                              u"\t", u"a", u"rquote", u"uc"};
 
+constexpr std::size_t lettersBehindTheFirst = test_support::effort(6, 5);
+
 TEST_P(ShortPidginRTF, IsReadAsByTheReference) {
   std::size_t inputs = 0;
   forEachString<char16_t>(
-      letters, 6,
+      letters, lettersBehindTheFirst,
       [&](const std::u16string &rtf) {
         ++inputs;
         ASSERT_EQ(textOfPidginRTF(rtf), reference::textOfPidginRTF(rtf))
             << testing::PrintToString(rtf);
       },
       letters[GetParam()]);
-  EXPECT_EQ(inputs, 597'871u);  // 1 + 9 + 9² + … + 9⁶
+  EXPECT_EQ(inputs, test_support::effort(597'871u, 66'430u));  // 1 + 9 + 9² + … + 9⁶, or … + 9⁵
 }
 
 INSTANTIATE_TEST_SUITE_P(AfterEachLetter, ShortPidginRTF,

@@ -5,6 +5,7 @@
 // KORVO_EDITS=2000 build/bin/EngineTest --gtest_filter='*EngineEdits*' takes many more steps.
 #include "EngineRandomDocuments.h"
 
+#include <Tests/Support/Effort.h>
 #include <Tests/Support/Files.h>
 #include <Tests/Support/TemporaryDirectory.h>
 
@@ -106,7 +107,8 @@ korvo::engine::FormattedDocument format(korvo::engine::CitationProcessor &proces
 
 std::size_t stepsWanted() {
   const char *wanted = std::getenv("KORVO_EDITS");
-  return wanted == nullptr ? 4 : static_cast<std::size_t>(std::atol(wanted));
+  return wanted == nullptr ? test_support::effort(4u, 2u)
+                           : static_cast<std::size_t>(std::atol(wanted));
 }
 
 // As a host does it that has nothing else to do: some works, each alone and then together.

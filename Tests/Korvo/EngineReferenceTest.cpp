@@ -5,6 +5,7 @@
 #include "EngineRandomDocuments.h"
 
 #include <StandIns/Korvo/Engine/EmbeddedScripts.h>
+#include <Tests/Support/Effort.h>
 #include <Tests/Support/Files.h>
 
 #include <gtest/gtest.h>
@@ -252,16 +253,17 @@ TEST(EngineMemory, IsNotTakenForAllCitationsAtOnce) {
   std::ofstream("/proc/self/clear_refs") << "5";  // what it has taken at most is forgotten
   const double before = memory("VmRSS:");
   ASSERT_GT(before, 0);
-  constexpr std::size_t citations = 30'000;
+  constexpr std::size_t citations = test_support::effort(30'000, 10'000);
   format(citations);
   EXPECT_LT((memory("VmHWM:") - before) / citations, 700);
 }
 
 TEST(EngineTime, TenTimesTheCitationsTakeAboutTenTimesAsLong) {
   for (const char *name : {"nature", "chicago-fullnote-bibliography"}) {
-    secondsFor(name, 300, 1);
-    const double few = std::min(secondsFor(name, 300, 2), secondsFor(name, 300, 3));
-    const double many = secondsFor(name, 3000, 4);
+    constexpr std::size_t citations = test_support::effort(300, 100);
+    secondsFor(name, citations, 1);
+    const double few = std::min(secondsFor(name, citations, 2), secondsFor(name, citations, 3));
+    const double many = secondsFor(name, 10 * citations, 4);
     // Twelve times is the aim; a busy machine needs some air. One by one it is a hundred.
     EXPECT_LT(many, 20 * few) << name << ": " << few << " s, " << many << " s";
   }

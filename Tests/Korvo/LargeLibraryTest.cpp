@@ -2,6 +2,7 @@
 // measured on an idle machine: they tell an index from a search through everything.
 
 #include <StandIns/Korvo/Library/Library.h>
+#include <Tests/Support/Effort.h>
 #include <Tests/Support/TemporaryDirectory.h>
 
 #include <gtest/gtest.h>
@@ -16,7 +17,7 @@ using test_support::TemporaryDirectory;
 
 namespace {
 
-constexpr int referenceCount = REFERENCE_COUNT;
+constexpr int referenceCount = test_support::effort(100000, 10000);
 
 class Stopwatch {
  public:

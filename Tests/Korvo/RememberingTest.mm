@@ -9,6 +9,7 @@
 #import <StandIns/Korvo/Adapter/PidginRTFText.h>
 #import <StandIns/Korvo/Adapter/RememberedMatches.h>
 #import <StandIns/Korvo/Adapter/StringConversion.h>
+#include <Tests/Support/Effort.h>
 #include <Tests/Support/Files.h>
 #include <Tests/Support/TemporaryDirectory.h>
 
@@ -408,7 +409,7 @@ class RandomEdits : public RememberedDocument {
 };
 
 TEST_F(RandomEdits, AreAnsweredAsByAHostThatRemembersNothing) {
-  for (int step = 0; step < 50; ++step) {
+  for (int step = 0; step < test_support::effort(50, 20); ++step) {
     SCOPED_TRACE(step);
     NSAutoreleasePool *turn = [[NSAutoreleasePool alloc] init];
     edit();

@@ -2,6 +2,7 @@
 // else that a reader sees changes, formatting included.
 
 #include <StandIns/Mellel/RTF/DocumentRewriting.h>
+#include <Tests/Support/Effort.h>
 #include <Tests/Support/ReadDocument.h>
 #include <Tests/Support/ReferenceRewriting.h>
 
@@ -70,13 +71,14 @@ void expectOnlyCitationsChangeInAll(const std::vector<std::string> &tokens,
 }
 
 TEST(Rewriting, ChangesOnlyCitationsInEveryShortDocumentWithGroupsAndFormatting) {
-  expectOnlyCitationsChangeInAll({"\\{", "\\}", "{", "}", "a", "\\b", " ", "\\i0 ", "\n"}, 5);
+  expectOnlyCitationsChangeInAll({"\\{", "\\}", "{", "}", "a", "\\b", " ", "\\i0 ", "\n"},
+                                 test_support::effort(5, 4));
 }
 
 TEST(Rewriting, ChangesOnlyCitationsInEveryShortDocumentWithFallbacksAndStories) {
   expectOnlyCitationsChangeInAll({"\\u123?", "\\u125 ?", "\\uc0", "\\'7b", "\\'7d", "1",
                                   "{\\footnote ", "}", "\\par", "\\~\\i"},
-                                 5);
+                                 test_support::effort(5, 4));
 }
 
 TEST(Rewriting, ChangesOnlyCitationsInRandomDocuments) {
@@ -88,7 +90,7 @@ TEST(Rewriting, ChangesOnlyCitationsInRandomDocuments) {
       "\xE9",    "\\bin1 x", "\\f1",        "\\-",       "{\\shptxt ", "\\u0",  "-1"};
   std::mt19937 random(12);
   int understood = 0;
-  for (int round = 0; round < 30'000; ++round) {
+  for (int round = 0; round < test_support::effort(30'000, 3'000); ++round) {
     std::string rtf = "{\\rtf1\\ansi{\\fonttbl{\\f0\\fcharset0 A;}{\\f1\\fcharset128 B;}}";
     std::size_t depth = 1;
     for (auto length = random() % 24; length > 0; --length) {
@@ -107,14 +109,14 @@ TEST(Rewriting, ChangesOnlyCitationsInRandomDocuments) {
     }
     understood += charactersOf(rtf) ? 1 : 0;
   }
-  EXPECT_GT(understood, 25'000);
+  EXPECT_GT(understood, test_support::effort(25'000, 2'500));
 }
 
 TEST(Rewriting, HostileBytesAreRefusedOrLeftAsTheyAre) {
   std::mt19937 random(5);
   const std::string seed =
       "{\\rtf1\\ansi{\\fonttbl{\\f0 A;}}\\{Sm{\\i ith}\\}\\par{\\footnote \\{Li\\}}\\u233?\\'e9}";
-  for (int round = 0; round < 20'000; ++round) {
+  for (int round = 0; round < test_support::effort(20'000, 2'000); ++round) {
     std::string bytes = seed;
     for (auto count = random() % 4; count > 0; --count) {
       bytes[random() % bytes.size()] = static_cast<char>(random());

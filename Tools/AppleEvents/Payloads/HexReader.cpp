@@ -71,6 +71,12 @@ class HexReader {
     return false;
   }
 
+  bool failAt(std::string_view word, std::string_view why) {
+    std::string text = "\"";
+    text.append(word).append("\" ").append(why);
+    return fail(std::move(text));
+  }
+
   bool readLine(std::string_view line) {
     if (line.empty()) {
       return true;
@@ -169,13 +175,13 @@ class HexReader {
     }
     const std::size_t wrong = word.find_first_not_of(digits);
     if (wrong != none || word.empty()) {
-      return fail('"' + std::string(word) + "\" is not hexadecimal");
+      return failAt(word, "is not hexadecimal");
     }
     if (hasOffsets_ && word.size() == 1) {
-      return fail('"' + std::string(word) + "\" is half a byte");
+      return failAt(word, "is half a byte");
     }
     if (word.size() % 2 != 0) {
-      return fail('"' + std::string(word) + "\" has an odd number of digits");
+      return failAt(word, "has an odd number of digits");
     }
     for (std::size_t index = 0; index < word.size(); index += 2) {
       bytes_ += static_cast<char>(*numberOf(word.substr(index, 2)));
