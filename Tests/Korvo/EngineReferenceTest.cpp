@@ -6,18 +6,15 @@
 
 #include <StandIns/Korvo/Engine/EmbeddedScripts.h>
 #include <Tests/Support/Effort.h>
-#include <Tests/Support/Files.h>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
 #include <ctime>
-#include <fstream>
 #include <random>
 
 using namespace korvo_test;
-using test_support::readFile;
 
 namespace {
 
@@ -223,39 +220,6 @@ double secondsFor(const char *styleName, std::size_t citations, unsigned seed) {
       processor().formatDocument(style(styleName), lookUpIn(items), groups, false);
   EXPECT_TRUE(document) << document.error();
   return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
-}
-
-// Of this process, in bytes; 0 where the system does not say.
-double memory(std::string_view name) {
-  std::ifstream status("/proc/self/status");
-  for (std::string word; status >> word;) {
-    if (word == name) {
-      status >> word;
-      return std::stod(word) * 1024;
-    }
-  }
-  return 0;
-}
-
-// One citation at a time takes some 200 bytes for each, all of them at once took 1,400.
-TEST(EngineMemory, IsNotTakenForAllCitationsAtOnce) {
-  const CiteGroup group = {cite("smith2001")};
-  const korvo::engine::Style notes = style("chicago-note-bibliography");
-  const std::string rules = readFile(notes.file);
-  const auto format = [&](std::size_t citations) {
-    const auto document = processor().formatDocument(
-        notes, rules, lookUpIn(library()), citations,
-        [&](std::size_t) -> const CiteGroup & { return group; }, false);
-    ASSERT_TRUE(document) << document.error();
-  };
-  // The machine takes some for itself first.
-  format(5'000);
-  std::ofstream("/proc/self/clear_refs") << "5";  // what it has taken at most is forgotten
-  const double before = memory("VmRSS:");
-  ASSERT_GT(before, 0);
-  constexpr std::size_t citations = test_support::effort(30'000, 10'000);
-  format(citations);
-  EXPECT_LT((memory("VmHWM:") - before) / citations, 700);
 }
 
 TEST(EngineTime, TenTimesTheCitationsTakeAboutTenTimesAsLong) {

@@ -1,0 +1,50 @@
+// What formatting a document takes of the memory at most, for each of its citations.
+#include "EngineDocument.h"
+
+#include <Tests/Support/Files.h>
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <string>
+#include <string_view>
+
+using namespace korvo_test;
+using test_support::readFile;
+
+namespace {
+
+// Of this process, in bytes; 0 where the system does not say.
+double memory(std::string_view name) {
+  std::ifstream status("/proc/self/status");
+  for (std::string word; status >> word;) {
+    if (word == name) {
+      status >> word;
+      return std::stod(word) * 1024;
+    }
+  }
+  return 0;
+}
+
+// One citation at a time takes some 200 bytes for each, all of them at once took 1,400.
+}  // namespace
+
+TEST(EngineMemory, IsNotTakenForAllCitationsAtOnce) {
+  const CiteGroup group = {cite("smith2001")};
+  const korvo::engine::Style notes = style("chicago-note-bibliography");
+  const std::string rules = readFile(notes.file);
+  const auto format = [&](std::size_t citations) {
+    const auto document = processor().formatDocument(
+        notes, rules, lookUpIn(library()), citations,
+        [&](std::size_t) -> const CiteGroup & { return group; }, false);
+    ASSERT_TRUE(document) << document.error();
+  };
+  // The machine takes some for itself first.
+  format(5'000);
+  std::ofstream("/proc/self/clear_refs") << "5";  // what it has taken at most is forgotten
+  const double before = memory("VmRSS:");
+  ASSERT_GT(before, 0);
+  constexpr std::size_t citations = 30'000;
+  format(citations);
+  EXPECT_LT((memory("VmHWM:") - before) / citations, 700);
+}
