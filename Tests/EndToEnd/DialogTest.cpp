@@ -34,7 +34,10 @@ class ScanWithDialog : public testing::Test {
   }
 
   // The menu opens with the style that is shown under the pointer, and the next one below it.
-  static void takeSecondStyle(const Window &dialog) { dialog.clickAndDrag(230, -85, 26); }
+  static constexpr int heightOfStyle = 26;
+  static void takeSecondStyle(const Window &dialog) {
+    dialog.clickAndDrag(230, -85, heightOfStyle);
+  }
   static void openMenu(const Window &dialog) { dialog.click(230, -85); }
   static void clickButton(const Window &dialog) { dialog.click(320, -35); }
   static void clickCloseBox(const Window &dialog) { dialog.click(-12, 11); }
@@ -113,6 +116,30 @@ TEST_F(ScanWithDialog, ReturnInTheMenuThatTheMouseHasOpenedTakesTheHighlightedSt
   dialog.press("Return");
   EXPECT_EQ(mellel.waitForExit(), 0) << mellel.standardError();
   EXPECT_TRUE(copyHas("[1]"));
+}
+
+TEST_F(ScanWithDialog, AClickOpensTheMenuAndAnotherOneTakesAStyle) {
+  Host host(favorites());
+  ChildProcess mellel(command());
+  const Window dialog(dialogTitle);
+  ASSERT_TRUE(dialog.isOpen());
+  openMenu(dialog);
+  dialog.click(230, -85 + heightOfStyle);
+  clickButton(dialog);
+  EXPECT_EQ(mellel.waitForExit(), 0) << mellel.standardError();
+  EXPECT_TRUE(copyHas("[1]"));
+}
+
+TEST_F(ScanWithDialog, AClickOnTheStyleThatIsShownClosesTheMenuAndLeavesIt) {
+  Host host(favorites());
+  ChildProcess mellel(command());
+  const Window dialog(dialogTitle);
+  ASSERT_TRUE(dialog.isOpen());
+  openMenu(dialog);
+  dialog.click(230, -85);
+  clickButton(dialog);
+  EXPECT_EQ(mellel.waitForExit(), 0) << mellel.standardError();
+  EXPECT_TRUE(copyHas("(Hoare, 1969)"));
 }
 
 TEST_F(ScanWithDialog, EscapeInTheOpenMenuLeavesTheStyleAndTheDialog) {

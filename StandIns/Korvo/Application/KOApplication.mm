@@ -133,6 +133,9 @@ std::string codeInWords(NSInteger code) {
   if (![menuKeys_ isMenuHeldOpen] || !dequeue || ![mode isEqual:NSEventTrackingRunLoopMode]) {
     return [super nextEventMatchingMask:mask untilDate:date inMode:mode dequeue:dequeue];
   }
+  if (NSEvent *choice = [menuKeys_ choiceToRepeat]) {
+    return choice;
+  }
   while (true) {
     NSEvent *event = [self nextEventOrKeyMatchingMask:mask untilDate:date];
     if (event == nil) {

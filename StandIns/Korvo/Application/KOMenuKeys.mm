@@ -1,10 +1,13 @@
 #import "KOMenuKeys.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
 constexpr unichar escapeKey = 0x1B;
+// In points: a hand is not quite still.
+constexpr double clickRadius = 4;
 
 unichar characterOf(NSEvent *key) {
   NSString *characters = [key charactersIgnoringModifiers];
@@ -46,18 +49,28 @@ NSEvent *mouseUpIn(NSWindow *window, NSEvent *cause) {
 
 - (void)dealloc {
   [[NSNotificationCenter defaultCenter] removeObserver:self];
+  [choice_ release];
   [super dealloc];
+}
+
+- (void)keepChoice:(NSEvent *)event {
+  [event retain];
+  [choice_ release];
+  choice_ = event;
 }
 
 - (void)menuIsOpen:(NSNotification *)notification {
   NSMenu *menu = [notification object];
   menu_ = menu == [NSApp mainMenu] ? nil : menu;
   keysHighlight_ = NO;
+  pointerAtOpening_ = [NSEvent mouseLocation];
+  isOpened_ = NO;
 }
 
 - (void)menuIsClosed:(NSNotification *)notification {
   (void)notification;
   menu_ = nil;
+  [self keepChoice:nil];
 }
 
 - (BOOL)giveKey:(NSEvent *)key toOpenMenuOf:(NSWindow *)window {
@@ -107,11 +120,33 @@ NSEvent *mouseUpIn(NSWindow *window, NSEvent *cause) {
          NSEqualPoints([NSEvent mouseLocation], pointerAtLastKey_);
 }
 
-- (NSEvent *)eventForMenu:(NSEvent *)event {
-  if ([event type] == NSKeyDown) {
-    return [self eventForKey:event];
+// Who clicks on a pop-up has opened it; who goes to an item with the button held down chooses that.
+- (BOOL)opensMenu:(NSEvent *)event {
+  if ([event type] != NSLeftMouseUp || isOpened_) {
+    return NO;
   }
-  return [self undoesKeys:event] ? nil : event;
+  isOpened_ = YES;
+  const NSPoint pointer = [NSEvent mouseLocation];
+  return std::hypot(pointer.x - pointerAtOpening_.x, pointer.y - pointerAtOpening_.y) < clickRadius;
+}
+
+- (NSEvent *)eventForMenu:(NSEvent *)event {
+  if ([self opensMenu:event] || [self undoesKeys:event]) {
+    return nil;
+  }
+  NSEvent *given = [event type] == NSKeyDown ? [self eventForKey:event] : event;
+  if ([given type] == NSLeftMouseUp) {
+    [self keepChoice:given];
+  }
+  return given;
+}
+
+// GUI 0.29 passes over the first one that it sees, where the pointer has stayed. Then the menu is
+// still open and asks again.
+- (NSEvent *)choiceToRepeat {
+  NSEvent *choice = [[choice_ retain] autorelease];
+  [self keepChoice:nil];
+  return choice;
 }
 
 @end
