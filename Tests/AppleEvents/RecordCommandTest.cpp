@@ -59,6 +59,13 @@ TEST_F(RecordCommand, AProcessThatComesLaterIsKnownByItsSignature) {
   EXPECT_THAT(messages(), testing::Contains("event 2: 'KRVO' to 'mLeL', 'mLeL' 'PREF' 14"));
 }
 
+TEST_F(RecordCommand, WhatIsSaidInTheMomentBehindTheCommandsEndIsRecorded) {
+  startHost();
+  const std::string command = "\"" + std::string(MELLEL) + "\" handshake &";
+  ASSERT_EQ(record({"--", "/bin/sh", "-c", command}).status, 0);
+  EXPECT_THAT(messages(), testing::Contains(HasSubstr("'IMHR'")));
+}
+
 TEST_F(RecordCommand, AnEventThatNobodyTakesEndsInAnError) {
   EXPECT_EQ(record({"--", MELLEL, "open", "Smith"}).status, 1);
   EXPECT_THAT(messages(), ElementsAre("event 1: 'mLeL' to 'KRVO', 'mLeL' 'FNDN', wants a reply 6",

@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <memory>
 
@@ -60,12 +61,16 @@ class Recorder {
 
   // Until the command ends, if there is one, or a signal comes. False when the bus has gone.
   bool run(const SignalDescriptor &signals, StartedCommand *command) {
-    bool isOver = false;
-    while (!isOver && file_.error().empty()) {
+    while (file_.error().empty()) {
       if (!wait(signals.number()) || !takeIn()) {
         return false;
       }
-      isOver = signals.asksForEnd() || (command != nullptr && command->status());
+      if (signals.asksForEnd()) {
+        return true;
+      }
+      if (command != nullptr && command->status()) {
+        return takeInStragglers();
+      }
     }
     return true;
   }
@@ -92,10 +97,23 @@ class Recorder {
                             complain);
   }
 
-  bool wait(int signals) const {
+  // A host goes on for a moment after the last answer that the command waited for.
+  bool takeInStragglers() {
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point end = Clock::now() + std::chrono::milliseconds(300);
+    for (Clock::time_point now = Clock::now(); now < end; now = Clock::now()) {
+      const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - now);
+      if (!wait(-1, static_cast<int>(left.count())) || !takeIn()) {
+        return false;
+      }
+    }
+    return true;
+  }
+
+  bool wait(int signals, int milliseconds = -1) const {
     pollfd descriptors[] = {{.fd = monitor_.descriptor(), .events = POLLIN, .revents = 0},
                             {.fd = signals, .events = POLLIN, .revents = 0}};
-    return poll(descriptors, std::size(descriptors), -1) >= 0 || errno == EINTR;
+    return poll(descriptors, std::size(descriptors), milliseconds) >= 0 || errno == EINTR;
   }
 
   BusMonitor &monitor_;
