@@ -2,30 +2,21 @@
 #include "Applications.h"
 #include "Window.h"
 
+#include <Tests/Support/WaitUntil.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <functional>
 #include <set>
 #include <thread>
 
 namespace {
 
 using namespace endtoend;
+using test_support::waitUntil;
 
 constexpr auto aMoment = std::chrono::milliseconds(500);
-
-bool becomesTrue(const std::function<bool()> &condition) {
-  const auto deadline = std::chrono::steady_clock::now() + patience;
-  while (!condition()) {
-    if (std::chrono::steady_clock::now() > deadline) {
-      return false;
-    }
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
-  }
-  return true;
-}
 
 class HostWindows : public testing::Test {
  protected:
@@ -177,7 +168,7 @@ TEST_F(HostWindows, AQuitThatIsCancelledLosesNothing) {
   run({"xdotool", "key", "Escape"});
   ASSERT_TRUE(host.process().waitForLine("dialog: closed"));
   editor.press("alt+s");
-  EXPECT_TRUE(becomesTrue([&] {
+  EXPECT_TRUE(waitUntil(patience, [&] {
     return run({program("mellel"), "open", "X#hoare1969new"}).status == 0 &&
            host.output().find("editor: hoare1969new") != std::string::npos;
   }));
@@ -226,7 +217,7 @@ TEST_F(HostWindows, InTheAuthorsReturnBeginsALineAndTabGoesOn) {
   editor.press("Tab");
   Window::type("1970");
   editor.press("alt+s");
-  EXPECT_TRUE(becomesTrue([&] {
+  EXPECT_TRUE(waitUntil(patience, [&] {
     return run({program("mellel"), "open", "Hoare & Doe 1970"}).status == 0 &&
            host.output().find("editor: hoare1969\neditor: hoare1969") != std::string::npos;
   })) << host.output();
@@ -239,7 +230,7 @@ TEST_F(HostWindows, TheLibraryWindowOpensWhereItWasLeft) {
     const Window window("library.bib");
     const auto first = window.corner();
     window.drag(120, 90);
-    EXPECT_TRUE(becomesTrue([&] { return (left = window.corner()) != first; }));
+    EXPECT_TRUE(waitUntil(patience, [&] { return (left = window.corner()) != first; }));
     window.press("alt+q");
     EXPECT_EQ(host.process().waitForExit(), 0);
   }

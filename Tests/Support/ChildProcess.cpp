@@ -1,6 +1,7 @@
 #include "ChildProcess.h"
 
 #include "Files.h"
+#include "WaitUntil.h"
 
 #include <fcntl.h>
 #include <sys/resource.h>
@@ -17,26 +18,10 @@
 #include <iostream>
 #include <sstream>
 #include <system_error>
-#include <thread>
 
 namespace test_support {
 
 namespace {
-
-constexpr std::chrono::milliseconds pause{2};
-
-// Asks until the answer is yes or the time is over; the last answer.
-template <typename Condition>
-bool waitUntil(std::chrono::milliseconds limit, Condition condition) {
-  const auto deadline = std::chrono::steady_clock::now() + limit;
-  while (!condition()) {
-    if (std::chrono::steady_clock::now() >= deadline) {
-      return condition();
-    }
-    std::this_thread::sleep_for(pause);
-  }
-  return true;
-}
 
 bool hasLine(const std::string &text, const std::string &beginning, std::size_t offset) {
   std::istringstream lines(text.substr(std::min(offset, text.size())));

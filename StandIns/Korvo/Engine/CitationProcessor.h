@@ -27,8 +27,8 @@
 namespace korvo::engine {
 
 // What a document may take before its style is held to be one that never ends: macros can double
-// what they print at every step. An ordinary style takes a twentieth of the time, and a third of
-// the memory.
+// what they print at every step. An ordinary style takes at most a twentieth of the time, and
+// a third of the memory.
 struct DocumentLimits {
   WorkLimit document{.time = std::chrono::seconds(30), .bytes = std::size_t{1} << 30U};
   WorkLimit cite{.time = std::chrono::milliseconds(10), .bytes = std::size_t{16} << 10U};  // each

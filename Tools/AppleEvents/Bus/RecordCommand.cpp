@@ -100,7 +100,8 @@ class Recorder {
   // A host goes on for a moment after the last answer that the command waited for.
   bool takeInStragglers() {
     using Clock = std::chrono::steady_clock;
-    const Clock::time_point end = Clock::now() + std::chrono::milliseconds(300);
+    constexpr std::chrono::milliseconds timeForStragglers{300};
+    const Clock::time_point end = Clock::now() + timeForStragglers;
     for (Clock::time_point now = Clock::now(); now < end; now = Clock::now()) {
       const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - now);
       if (!wait(-1, static_cast<int>(left.count())) || !takeIn()) {

@@ -90,7 +90,7 @@ class HexReader {
     if (first.ends_with(':')) {
       const std::string_view offset = withoutPrefix(first.substr(0, first.size() - 1));
       if (!isHex(offset)) {
-        return fail('"' + std::string(first) + "\" is no offset");
+        return failAt(first, "is no offset");
       }
       const std::string_view bytes = trimmed(rest);
       return checkOffset(offset) && readWords(bytes.substr(0, endOfBytes(bytes)));

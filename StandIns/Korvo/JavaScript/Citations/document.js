@@ -2,9 +2,8 @@
 //
 // citeproc-js is made for editors: after every change it evaluates the positions ("ibid.",
 // "see note 3") of all citations anew, so that handing it a document citation by citation
-// takes quadratic time. Here the positions are evaluated once (see registering.js), and then each
-// citation is printed once. The engine is used up by that: a second printing can come out
-// differently.
+// takes quadratic time. Here each citation is printed once, and its position found just before
+// (see registering.js). The engine is used up by that: a second printing can come out differently.
 import CSL from "citeproc";
 
 import { printBibliography } from "./bibliography.js";
