@@ -82,6 +82,38 @@ TEST_F(Commands, ProgressIsToldOnlyWhenItTakesLong) {
   EXPECT_EQ(ended.standardError, "mellel: waiting for Korvo to format 3 citations ...\n");
 }
 
+TEST_F(Commands, ProgressIsToldWhileTheDocumentIsRead) {
+  // It has never the size that it claims to have, like a file that is written to meanwhile: it is
+  // read again and again, for half a second.
+  const std::string busy = "/proc/version";
+  const std::string told = "mellel: reading " + busy + " ...\nmellel: cannot read " + busy +
+                           ": another program is writing to it\n";
+  EXPECT_EQ(mellel({"scan", busy}).standardError, told);
+  EXPECT_EQ(mellel({"insert", "--into", busy, "--at", "and", "-o", path("out")}).standardError,
+            told);
+}
+
+TEST_F(Commands, ProgressIsToldWhileTheCopyIsWritten) {
+  write("in.rtf", "{\\rtf1 " + std::string(1U << 20U, 'x') + "}");
+  startHost();
+  // The pipe holds less, and is not read before the line was.
+  const std::string command = R"("$0" scan "$1" -o - 2>"$2" | {
+    for look in $(seq 1000); do grep -q writing "$2" && break; sleep 0.02; done
+    cat >/dev/null
+  }
+  cat "$2")";
+  const Result ended =
+      test_support::run({"sh", "-c", command, MELLEL, path("in.rtf"), path("told")});
+  EXPECT_THAT(ended.standardOutput, HasSubstr("mellel: writing the copy ...\n"));
+}
+
+TEST_F(Commands, ProgressIsToldWhileAReplyIsWaitedFor) {
+  startHost("slow");
+  const Result ended = mellel({"live", path("in.rtf"), "-o", path("out.rtf")});
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_EQ(ended.standardError, "mellel: waiting for Korvo to format 3 citations ...\n");
+}
+
 TEST_F(Commands, CancellingEndsTheScanWithoutACopy) {
   startHost("cancels-preliminary-scan");
   expectFailure(scan(), 1, "cancelled in Korvo");

@@ -247,6 +247,9 @@ std::string described(std::string_view request, bool wantsBibliography, std::str
     cancel(0);
     return;
   }
+  if (isScenario("slow")) {
+    usleep(600'000);
+  }
   const std::string answer = scanReplyTo(request, isScenario("other-document") ? 1 : 0);
   [reply setDescriptor:[NSAppleEventDescriptor descriptorWithDescriptorType:typeChar
                                                                       bytes:answer.data()

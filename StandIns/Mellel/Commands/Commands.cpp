@@ -27,6 +27,7 @@ namespace mellel::commands {
 using console::Failure;
 using console::Progress;
 using console::Status;
+using console::Telling;
 using conversation::checkCitations;
 using conversation::findCitations;
 using conversation::Host;
@@ -44,18 +45,12 @@ struct Manners {
   std::optional<std::chrono::seconds> timeout;
   bool isQuiet = false;
 
-  Progress progress() const {
-    Progress progress;
-    if (isQuiet) {
-      progress.keepQuiet();
-    }
-    return progress;
-  }
+  Progress progress() const { return Progress(isQuiet ? Telling::hintsOnly : Telling::steps); }
 };
 
 std::expected<void, Failure> check(const CheckOptions &options, const Manners &manners) {
   Progress progress = manners.progress();
-  const auto document = openDocument(options.input);
+  const auto document = openDocument(options.input, progress);
   if (!document) {
     return std::unexpected(document.error());
   }
@@ -82,8 +77,8 @@ std::expected<void, Failure> check(const CheckOptions &options, const Manners &m
 }
 
 // A citation of the references that are selected in the host.
-std::expected<std::string, Failure> citationOfSelection(const Manners &manners) {
-  Progress progress = manners.progress();
+std::expected<std::string, Failure> citationOfSelection(const Manners &manners,
+                                                        Progress &progress) {
   const auto host = Host::connect(Host::Receiving::required, manners.timeout, progress);
   if (!host) {
     return std::unexpected(host.error());
@@ -112,6 +107,8 @@ std::string inBraces(const std::string &citation) {
 }
 
 std::expected<void, Failure> insertInto(const InsertOptions::Place &place, const Manners &manners) {
+  Progress progress = manners.progress();
+  progress.begin("reading " + place.input);
   const auto document = readFile(place.input);
   if (!document) {
     return std::unexpected(document.error());
@@ -129,16 +126,18 @@ std::expected<void, Failure> insertInto(const InsertOptions::Place &place, const
     return std::unexpected(
         Failure{Status::wrongUsage, "\"" + place.text + "\" stands nowhere in " + place.input});
   }
-  const auto citation = citationOfSelection(manners);
+  const auto citation = citationOfSelection(manners, progress);
   if (!citation) {
     return std::unexpected(citation.error());
   }
+  progress.begin("writing the copy");
   const std::string inserted = inBraces(*citation);
   const auto written = output->write(documentWithCitation(document->bytes, **offset, inserted),
                                      place.input, document->identity);
   if (!written) {
     return std::unexpected(written.error());
   }
+  progress.end();
   if (!manners.isQuiet && !output->isStandardOutput()) {
     terminal::print("wrote: " + TerminalText::inOneLine(output->name()) +
                     "\ninserted: " + TerminalText::inOneLine(inserted) + "\n");
@@ -150,7 +149,8 @@ std::expected<void, Failure> insert(const InsertOptions &options, const Manners 
   if (options.place) {
     return insertInto(*options.place, manners);
   }
-  const auto citation = citationOfSelection(manners);
+  Progress progress = manners.progress();
+  const auto citation = citationOfSelection(manners, progress);
   if (!citation) {
     return std::unexpected(citation.error());
   }

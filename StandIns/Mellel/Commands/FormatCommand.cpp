@@ -30,6 +30,7 @@ using console::Failure;
 using console::Progress;
 using console::remark;
 using console::Status;
+using console::Telling;
 using conversation::formatByScan;
 using conversation::formatLive;
 using conversation::FormattedCitations;
@@ -45,7 +46,7 @@ using terminal::TerminalText;
 
 namespace {
 
-using Clock = Progress::Clock;
+using Clock = std::chrono::steady_clock;
 
 // An editor may touch the file several times in one go.
 constexpr std::chrono::milliseconds timeToSettle{30};
@@ -80,7 +81,7 @@ void remarkOn(const Update &updated, const FormatOptions &options) {
 }
 
 std::expected<Update, Failure> update(Host &host, Document document, const FormatOptions &options,
-                                      const CopyTarget &output) {
+                                      const CopyTarget &output, Progress &progress) {
   const WantedFormatting wanted{options.style, options.wantsBibliography};
   const std::span<const rtf::Citation> citations = document.text.citations;
   auto formatted =
@@ -88,6 +89,7 @@ std::expected<Update, Failure> update(Host &host, Document document, const Forma
   if (!formatted) {
     return std::unexpected(formatted.error());
   }
+  progress.begin("writing the copy");
   const std::size_t footnotes = options.makesFootnotes && rtf::areSentences(formatted->texts)
                                     ? rtf::countForFootnotes(document.text, formatted->texts)
                                     : 0;
@@ -99,6 +101,7 @@ std::expected<Update, Failure> update(Host &host, Document document, const Forma
   if (!written) {
     return std::unexpected(written.error());
   }
+  progress.end();
   return Update{std::move(document), std::move(*formatted), footnotes};
 }
 
@@ -125,11 +128,11 @@ class WatchedDocument {
     const platform::RunLoopDescriptor descriptorWatch(
         watch->descriptor(), [&] { wasSaved = watch->wasSaved() || wasSaved; });
     for (;;) {
-      runLoopUntil([&] { return wasSaved; }, std::nullopt, progress_);
+      runLoopUntil([&] { return wasSaved; }, std::nullopt);
       const Clock::time_point begin = Clock::now();
       do {
         wasSaved = false;
-      } while (runLoopUntil([&] { return wasSaved; }, Clock::now() + timeToSettle, progress_));
+      } while (runLoopUntil([&] { return wasSaved; }, Clock::now() + timeToSettle));
       updateAgain(begin);
     }
   }
@@ -140,7 +143,7 @@ class WatchedDocument {
     if (contents == lastContents_) {
       return {};
     }
-    const auto updated = update(host_, std::move(document), options_, output_);
+    const auto updated = update(host_, std::move(document), options_, output_, progress_);
     if (!updated) {
       return std::unexpected(updated.error());
     }
@@ -162,9 +165,10 @@ class WatchedDocument {
   // While an editor or the host is in trouble the copy stays as it was last.
   void updateAgain(Clock::time_point begin) {
     progress_.restart();
-    auto document = openDocument(options_.input);
+    auto document = openDocument(options_.input, progress_);
     auto updated = document ? updateOnce(std::move(*document), begin)
                             : std::expected<void, Failure>(std::unexpected(document.error()));
+    progress_.end();
     if (!updated) {
       lastContents_.reset();
       complain(updated.error());
@@ -227,11 +231,8 @@ void remarkOnListTexts(const rtf::DocumentText &document) {
 
 Done format(const FormatOptions &options, std::optional<std::chrono::seconds> timeout,
             bool isQuiet) {
-  Progress progress;
-  if (isQuiet) {
-    progress.keepQuiet();
-  }
-  auto document = openDocument(options.input);
+  Progress progress(isQuiet ? Telling::hintsOnly : Telling::steps);
+  auto document = openDocument(options.input, progress);
   if (!document) {
     return std::unexpected(document.error());
   }
@@ -250,7 +251,7 @@ Done format(const FormatOptions &options, std::optional<std::chrono::seconds> ti
     return WatchedDocument(**host, options, *output, progress, isQuiet)
         .keepUpToDate(std::move(*document));
   }
-  const auto updated = update(**host, std::move(*document), options, *output);
+  const auto updated = update(**host, std::move(*document), options, *output, progress);
   if (!updated) {
     return std::unexpected(updated.error());
   }

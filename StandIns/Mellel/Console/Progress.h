@@ -1,43 +1,58 @@
-// Tells on standard error what takes long: at once where a person looks at a terminal, elsewhere
-// once its user has waited for some tenths of a second, whatever that time went into.
+// Tells on standard error what takes long: where a person looks at a terminal once a step has taken
+// a tenth of a second, elsewhere once the user has waited for some tenths as well, whatever that
+// time went into.
+//
+// It is told by a thread of its own, because a step is as likely to be a long piece of work or a
+// call of the system as a wait in the run loop.
 #pragma once
 
 #include <chrono>
+#include <condition_variable>
+#include <mutex>
 #include <optional>
+#include <stop_token>
 #include <string>
+#include <thread>
 
 namespace mellel::console {
 
+enum class Telling { steps, hintsOnly };
+
 class Progress {
  public:
-  using Clock = std::chrono::steady_clock;
-
   // The user waits from now on.
-  Progress();
+  explicit Progress(Telling telling = Telling::steps);
   // The user had stopped waiting, and waits from now on again.
-  void restart() { beginning_ = Clock::now(); }
-
-  // Where nobody wants to be told.
-  void keepQuiet() { isQuiet_ = true; }
+  void restart();
 
   // A step begins; the one before is over. The hint, if there is one, says what may be in the way,
-  // and is told once the step has taken a second.
+  // and is told once the step has taken a second, also to whoever wants to hear of no steps.
   void begin(std::string step, std::string hint = {});
-  // The step is over, and no other begins.
+  // The step is over, and no other begins. Nothing is told from now on.
   void end();
 
-  // When tick() wants to be called, while a step is going on.
-  std::optional<Clock::time_point> due() const;
-  void tick();
-
  private:
-  bool isOnTerminal_;
+  using Clock = std::chrono::steady_clock;
+
+  void start();
+  void tellInTime(const std::stop_token &isToEnd);
+  std::optional<Clock::time_point> due() const;
+  void tellWhatIsDue();
+
+  const Telling telling_;
+  const Clock::duration patience_;
+
+  // Guards all that follows, and is held while something is told.
+  std::mutex mutex_;
+  std::condition_variable_any changed_;
   Clock::time_point beginning_ = Clock::now();
   Clock::time_point stepBeginning_ = beginning_;
-  bool isQuiet_ = false;
   // The step that was not told yet; empty where there is none.
   std::string pending_;
   std::string hint_;  // likewise
+
+  // Last, to end first.
+  std::jthread teller_;
 };
 
 }  // namespace mellel::console

@@ -174,10 +174,9 @@ class Host::State {
              (endsWithActivation && wasActivated_);
     };
     const auto timeout = timeoutOf(request);
-    const bool isAnswered = runLoopUntil(isOver, deadlineAfter(timeout), progress_);
+    const bool isAnswered = runLoopUntil(isOver, deadlineAfter(timeout));
     if (!answer_ && !wasCancelled_ && isAnswered) {
-      runLoopUntil([&] { return answer_ || wasCancelled_; }, deadlineAfter(timeForStragglers),
-                   progress_);
+      runLoopUntil([&] { return answer_ || wasCancelled_; }, deadlineAfter(timeForStragglers));
     }
     progress_.end();
     return outcome(endsWithActivation, timeout);
@@ -244,9 +243,9 @@ class Host::State {
     return defaultTimeout;
   }
 
-  static std::optional<Progress::Clock::time_point> deadlineAfter(
-      std::optional<Milliseconds> time) {
-    return time ? std::optional(Progress::Clock::now() + *time) : std::nullopt;
+  using Clock = std::chrono::steady_clock;
+  static std::optional<Clock::time_point> deadlineAfter(std::optional<Milliseconds> time) {
+    return time ? std::optional(Clock::now() + *time) : std::nullopt;
   }
 
   std::expected<std::optional<std::string>, Failure> outcome(

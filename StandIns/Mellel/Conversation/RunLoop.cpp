@@ -2,13 +2,11 @@
 
 #include <Platform/WithoutCocoa/RunLoopTurn.h>
 
-#include <algorithm>
-
 namespace mellel::conversation {
 
-using console::Progress;
-
 namespace {
+
+using Clock = std::chrono::steady_clock;
 
 // Far enough to make no difference, near enough for every clock.
 constexpr std::chrono::hours longTime{24};
@@ -16,18 +14,16 @@ constexpr std::chrono::hours longTime{24};
 }  // namespace
 
 bool runLoopUntil(const std::function<bool()> &condition,
-                  std::optional<Progress::Clock::time_point> deadline, Progress &progress) {
+                  std::optional<Clock::time_point> deadline) {
   for (;;) {
     if (condition()) {
       return true;
     }
-    const auto now = Progress::Clock::now();
+    const auto now = Clock::now();
     if (deadline && now >= *deadline) {
       return false;
     }
-    platform::runLoopTurn(
-        std::min(deadline.value_or(now + longTime), progress.due().value_or(now + longTime)));
-    progress.tick();
+    platform::runLoopTurn(deadline.value_or(now + longTime));
   }
 }
 

@@ -1,8 +1,7 @@
 // The main thread's run loop, from which everything that arrives is handled.
 #pragma once
 
-#include <StandIns/Mellel/Console/Progress.h>
-
+#include <chrono>
 #include <functional>
 #include <optional>
 
@@ -11,7 +10,6 @@ namespace mellel::conversation {
 // Runs the loop until the condition holds or the time is over; the condition is looked at
 // whenever something was handled. Says whether it holds.
 bool runLoopUntil(const std::function<bool()> &condition,
-                  std::optional<console::Progress::Clock::time_point> deadline,
-                  console::Progress &progress);
+                  std::optional<std::chrono::steady_clock::time_point> deadline);
 
 }  // namespace mellel::conversation

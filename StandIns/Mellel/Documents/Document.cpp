@@ -5,10 +5,12 @@
 namespace mellel::documents {
 
 using console::Failure;
+using console::Progress;
 using console::Status;
 using rtf::readDocumentText;
 
-std::expected<Document, Failure> openDocument(const std::string &path) {
+std::expected<Document, Failure> openDocument(const std::string &path, Progress &progress) {
+  progress.begin("reading " + path);
   auto file = readFile(path);
   if (!file) {
     return std::unexpected(file.error());

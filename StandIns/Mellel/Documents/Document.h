@@ -5,6 +5,7 @@
 #include "Files.h"
 
 #include <StandIns/Mellel/Console/Failure.h>
+#include <StandIns/Mellel/Console/Progress.h>
 #include <StandIns/Mellel/RTF/CitationFinder.h>
 
 #include <expected>
@@ -18,7 +19,8 @@ struct Document {
   FileIdentity identity;  // of the file that it was read from
 };
 
-// The failure names the file.
-std::expected<Document, console::Failure> openDocument(const std::string &path);
+// A step of the progress. The failure names the file.
+std::expected<Document, console::Failure> openDocument(const std::string &path,
+                                                       console::Progress &progress);
 
 }  // namespace mellel::documents
