@@ -4,7 +4,7 @@
 // JavaScript machine, its scripts and the style have to be loaded, its compiler translates only
 // what has run for a while, and nothing is remembered of any work. So the host rehearses with its
 // own library, in the default style or the first favorite. In a second and a third one as well it
-// took a minute of the processor and half a gigabyte of memory. Each turn takes some tens of
+// took a minute of the processor and half a gigabyte of memory. Each turn takes some twenty
 // milliseconds, so that a request that arrives meanwhile hardly waits. It is over once the style
 // has seen the library, or its first thousands of references, and as soon as somebody changes the
 // library.

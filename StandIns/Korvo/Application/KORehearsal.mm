@@ -6,10 +6,10 @@
 namespace {
 
 constexpr std::size_t rehearsedReferences = 4000;
-constexpr std::size_t referencesOfATurn = 10;
+constexpr std::size_t referencesOfATurn = 5;
 // In seconds.
 constexpr NSTimeInterval timeBefore = 1;
-constexpr NSTimeInterval timeBetween = 0.05;
+constexpr NSTimeInterval timeBetween = 0.015;
 
 }  // namespace
 

@@ -22,8 +22,12 @@
 //   texts.js         Blob, getSafeEscape, FlipFlopper
 //   words.js         toLocaleLowerCase, toLocaleUpperCase
 //   comparing.js     getSortCompare: one collator a language; 1.0 to 1.2 times
+//   macros.js        expandMacro, getMacroTarget: macros of sort keys are built once each. To make
+//                    apa's engine, which every document has anew, takes half of the time; to
+//                    rehearse with 3,305 references takes two thirds
 import "./cites.js";
 import "./comparing.js";
+import "./macros.js";
 import "./numbers.js";
 import "./others.js";
 import "./recalled.js";
