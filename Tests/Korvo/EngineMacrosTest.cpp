@@ -86,7 +86,7 @@ constexpr std::string_view showingSteps = R"(
     formatDocument(...request) {
       steps = 0;
       const answer = format(...request);
-      answer.groups[0] = String(steps);
+      answer.texts[answer.groups[0]] = String(steps);
       return answer;
     },
   };

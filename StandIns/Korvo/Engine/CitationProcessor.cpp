@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <unordered_map>
 #include <utility>
 
 namespace korvo::engine {
@@ -105,17 +104,18 @@ Bibliography readBibliography(const JavaScriptMachine &machine, JSObjectRef answ
 }
 
 void readGroups(const JavaScriptMachine &machine, JSObjectRef answer, FormattedDocument &document) {
+  JSObjectRef texts = machine.objectProperty(answer, "texts");
+  const std::size_t textCount = machine.length(texts);
+  document.texts.reserve(textCount);
+  for (std::size_t index = 0; index < textCount; ++index) {
+    document.texts.push_back(readMarkedText(machine.readText(machine.element(texts, index))).text);
+  }
   JSObjectRef groups = machine.objectProperty(answer, "groups");
   const std::size_t count = machine.length(groups);
-  std::unordered_map<std::u16string, std::uint32_t> places;
   document.groups.reserve(count);
   for (std::size_t index = 0; index < count; ++index) {
-    const auto [place, isNew] =
-        places.try_emplace(machine.readText(machine.element(groups, index)), document.texts.size());
-    if (isNew) {
-      document.texts.push_back(readMarkedText(place->first).text);
-    }
-    document.groups.push_back(place->second);
+    const double place = machine.readNumber(machine.element(groups, index));
+    document.groups.push_back(static_cast<std::uint32_t>(place));
   }
 }
 

@@ -63,7 +63,7 @@ struct Bibliography {
 };
 
 struct FormattedDocument {
-  // Each different text once, in the order of first mention.
+  // Each different text once.
   std::vector<FormattedText> texts;
   // For each group handed in, which of the texts is its.
   std::vector<std::uint32_t> groups;

@@ -15,9 +15,10 @@ import { recallOf, startRecalling } from "./recalling.js";
 import { attempt, messageOf, registered } from "./registering.js";
 import { itemId, itemIndex, readItems } from "./request.js";
 import { needsPositions, sortCites, SortKeys } from "./sorting.js";
+import { GroupTexts } from "./texts.js";
 
 function printCitations(request, engine) {
-  const texts = new Array(request.groupSizes.length).fill("");
+  const texts = new GroupTexts(request.groupSizes.length);
   const sortKeys = new SortKeys(engine);
   for (const citation of registered(request, engine, sortKeys)) {
     const text = attempt(request, citation, () => {
@@ -26,9 +27,9 @@ function printCitations(request, engine) {
       }
       return recallOf(engine).citation(citation, () => print(engine, citation));
     });
-    texts[citation.group] = text.replace(placeholder, "");
+    texts.set(citation.group, text.replace(placeholder, ""));
   }
-  return texts;
+  return texts.answer();
 }
 
 function attemptBibliography(request, engine, items) {
@@ -81,11 +82,11 @@ function prepare(request, readLocale, items) {
 export function formatDocument(request, readLocale) {
   const items = readItems(request);
   const engine = prepare(request, readLocale, items);
-  const groups = printCitations(request, engine);
+  const citations = printCitations(request, engine);
   const bibliography = request.wantsBibliography
     ? attemptBibliography(request, engine, items)
     : { entries: [], entryItems: [] };
-  return { groups, ...bibliography };
+  return { ...citations, ...bibliography };
 }
 
 // What is remembered of a text with numbers holds for all numbers of as many digits.

@@ -8,7 +8,7 @@
 //   - the register of names answers all questions as it did then (see Patches/nameRegister.js),
 // and then the printing's effects on the engine are carried out: names are registered, and
 // `restore` does the rest. Nothing is remembered of a printing that looked further.
-import { makePlaces } from "../Patches/nameRegister.js";
+import { makePlaces, numbersOf } from "../Patches/nameRegister.js";
 
 // Texts of all styles together, about a kilobyte each with what they depend on.
 const textCapacity = 100000;
@@ -29,13 +29,13 @@ class StyleMemory {
   }
 
   // What `print` returns, or what it has returned in the same circumstances. `effects` is
-  // asked after a printing for what the next one needs to know; undefined: not to be
+  // asked after a printing for an object of what the next one needs to know; undefined: not to be
   // remembered. `fits` tells of such effects whether the key has left something out. The ids
   // are those of the items that the key speaks of, in its order.
   recall(register, key, ids, { print, effects, fits, restore }) {
     const known = this.find(key);
-    if (known && fits(known.effects) && register.replay(known.events, ids)) {
-      restore(known.effects);
+    if (known && fits(known) && register.replay(known.events, ids)) {
+      restore(known);
       return known.text;
     }
     register.startRecord(ids);
@@ -46,7 +46,7 @@ class StyleMemory {
     } finally {
       events = register.endRecord();
     }
-    this.remember(key, { text, events, effects: effects() });
+    this.#remember(key, text, events, effects());
     return text;
   }
 
@@ -63,9 +63,12 @@ class StyleMemory {
     return older;
   }
 
-  remember(key, { text, events, effects }) {
+  // One flat object a text, with nothing in it that others have as well: much of a long document's
+  // memory is made of them.
+  #remember(key, text, events, effects) {
     if (events && effects) {
-      this.#keep(key, { text, events, effects });
+      const sameEvents = this.shared(`events ${numbersOf(events)}`, () => events);
+      this.#keep(key, { text, events: sameEvents, ...effects });
     }
   }
 

@@ -63,6 +63,11 @@ export class Holes {
     }
   }
 
+  // What fit() has to know about later; undefined: nothing.
+  kept() {
+    return this.#others.length > 0 ? this : undefined;
+  }
+
   // Whether the text would be the same with these numbers, of the same shape, in the holes.
   fit(numbers) {
     return this.#others.every((other) =>

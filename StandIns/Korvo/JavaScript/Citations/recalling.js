@@ -181,12 +181,12 @@ class Recall {
         const scratch = scratchOf(engine);
         // JSON alone knows no difference between what is undefined and what is null.
         const description = describeScratch(engine) + JSON.stringify(scratch);
-        return { own, scratch: this.#memory.shared(description, () => scratch) };
+        return { ...own, scratch: this.#memory.shared(description, () => scratch) };
       },
-      fits: ({ own }) => fits(own),
-      restore: ({ own, scratch }) => {
-        restore(own);
-        restoreScratch(engine, scratch);
+      fits,
+      restore: (known) => {
+        restore(known);
+        restoreScratch(engine, known.scratch);
       },
     });
   }
@@ -209,10 +209,10 @@ class Recall {
       effects: () => {
         memory.hasOtherNumbers ||= !holes.areComplete;
         const own = holes.areComplete && effects();
-        return own ? { own, holes } : undefined;
+        return own && { ...own, holes: holes.kept() };
       },
-      fits: (known) => known.holes.fit(numbers),
-      restore: ({ own }) => restore(own),
+      fits: (known) => !known.holes || known.holes.fit(numbers),
+      restore,
     });
     return fill(text, numbers);
   }
@@ -229,7 +229,7 @@ class Recall {
     const key = `s;${area};${this.#numbers.get(item.id)};${number};${this.#standing(item.id)}`;
     const keys = this.#recall(key, [item.id], {
       print,
-      effects: () => true,
+      effects: () => ({}),
       restore: () => {},
     });
     engine[area].keys = [...keys];
@@ -307,13 +307,14 @@ class Recall {
     const key = ["c", citation.options, ...cites].join("\u0000");
     return this.#recallNumbered(key, ids, {
       print,
-      effects: () => ({
-        configs: ids.map((id, index) =>
+      effects: () => {
+        const configs = ids.map((id, index) =>
           this.#standing(id) === before[index] ? undefined : copyOf(registry.registry[id].disambig),
-        ),
-      }),
+        );
+        return configs.some(Boolean) ? { configs } : {};
+      },
       restore: ({ configs }) => {
-        configs.forEach((config, index) => {
+        configs?.forEach((config, index) => {
           if (config) {
             become(registry.registry[ids[index]].disambig, config);
           }

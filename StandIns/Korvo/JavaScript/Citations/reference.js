@@ -3,20 +3,21 @@
 import { isNoteStyle, makeEngine } from "./engine.js";
 import { endOfId, outputFormat } from "./markers.js";
 import { itemIndex, readCitations, readItems } from "./request.js";
+import { GroupTexts } from "./texts.js";
 
 export function formatDocument(request, readLocale) {
   const items = readItems(request);
   const engine = makeEngine(request, readLocale, items);
   engine.updateItems([...items.keys()]);
   const citations = [...readCitations(request, isNoteStyle(engine))];
-  const groups = new Array(request.groupSizes.length).fill("");
+  const texts = new GroupTexts(request.groupSizes.length);
   engine.rebuildProcessorState(citations, outputFormat).forEach(([, , text], index) => {
-    groups[citations[index].group] = text;
+    texts.set(citations[index].group, text);
   });
   const made = request.wantsBibliography && engine.makeBibliography();
   const entries = made ? made[1].map((entry) => entry.split(endOfId)) : [];
   return {
-    groups,
+    ...texts.answer(),
     entries: entries.map(([, text]) => text),
     entryItems: entries.map(([id]) => itemIndex(id)),
   };

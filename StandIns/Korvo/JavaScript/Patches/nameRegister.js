@@ -83,18 +83,24 @@ class Places {
 export const makePlaces = () => new Places();
 
 // What happened to a name, the same array each time: a citation of ten authors makes thirty of
-// them, and thousands of citations are remembered.
+// them, and thousands of citations are remembered. Its last element is a number of its own.
 function eventOf(slot, place, question) {
   const asked = question ? Object.values(question).join() : "";
   const name = `${slot};${asked}`;
   place.events ??= new Map();
   let event = place.events.get(name);
   if (!event) {
-    event = [slot, place, question];
+    event = [slot, place, question, nextEvent];
+    nextEvent += 1;
     place.events.set(name, event);
   }
   return event;
 }
+
+let nextEvent = 0;
+
+// The same for the same events.
+export const numbersOf = (events) => events.map(([, , , number]) => number).join();
 
 export class NameRegister {
   // Families to initials to given names.
