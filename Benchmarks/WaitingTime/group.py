@@ -1,38 +1,86 @@
 #!/usr/bin/env python3
 """What `measure` finds, as a report of the group waiting-time (Benchmarks/README.md).
 
-With --from FILE a measurement that was kept is told, in place of a new one, which takes long.
+Two things are measured besides where the environment names them: a real library
+(KORVO_REAL_LIBRARY, a BibTeX file), and the programs of an older build (KORVO_OLDER_PROGRAMS, their
+directory).
 """
 
 import argparse
+import dataclasses
 import json
+import os
 import pathlib
 import subprocess
 import sys
 
 MEASURE = pathlib.Path(__file__).resolve().parent / "measure"
-QUICK = [
-    "--libraries",
-    "200",
-    "--citations",
-    "20,200",
-    "--styles",
-    "apa",
-    "--repetitions",
-    "1",
-    "--settle",
-    "0.5",
-]
-NAMES = {
+PANDOC = "pandoc --citeproc"
+EVERYTHING = {
     "first": "first time",
     "again": "again, unchanged",
     "changed": "after one change",
-    "pandoc": "pandoc --citeproc",
+    "pandoc": PANDOC,
 }
-MOST_BESIDE_PANDOC = {1000: 1.5, 10000: 1.0}
+# The library that the plots are of.
+PLOTTED = 2000
+# In seconds: what korvo needs to rehearse with a library of some thousands in its default style.
+REST = 40
+MOST_BESIDE_PANDOC = {100: 1.0, 1000: 1.0, 10000: 1.0}
 LEAST_TIMES_FASTER = {"again": 20, "changed": 3}
-MOST_GROWTH = 12
+MOST_GROWTH = 10.5
 MOST_SECONDS_TO_PROGRESS = 0.5
+
+
+@dataclasses.dataclass(frozen=True)
+class Part:
+    """One run of `measure`, and what those of its times that are told are called."""
+
+    arguments: tuple[str, ...]
+    names: dict[str, str]
+
+    def rows(self):
+        command = [sys.executable, MEASURE, "--json", *self.arguments]
+        finished = subprocess.run(command, stdout=subprocess.PIPE, text=True, check=True)
+        measured = json.loads(finished.stdout)
+        for row in measured["rows"]:
+            row["names"] = self.names
+        return measured["rows"], measured["versions"]
+
+
+def quick_parts():
+    yield Part(
+        ("--libraries", "200", "--citations", "20,200", "--styles", "apa")
+        + ("--repetitions", "1", "--settle", "0.5"),
+        EVERYTHING,
+    )
+
+
+def parts():
+    plotted = ("--libraries", str(PLOTTED))
+    once = ("--repetitions", "1")
+    yield Part((*plotted, "--citations", "10,100,1000,10000"), EVERYTHING)
+    yield Part((*plotted, *once, "--citations", "100000"), EVERYTHING)
+    yield Part(
+        (*plotted, *once, "--citations", "1000000", "--styles", "apa,nature", "--no-pandoc"),
+        EVERYTHING,
+    )
+    rested = (*once, "--settle", str(REST), "--styles", "apa", "--no-pandoc")
+    rested_name = {"first": f"first time, after {REST} s of rest"}
+    yield Part((*plotted, *rested, "--citations", "10,100,1000,10000"), rested_name)
+    older = os.environ.get("KORVO_OLDER_PROGRAMS")
+    if older:
+        yield Part(
+            (*plotted, *once, "--citations", "10,100,1000,10000,100000", "--no-pandoc")
+            + ("--programs", older),
+            {"first": "first time, older korvo"},
+        )
+    yield Part(("--libraries", "100000", *once, "--citations", "100,1000,10000"), EVERYTHING)
+    real = os.environ.get("KORVO_REAL_LIBRARY")
+    if real:
+        library = ("--library", real, "--citations", "100,1000,10000")
+        yield Part((*library, *once, "--settle", "3"), EVERYTHING)
+        yield Part((*library, *rested), rested_name)
 
 
 def subject(row):
@@ -43,44 +91,51 @@ def sized(row):
     return {"size": row["citations"], "sizeUnit": "citations"}
 
 
-def seconds(row, what, plot):
-    """The row of one measured time; beside pandoc where that was measured."""
+def document_of(row):
+    return row["style"], row["references"], row["citations"]
+
+
+def seconds(row, what, pandoc):
+    """The row of one measured time, beside pandoc's where that was measured."""
     values = [run["wall"] for run in row[what]["runs"]]
     told = {
-        **({"plot": plot} if plot else {}),
-        "name": f"{subject(row)}: {NAMES[what]}",
+        **({"plot": f"{row['style']}, library of {PLOTTED:,}"} if is_plotted(row) else {}),
+        "name": f"{subject(row)}: {row['names'][what]}",
         **sized(row),
         "median": row[what]["wall"],
         "unit": "s",
         "spread": max(values) - min(values),
         "repetitions": len(values),
     }
-    if what != "pandoc" and "pandoc" in row:
-        told["beside"] = f"{subject(row)}: {NAMES['pandoc']}"
-        told["ratio"] = row[what]["wall"] / row["pandoc"]["wall"]
+    if what != "pandoc" and document_of(row) in pandoc:
+        told["beside"] = f"{subject(row)}: {PANDOC}"
+        told["ratio"] = row[what]["wall"] / pandoc[document_of(row)]
         if what == "first" and row["citations"] in MOST_BESIDE_PANDOC:
             told["aim"] = MOST_BESIDE_PANDOC[row["citations"]]
     return told
 
 
+def is_plotted(row):
+    return row["references"] == PLOTTED
+
+
 def times_faster(row):
     for what, least in LEAST_TIMES_FASTER.items():
-        if what in row:
-            yield {
-                "name": f"{subject(row)}: {NAMES[what]}, times faster than the first time",
-                **sized(row),
-                "median": row["first"]["wall"] / row[what]["wall"],
-                "unit": "times",
-                "aim": least,
-                "aimIs": "least",
-            }
+        yield {
+            "name": f"{subject(row)}: {row['names'][what]}, times faster than the first time",
+            **sized(row),
+            "median": row["first"]["wall"] / row[what]["wall"],
+            "unit": "times",
+            "aim": least,
+            "aimIs": "least",
+        }
 
 
 def growth(rows):
-    by_document = {(row["style"], row["references"], row["citations"]): row for row in rows}
+    by_document = {document_of(row): row for row in rows}
     for (style, references, citations), row in by_document.items():
         smaller = by_document.get((style, references, citations // 10))
-        if smaller:
+        if smaller and citations > 1000:
             yield {
                 "name": f"{subject(row)}: ten times the citations",
                 **sized(row),
@@ -102,40 +157,38 @@ def progress(row):
         }
 
 
-def report(measured):
-    rows = measured["rows"]
-    largest = max(row["references"] for row in rows)
+def report(rows, versions):
+    pandoc = {document_of(row): row["pandoc"]["wall"] for row in rows if "pandoc" in row}
     told = []
     for row in rows:
-        plot = f"{row['style']}, library of {largest:,}" if row["references"] == largest else None
-        told += [seconds(row, what, plot) for what in NAMES if what in row]
-    for row in rows:
+        told += [seconds(row, what, pandoc) for what in row["names"] if what in row]
+    whole = [row for row in rows if row["names"] is EVERYTHING]
+    for row in whole:
         told += [*times_faster(row), *progress(row)]
-    told += growth(rows)
+    told += growth(whole)
     return {
         "group": "waiting-time",
         "title": "What an author waits for",
         "rows": told,
-        "versions": {name: line.split()[-1] for name, line in measured["versions"].items()},
+        "versions": {name: line.split()[-1] for name, line in versions.items()},
     }
 
 
 def main():
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser = argparse.ArgumentParser(
+        description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter
+    )
     parser.add_argument(
         "--json", action="store_true", help="accepted as of every measuring program; always done"
     )
     parser.add_argument("--quick", action="store_true")
-    parser.add_argument(
-        "--from", dest="kept", type=pathlib.Path, metavar="FILE", help="what measure --json printed"
-    )
     arguments = parser.parse_args()
-    if arguments.kept:
-        text = arguments.kept.read_text(encoding="utf-8")
-    else:
-        command = [sys.executable, MEASURE, "--json", *(QUICK if arguments.quick else [])]
-        text = subprocess.run(command, stdout=subprocess.PIPE, text=True, check=True).stdout
-    print(json.dumps(report(json.loads(text)), ensure_ascii=False))
+    rows, versions = [], {}
+    for part in quick_parts() if arguments.quick else parts():
+        found, known = part.rows()
+        rows += found
+        versions |= known
+    print(json.dumps(report(rows, versions), ensure_ascii=False))
 
 
 if __name__ == "__main__":
