@@ -20,6 +20,12 @@ using test_support::run;
 using test_support::TemporaryDirectory;
 using test_support::writeFile;
 
+// The word processor's exit statuses.
+constexpr int usageError = 2;
+constexpr int noHost = 3;
+constexpr int brokenReply = 4;
+constexpr int brokenDocument = 4;
+
 // Absolute paths of the build and of the examples.
 std::string program(const std::string &name);
 std::filesystem::path example(const std::string &name);

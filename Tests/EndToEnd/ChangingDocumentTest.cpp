@@ -16,9 +16,6 @@ using namespace std::chrono_literals;
 namespace fs = std::filesystem;
 using testing::HasSubstr;
 
-constexpr int usageError = 2;
-constexpr int brokenDocument = 4;
-
 class ChangingDocument : public testing::TestWithParam<const char *> {
  protected:
   void SetUp() override {

@@ -19,7 +19,6 @@ using testing::HasSubstr;
 
 constexpr char draft[] = "draft-textedit.rtf";
 constexpr long day = 24 * 3600;
-constexpr int brokenReply = 4;
 
 class ClockJumps : public testing::Test {
  protected:

@@ -38,6 +38,7 @@ TEST(CostlyRequests, AreRefusedAtOnceAndCostTheHostNothing) {
   Host host;
   ASSERT_TRUE(host.isReady()) << host.process().standardError();
   const std::string finalScan = "\0\0\0\0\0\7\0\0\0\0apa\0\0\0\0\1"s;
+  // NOLINTBEGIN(bugprone-string-constructor): that they are long is the point.
   const std::vector<Costly> requests = {
       {"250 MiB of NULs", formats::request::preliminaryScan, std::string(250 * 1'048'576, '\0')},
       {"8 million empty citations", formats::request::finalScan,
@@ -46,6 +47,7 @@ TEST(CostlyRequests, AreRefusedAtOnceAndCostTheHostNothing) {
        finalScan + std::string(30'000'000, 'a') + "\0\0"s},
       {"a group of a hundred million parts", formats::request::liveBibliography,
        finalScan + std::string(100'000'000, ';') + "\0\0"s}};
+  // NOLINTEND(bugprone-string-constructor)
   for (const Costly &request : requests) {
     const long before = peakKibibytes(host.process().number());
     const auto start = std::chrono::steady_clock::now();

@@ -26,7 +26,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 
 constexpr char draft[] = "draft-textedit.rtf";
-constexpr int usageError = 2;
 // Far below the minutes that an event waits for its answer, and enough for a slow machine.
 constexpr auto promptly = 20s;
 

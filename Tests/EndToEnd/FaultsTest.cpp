@@ -21,7 +21,6 @@ using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 using testing::IsEmpty;
 
-constexpr int noHost = 3;
 constexpr char draft[] = "draft-textedit.rtf";
 constexpr int moments = 6;
 

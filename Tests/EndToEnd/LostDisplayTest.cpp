@@ -17,8 +17,6 @@ using namespace endtoend;
 using namespace std::chrono_literals;
 using testing::HasSubstr;
 
-constexpr int noHost = 3;
-
 // A display of the test's own, in place of the desktop's until the test is over.
 class EndableDisplay {
  public:

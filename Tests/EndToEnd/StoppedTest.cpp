@@ -22,7 +22,6 @@ using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 using testing::EndsWith;
 
-constexpr int brokenReply = 4;
 constexpr auto longPatience = 5min;
 
 std::chrono::milliseconds stopTime() {

@@ -15,10 +15,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-constexpr int usageError = 2;
-constexpr int noHost = 3;
-constexpr int brokenDocument = 4;
-
 // Exactly one line, and it says something. Lines about a wait, which come on a slow machine only,
 // end with dots and do not count.
 void expectOneLine(const std::string &text) {

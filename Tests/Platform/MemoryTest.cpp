@@ -18,12 +18,12 @@ using platform::SharedBytes;
 
 constexpr std::size_t noLimit = std::size_t{1} << 40;
 
-class Descriptor {
+class OwnedDescriptor {
  public:
-  explicit Descriptor(int number) : number_(number) {}
-  ~Descriptor() { close(number_); }
-  Descriptor(const Descriptor &) = delete;
-  Descriptor &operator=(const Descriptor &) = delete;
+  explicit OwnedDescriptor(int number) : number_(number) {}
+  ~OwnedDescriptor() { close(number_); }
+  OwnedDescriptor(const OwnedDescriptor &) = delete;
+  OwnedDescriptor &operator=(const OwnedDescriptor &) = delete;
   int number() const { return number_; }
 
  private:
@@ -53,14 +53,14 @@ TEST(SealedMemoryFile, HasAllFourSealsAndTheContents) {
 }
 
 TEST(SealedMemoryFile, OpensAFullySealedFile) {
-  const Descriptor file(memoryFile("abc", allSeals));
+  const OwnedDescriptor file(memoryFile("abc", allSeals));
   const auto opened = SealedMemoryFile::open(file.number(), noLimit);
   ASSERT_TRUE(opened);
   EXPECT_EQ(textOf(opened->contents()), "abc");
 }
 
 TEST(SealedMemoryFile, OpensAnEmptyFile) {
-  const Descriptor file(memoryFile("", allSeals));
+  const OwnedDescriptor file(memoryFile("", allSeals));
   const auto opened = SealedMemoryFile::open(file.number(), noLimit);
   ASSERT_TRUE(opened);
   EXPECT_TRUE(opened->contents().empty());
@@ -68,7 +68,7 @@ TEST(SealedMemoryFile, OpensAnEmptyFile) {
 
 TEST(SealedMemoryFile, RefusesAFileThatLacksAnyOneSeal) {
   for (const int missing : {F_SEAL_SHRINK, F_SEAL_GROW, F_SEAL_WRITE, F_SEAL_SEAL}) {
-    const Descriptor file(memoryFile("abc", allSeals & ~missing));
+    const OwnedDescriptor file(memoryFile("abc", allSeals & ~missing));
     const auto opened = SealedMemoryFile::open(file.number(), noLimit);
     ASSERT_FALSE(opened) << missing;
     EXPECT_EQ(opened.error(), errAECorruptData);
@@ -78,11 +78,11 @@ TEST(SealedMemoryFile, RefusesAFileThatLacksAnyOneSeal) {
 TEST(SealedMemoryFile, RefusesWhatIsNoMemoryFile) {
   int pipeEnds[2];
   ASSERT_EQ(pipe(pipeEnds), 0);
-  const Descriptor readEnd(pipeEnds[0]);
-  const Descriptor writeEnd(pipeEnds[1]);
-  const Descriptor device(open("/dev/null", O_RDONLY | O_CLOEXEC));
-  const Descriptor folder(open("/", O_RDONLY | O_CLOEXEC));
-  const Descriptor onDisk(open("/proc/self/exe", O_RDONLY | O_CLOEXEC));
+  const OwnedDescriptor readEnd(pipeEnds[0]);
+  const OwnedDescriptor writeEnd(pipeEnds[1]);
+  const OwnedDescriptor device(open("/dev/null", O_RDONLY | O_CLOEXEC));
+  const OwnedDescriptor folder(open("/", O_RDONLY | O_CLOEXEC));
+  const OwnedDescriptor onDisk(open("/proc/self/exe", O_RDONLY | O_CLOEXEC));
   for (const int number :
        {readEnd.number(), device.number(), folder.number(), onDisk.number(), -1}) {
     const auto opened = SealedMemoryFile::open(number, noLimit);
@@ -92,7 +92,7 @@ TEST(SealedMemoryFile, RefusesWhatIsNoMemoryFile) {
 }
 
 TEST(SealedMemoryFile, RefusesAFileLongerThanAllowed) {
-  const Descriptor file(memoryFile("abcd", allSeals));
+  const OwnedDescriptor file(memoryFile("abcd", allSeals));
   EXPECT_TRUE(SealedMemoryFile::open(file.number(), 4));
   EXPECT_FALSE(SealedMemoryFile::open(file.number(), 3));
 }

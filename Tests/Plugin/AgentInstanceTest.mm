@@ -9,7 +9,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 // Replaces the manager's removal of handlers: one call a line.
-void noteRemoval(id, SEL, AEEventClass, AEEventID eventID) {
+void noteRemovalOfID(id, SEL, AEEventClass, AEEventID eventID) {
   logCall("remove " + characters(eventID));
 }
 
@@ -17,7 +17,8 @@ class AgentInstance : public AgentTest {
  protected:
   AgentInstance()
       : removal_([NSAppleEventManager class],
-                 @selector(removeEventHandlerForEventClass:andEventID:), asMethod(noteRemoval)) {}
+                 @selector(removeEventHandlerForEventClass:andEventID:),
+                 asMethod(noteRemovalOfID)) {}
 
  private:
   ReplacedMethod removal_;

@@ -267,6 +267,17 @@ class ClangTidy(LintTest):
             [(path, 2, "readability-braces-around-statements") for path in paths],
         )
 
+    def test_sources_that_the_build_compiles_together_are_read_each(self):
+        paths = ["Tests/A.cpp", "Tests/B.cpp"]
+        for path in paths:
+            self.write(path, "static " + BRANCH_WITHOUT_BRACES)
+        lines = [f'#include "{self.root / path}"\n' for path in paths]
+        self.write("build/Tests/ATest.together/1.cpp", "".join(lines))
+        self.assertEqual(
+            self.tidied("build/Tests/ATest.together/1.cpp"),
+            [(path, 2, "readability-braces-around-statements") for path in paths],
+        )
+
     def test_a_source_that_cannot_be_compiled_is_said(self):
         self.write("Room/Bad.cpp", "int bad() { return nothing; }\n")
         self.assertEqual(self.tidied("Room/Bad.cpp"), [("Room/Bad.cpp", 1, tidy.BROKEN)])

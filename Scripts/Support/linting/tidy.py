@@ -23,6 +23,7 @@ DIAGNOSTIC = re.compile(
     r"^(/\S[^:\n]*):(\d+):\d+: (?:warning|error): (.*) \[([\w.,-]+)\]$", re.MULTILINE
 )
 TOGETHER = "Together"
+COMPILED_TOGETHER = ".together"
 BROKEN = "clang-diagnostic-error"
 # Of these, only what changed, even where everything is asked for: with them it would take three
 # times as long, and their code reads no document of a user.
@@ -46,16 +47,25 @@ def objective_c_options():
     return ["-fobjc-runtime=gcc", "-idirafter", headers]
 
 
+def sources_of(project, entry):
+    """The sources of the project that an entry of the build's list compiles. Those of a test are
+    compiled some together, by a source that the build makes and that includes them."""
+    source = Path(entry["file"])
+    if source.parent.suffix == COMPILED_TOGETHER:
+        included = [beside for beside, _ in INCLUDE.findall(source.read_text(encoding="utf-8"))]
+    else:
+        included = [str(source)]
+    paths = [os.path.relpath(each, project.root) for each in included]
+    return [path for path in paths if path in project.files and Path(path).suffix in SOURCES]
+
+
 def compile_commands(project, database):
     """What the build says of each source of the project, once a source."""
     objective_c = objective_c_options()
     commands = {}
     for entry in json.loads(Path(database).read_text(encoding="utf-8")):
-        source = Path(entry["file"])
-        if not source.is_relative_to(project.root):
-            continue
-        path = str(source.relative_to(project.root))
-        if path not in project.files or path in commands or source.suffix not in SOURCES:
+        paths = [path for path in sources_of(project, entry) if path not in commands]
+        if not paths:
             continue
         words = shlex.split(entry["command"])
         options = words[next(i for i, word in enumerate(words) if word.startswith("-")) :]
@@ -64,9 +74,11 @@ def compile_commands(project, database):
         options = [option for option in options if option not in ("-c", entry["file"])]
         # The compiler's warnings are for the compiler that builds it.
         options.append("-Wno-everything")
-        if source.suffix == ".mm":
+        suffix = Path(entry["file"]).suffix
+        if suffix == ".mm":
             options += objective_c
-        commands[path] = Command(path, source.suffix, entry["directory"], tuple(options))
+        for path in paths:
+            commands[path] = Command(path, suffix, entry["directory"], tuple(options))
     return list(commands.values())
 
 
