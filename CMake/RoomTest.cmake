@@ -1,5 +1,11 @@
 # One test executable a folder, every test of it known to CTest by its own name.
 # A test that needs a main function of its own just has one: it wins over the library's.
+#
+# add_room_test(PROGRAM SOURCES … LINKS … [TIMEOUT SECONDS] [PROCESSES NUMBER [ALONE SUITE…]]):
+# starting a process, GNUstep or the script machine takes most of the time of most tests. So where
+# tests can share a process, PROCESSES says how many processes run all of them, but for those suites
+# that want one ALONE for each test. Scripts/test has them run so, by CTest's configuration
+# Together; without it CTest starts each test by its own name.
 include(GoogleTest)
 include(CompiledTogether)
 
@@ -30,7 +36,7 @@ lend_headers(TestHeaders EXECUTABLE
   OBJCXX Foundation/Foundation.h gmock/gmock-more-matchers.h gtest/gtest.h)
 
 function(add_room_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 ARG "" "TIMEOUT" "SOURCES;LINKS")
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "" "TIMEOUT;PROCESSES" "SOURCES;LINKS;ALONE")
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 120)
   endif()
@@ -39,6 +45,24 @@ function(add_room_test name)
   target_link_libraries(${name} PRIVATE
     ProjectOptions TestOptions ${ARG_LINKS} GTest::gmock_main GTest::gmock GTest::gtest)
   borrow_headers(${name} TestHeaders)
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-    PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS ${name})
+  list(TRANSFORM ARG_ALONE APPEND ".*")
+  list(JOIN ARG_ALONE ":" alone)
+  set(discovery DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+    PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS)
+  if(NOT ARG_PROCESSES)
+    gtest_discover_tests(${name} ${discovery} ${name})
+    return()
+  endif()
+  gtest_discover_tests(${name} TEST_FILTER "-${alone}" ${discovery} ${name}.shared)
+  if(alone)
+    gtest_discover_tests(${name} TEST_FILTER "${alone}" ${discovery} ${name})
+  endif()
+  foreach(part RANGE 1 ${ARG_PROCESSES})
+    set(entry Together.${name}.${part})
+    add_test(NAME ${entry} CONFIGURATIONS Together
+      COMMAND ${CMAKE_SOURCE_DIR}/Scripts/Support/run-together $<TARGET_FILE:${name}>
+        "-${alone}" ${part} ${ARG_PROCESSES} ${ARG_TIMEOUT}
+        ${CMAKE_BINARY_DIR}/together/${entry}.json)
+    set_tests_properties(${entry} PROPERTIES TIMEOUT 3000 LABELS ${name})
+  endforeach()
 endfunction()
