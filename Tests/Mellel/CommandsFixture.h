@@ -52,6 +52,7 @@ class Commands : public ::testing::Test {
   std::string path(const std::string &name) const { return folder_ / name; }
 
   void startHost(const std::string &scenario = "") {
+    host_.reset();  // there can be one at a time
     host_ = std::make_unique<ChildProcess>(std::vector<std::string>{TEST_HOST, scenario});
     ASSERT_EQ(host_->readLine(), "ready");
   }

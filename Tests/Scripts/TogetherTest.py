@@ -14,7 +14,7 @@ PROGRAM = sys.argv.pop(1)
 PASSING = {f"Three/Passes.WithANumber/{number}": "passed" for number in range(3)}
 
 
-class Together(unittest.TestCase):
+class RunTogether(unittest.TestCase):
     def setUp(self):
         directory = tempfile.TemporaryDirectory(prefix="TogetherTest.")
         self.addCleanup(directory.cleanup)
