@@ -1,8 +1,7 @@
 // Macros of a style's sort keys are built once each, and sort as they always did.
 #include "EngineDocument.h"
 #include "EngineRandomDocuments.h"
-
-#include <StandIns/Korvo/Engine/EmbeddedScripts.h>
+#include "EngineSteps.h"
 
 #include <gtest/gtest.h>
 
@@ -71,27 +70,6 @@ TEST(EngineMacros, SortAlikeWhereverTheyAreCalled) {
   }
 }
 
-// What goes into lists while a document is formatted: rules are made of little else.
-constexpr std::string_view countingSteps = R"(
-  var steps = 0;
-  const push = Array.prototype.push;
-  Array.prototype.push = function (...values) {
-    steps += 1;
-    return push.apply(this, values);
-  };
-)";
-constexpr std::string_view showingSteps = R"(
-  const format = korvo.formatDocument;
-  korvo = {
-    formatDocument(...request) {
-      steps = 0;
-      const answer = format(...request);
-      answer.texts[answer.groups[0]] = String(steps);
-      return answer;
-    },
-  };
-)";
-
 // Each macro calls the next one twice, where it is not carried out: the work has no such field.
 std::string doublingMacros(int levels) {
   std::string macros;
@@ -105,13 +83,10 @@ std::string doublingMacros(int levels) {
 }
 
 TEST(EngineMacros, OfSortKeysAreBuiltOnceHoweverOftenTheyAreCalled) {
-  const std::string script = std::string(countingSteps) +
-                             std::string(korvo::engine::citationScript()) +
-                             std::string(showingSteps);
   const auto stepsFor = [&](int levels) {
-    korvo::engine::CitationProcessor counting("/usr/share/citation-style-language/locales", script);
     const std::string text = styleOf(doublingMacros(levels), R"(<key macro="m0"/>)");
-    return std::stod(markup(format(counting, text, library(), {{cite("smith2001")}}).group(0)));
+    StepCounter counter;
+    return stepsOf(format(counter.processor(), text, library(), {{cite("smith2001")}}));
   };
   const double few = stepsFor(4);
   EXPECT_GT(few, 0);

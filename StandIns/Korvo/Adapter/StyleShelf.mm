@@ -83,24 +83,13 @@ bool StyleShelf::rehearse(std::string_view styleName, library::Library &library,
   if (!style) {
     return false;
   }
-  std::map<std::string, std::string, std::less<>> items;
-  std::vector<engine::CiteGroup> groups;
-  // What several works at one place are sorted by is asked for only there.
-  engine::CiteGroup together;
+  std::vector<std::string> items;
   for (const library::ReferenceRow row : rows) {
-    auto json = library.cslJson(row);
-    if (!json || !*json) {
-      continue;
+    if (auto json = library.cslJson(row); json && *json) {
+      items.push_back(**std::move(json));
     }
-    const auto [item, isNew] = items.emplace(std::to_string(row), **std::move(json));
-    groups.emplace_back(1).front().itemId = item->first;
-    together.push_back(groups.back().front());
   }
-  groups.push_back(std::move(together));
-  const auto lookUp = [&](std::string_view id) -> std::optional<std::string> {
-    return items.find(id)->second;
-  };
-  return formatter_->processor().rehearse(*style, lookUp, groups).has_value();
+  return formatter_->processor().rehearse(*style, items).has_value();
 }
 
 void StyleShelf::endRehearsal() { formatter_->processor().giveBackMemory(); }

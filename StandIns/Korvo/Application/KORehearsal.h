@@ -4,7 +4,7 @@
 // JavaScript machine, its scripts and the style have to be loaded, its compiler translates only
 // what has run for a while, and nothing is remembered of any work. So the host rehearses with its
 // own library, in the default style or the first favorite. In a second and a third one as well it
-// took a minute of the processor and half a gigabyte of memory. Each turn takes some twenty
+// took a minute of the processor and half a gigabyte of memory. Each turn takes some seven
 // milliseconds, so that a request that arrives meanwhile hardly waits. It is over once the style
 // has seen the library, or its first thousands of references, and as soon as somebody changes the
 // library.
@@ -29,7 +29,7 @@
   BOOL isOver_;
 }
 - (id)initWithLibrary:(KOLibrary *)library styles:(korvo::adapter::StyleShelf &)shelf;
-// Once the program has had nothing to do for a second. Goes on by itself.
+// Once the program has had nothing to do for a moment. Goes on by itself.
 - (void)start;
 - (BOOL)isOver;
 // To be called before the library or the styles go away.

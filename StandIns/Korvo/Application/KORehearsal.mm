@@ -6,10 +6,11 @@
 namespace {
 
 constexpr std::size_t rehearsedReferences = 4000;
-constexpr std::size_t referencesOfATurn = 5;
+constexpr std::size_t referencesOfATurn = 2;
 // In seconds.
-constexpr NSTimeInterval timeBefore = 1;
-constexpr NSTimeInterval timeBetween = 0.015;
+constexpr NSTimeInterval timeBefore = 0.3;
+// Long enough for whatever else the run loop has to do.
+constexpr NSTimeInterval timeBetween = 0.001;
 
 }  // namespace
 

@@ -281,12 +281,16 @@ std::expected<FormattedDocument, std::string> CitationProcessor::formatDocument(
 }
 
 std::expected<void, std::string> CitationProcessor::rehearse(const Style &style,
-                                                             const ItemLookup &lookUp,
-                                                             std::span<const CiteGroup> groups) {
+                                                             std::span<const std::string> items) {
   const auto styleText = readFile(style.file);
   if (!styleText) {
     return std::unexpected(styleText.error());
   }
+  std::vector<CiteGroup> groups(items.size(), CiteGroup(1));
+  for (std::size_t index = 0; index < items.size(); ++index) {
+    groups[index].front().itemId = std::to_string(index);
+  }
+  const ItemLookup lookUp = [&](std::string_view id) { return items[std::stoul(std::string(id))]; };
   const GroupLookup groupAt = lookupIn(groups);
   const auto answer =
       ask("rehearseDocument", {style, *styleText, lookUp, groups.size(), groupAt, true});

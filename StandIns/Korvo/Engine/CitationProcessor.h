@@ -91,10 +91,9 @@ class CitationProcessor {
 
   void setLimits(const DocumentLimits &limits) { limits_ = limits; }
 
-  // Formats such a document, so that a later one that cites the same works takes less time; no
-  // answer changes.
-  std::expected<void, std::string> rehearse(const Style &style, const ItemLookup &lookUp,
-                                            std::span<const CiteGroup> groups);
+  // Formats these works, CSL-JSON objects (UTF-8), so that a later document that cites them takes
+  // less time; no answer changes.
+  std::expected<void, std::string> rehearse(const Style &style, std::span<const std::string> items);
 
   // Frees what earlier documents left behind. For moments of rest: some tens of milliseconds.
   void giveBackMemory() const;

@@ -4,8 +4,6 @@
 // "see note 3") of all citations anew, so that handing it a document citation by citation
 // takes quadratic time. Here each citation is printed once, and its position found just before
 // (see registering.js). The engine is used up by that: a second printing can come out differently.
-import CSL from "citeproc";
-
 import { printBibliography } from "./bibliography.js";
 import { makeEngine } from "./engine.js";
 import { contentNumber, memoryOf } from "./memory.js";
@@ -17,7 +15,7 @@ import { itemId, itemIndex, readItems } from "./request.js";
 import { needsPositions, sortCites, SortKeys } from "./sorting.js";
 import { GroupTexts } from "./texts.js";
 
-function printCitations(request, engine) {
+export function printCitations(request, engine) {
   const texts = new GroupTexts(request.groupSizes.length);
   const sortKeys = new SortKeys(engine);
   for (const citation of registered(request, engine, sortKeys)) {
@@ -32,7 +30,7 @@ function printCitations(request, engine) {
   return texts.answer();
 }
 
-function attemptBibliography(request, engine, items) {
+export function attemptBibliography(request, engine, items) {
   const position = {};
   try {
     return printBibliography(engine, items, position);
@@ -58,12 +56,12 @@ function findUnprintable(makeFresh, ids) {
   return suspects[0];
 }
 
-// An engine that knows every item of the document.
-function prepare(request, readLocale, items) {
+// An engine that knows every item of the document, out of what `makeEmpty` gives.
+export function prepare(request, items, makeEmpty) {
   const memory = memoryOf(request.style, request.locale);
   const numbers = new Map(request.items.map((json, index) => [itemId(index), contentNumber(json)]));
   const makeFresh = () => {
-    const made = makeEngine(request, readLocale, items);
+    const made = makeEmpty();
     startRecalling(made, memory, numbers, request.style);
     return made;
   };
@@ -81,29 +79,10 @@ function prepare(request, readLocale, items) {
 
 export function formatDocument(request, readLocale) {
   const items = readItems(request);
-  const engine = prepare(request, readLocale, items);
+  const engine = prepare(request, items, () => makeEngine(request, readLocale, items));
   const citations = printCitations(request, engine);
   const bibliography = request.wantsBibliography
     ? attemptBibliography(request, engine, items)
     : { entries: [], entryItems: [] };
   return { ...citations, ...bibliography };
-}
-
-// What is remembered of a text with numbers holds for all numbers of as many digits.
-const rehearsedNumbers = [40, 400];
-
-// Formats a document for nothing but what is remembered of it.
-export function rehearseDocument(request, readLocale) {
-  const items = readItems(request);
-  const engine = prepare(request, readLocale, items);
-  const { registry } = engine.registry;
-  const isNumbered = engine.opt.update_mode === CSL.NUMERIC;
-  for (const number of isNumbered ? rehearsedNumbers : [1]) {
-    for (const id of items.keys()) {
-      registry[id].seq = number + itemIndex(id);
-    }
-    printCitations(request, engine);
-    attemptBibliography(request, engine, items);
-  }
-  return {};
 }

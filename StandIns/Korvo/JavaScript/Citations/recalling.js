@@ -96,7 +96,9 @@ function restoreScratch({ tmp }, { values, group }) {
   leftovers.forEach((name, index) => {
     tmp[name] = values[index];
   });
-  Object.assign(tmp.group_context.tip, group, { done_vars: [...group.done_vars] });
+  // In place of the one that is there: names come in the order in which they were set, and in any
+  // other order they would describe something else.
+  tmp.group_context.replace({ ...group, done_vars: [...group.done_vars] });
 }
 
 // What of it decides about a text that is printed next.
@@ -135,6 +137,14 @@ function standsAlone(engine, id) {
     item.legislation_id ||
     item.container_id
   );
+}
+
+// Whether an entry that prints these names would repeat none of those: citeproc-js compares them
+// as one text, or one by one from the first. Where none were printed nothing is known.
+function areOther(names, before) {
+  const [own] = [names].flat();
+  const [other] = [before].flat();
+  return Boolean(own) && !(other && own.localeCompare(other) === 0);
 }
 
 // By which keys an engine has sorted.
@@ -193,15 +203,15 @@ class Recall {
 
   // The same for what may hold the numbers of the items. `fill` puts them in place of the holes
   // in what `print` gives.
-  #recallNumbered(key, ids, { print, effects, restore, fill }) {
+  #recallNumbered(key, ids, { print, effects, fits = () => true, restore, fill }) {
     if (!this.#reads.number) {
-      return this.#recall(key, ids, { print, effects, restore });
+      return this.#recall(key, ids, { print, effects, fits, restore });
     }
     const memory = this.#memory;
     const numbers = ids.map((id) => this.#numberOf(id));
     const { citation_number_map } = this.#engine.bibliography_sort.tmp;
     if (memory.hasOtherNumbers || citation_number_map || !mayHaveHoles(numbers)) {
-      return this.#recall(`${key};${numbers}`, ids, { print, effects, restore });
+      return this.#recall(`${key};${numbers}`, ids, { print, effects, fits, restore });
     }
     const holes = new Holes(ids, numbers);
     const text = this.#recall(`${key};${shapeOf(numbers)}`, ids, {
@@ -211,7 +221,7 @@ class Recall {
         const own = holes.areComplete && effects();
         return own && { ...own, holes: holes.kept() };
       },
-      fits: (known) => !known.holes || known.holes.fit(numbers),
+      fits: (known) => fits(known) && (!known.holes || known.holes.fit(numbers)),
       restore,
     });
     return fill(text, numbers);
@@ -330,15 +340,20 @@ class Recall {
   }
 
   // An entry of the bibliography. `lastName` is what names are compared with that are not to
-  // be repeated; gives the text and the next entry's lastName.
+  // be repeated; gives the text and the next entry's lastName. One printing is as good as another
+  // where the names before are others than the entry's own.
   entry(id, lastName, print) {
     const engine = this.#engine;
     const place = engine.registry.registry[id];
     const before = this.#standing(id);
-    const key = ["b", this.#numbers.get(id), before, JSON.stringify(lastName)].join(";");
+    const key = ["b", this.#numbers.get(id), before].join(";");
     return this.#recallNumbered(key, [id], {
       print,
-      effects: () => (this.#standing(id) === before ? { offset: place.offset } : undefined),
+      effects: () =>
+        this.#standing(id) === before ? { offset: place.offset, after: lastName } : undefined,
+      fits: ({ after, text: { lastName: own } }) =>
+        JSON.stringify(after) === JSON.stringify(lastName) ||
+        (areOther(own, after) && areOther(own, lastName)),
       restore: ({ offset }) => {
         place.offset = offset;
       },
