@@ -47,12 +47,12 @@
   return *library_;
 }
 
-- (NSTimeInterval)timeSinceLastTurn {
+- (std::chrono::microseconds)timeSinceLastTurn {
   if (endsTurn_) {
-    return 0;
+    return std::chrono::microseconds(0);
   }
-  return std::chrono::duration<NSTimeInterval>(std::chrono::steady_clock::now() - lastTurn_)
-      .count();
+  return std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() -
+                                                               lastTurn_);
 }
 
 - (NSString *)name {

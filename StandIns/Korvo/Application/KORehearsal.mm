@@ -1,16 +1,19 @@
 #import "KORehearsal.h"
 
+#include <Platform/RunLoopTimer.h>
+
 #include <algorithm>
 #include <span>
+
+using namespace std::chrono_literals;
 
 namespace {
 
 constexpr std::size_t rehearsedReferences = 4000;
 constexpr std::size_t referencesOfATurn = 2;
-// In seconds.
-constexpr NSTimeInterval timeBefore = 0.3;
+constexpr auto timeBefore = 300ms;
 // Long enough for whatever else the run loop has to do.
-constexpr NSTimeInterval timeBetween = 0.001;
+constexpr auto timeBetween = 1ms;
 
 }  // namespace
 
@@ -18,6 +21,7 @@ constexpr NSTimeInterval timeBetween = 0.001;
 - (void)begin;
 - (void)end;
 - (void)takeTurn;
+- (void)takeTurnAfter:(std::chrono::microseconds)time;
 @end
 
 @implementation KORehearsal
@@ -37,11 +41,19 @@ constexpr NSTimeInterval timeBetween = 0.001;
 }
 
 - (void)start {
-  [self performSelector:@selector(takeTurn) withObject:nil afterDelay:timeBefore];
+  [self takeTurnAfter:timeBefore];
+}
+
+// Also while a dialog is open.
+- (void)takeTurnAfter:(std::chrono::microseconds)time {
+  if (nextTurn_ == nullptr) {
+    nextTurn_ = std::make_unique<platform::RunLoopTimer>([self] { [self takeTurn]; });
+  }
+  nextTurn_->callAfter(time);
 }
 
 - (void)stop {
-  [NSObject cancelPreviousPerformRequestsWithTarget:self];
+  nextTurn_.reset();
 }
 
 - (BOOL)isOver {
@@ -68,9 +80,9 @@ constexpr NSTimeInterval timeBetween = 0.001;
 // What goes wrong here is told when somebody asks for it.
 - (void)takeTurn {
   // An author who scans a document will soon ask something else of it.
-  const NSTimeInterval wait = timeBefore - [library_ timeSinceLastTurn];
-  if (wait > 0) {
-    [self performSelector:@selector(takeTurn) withObject:nil afterDelay:wait];
+  const auto wait = timeBefore - [library_ timeSinceLastTurn];
+  if (wait > 0s) {
+    [self takeTurnAfter:wait];
     return;
   }
   if (next_ == 0) {
@@ -88,7 +100,7 @@ constexpr NSTimeInterval timeBetween = 0.001;
     return;
   }
   next_ += turn.size();
-  [self performSelector:@selector(takeTurn) withObject:nil afterDelay:timeBetween];
+  [self takeTurnAfter:timeBetween];
 }
 
 @end
