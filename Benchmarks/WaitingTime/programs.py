@@ -69,10 +69,10 @@ def run_timed(command, timeout):
 class Korvo:
     """A running host; ends with its scope."""
 
-    def __init__(self, directory, library, settle):
+    def __init__(self, directory, library, style, settle):
         self.directory = directory
         self.process = subprocess.Popen(
-            [directory / "korvo", "--library", library],
+            [directory / "korvo", "--library", library, "--default-style", style],
             stdout=subprocess.PIPE,
             stderr=subprocess.DEVNULL,
             text=True,
