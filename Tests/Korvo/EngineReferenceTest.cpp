@@ -3,8 +3,8 @@
 // to the citations.
 #include "EngineDocument.h"
 #include "EngineRandomDocuments.h"
+#include "EngineSteps.h"
 
-#include <StandIns/Korvo/Engine/EmbeddedScripts.h>
 #include <Tests/Support/Effort.h>
 
 #include <gtest/gtest.h>
@@ -172,38 +172,14 @@ TEST_F(EngineDifferences, TheOrderIsNotThatOfTheLanguageOfTheWorkPrintedLast) {
   EXPECT_EQ(order(referenceProcessor()), (std::vector<std::string>{"second", "first"}));
 }
 
-// Looking for something in a list costs a step for each of its elements up to it.
-constexpr std::string_view countingSteps = R"(
-  var steps = 0;
-  const find = Array.prototype.indexOf;
-  Array.prototype.indexOf = function (...wanted) {
-    const place = find.apply(this, wanted);
-    steps += place < 0 ? this.length : place + 1;
-    return place;
-  };
-)";
-constexpr std::string_view showingSteps = R"(
-  const format = korvo.formatDocument;
-  korvo = {
-    formatDocument(...request) {
-      steps = 0;
-      const answer = format(...request);
-      answer.texts[answer.groups[0]] = String(steps);
-      return answer;
-    },
-  };
-)";
-
 TEST(EngineSteps, GrowWithTheCitationsOfOneWork) {
-  const std::string script = std::string(countingSteps) +
-                             std::string(korvo::engine::citationScript()) +
-                             std::string(showingSteps);
-  const auto stepsFor = [&](std::size_t citations) {
-    korvo::engine::CitationProcessor counting("/usr/share/citation-style-language/locales", script);
+  const auto stepsFor = [](std::size_t citations) {
+    StepCounter counter;
     const std::vector<CiteGroup> groups(citations, {cite("smith2001")});
-    const auto document = counting.formatDocument(style("apa"), lookUpIn(library()), groups, false);
+    const auto document =
+        counter.processor().formatDocument(style("apa"), lookUpIn(library()), groups, false);
     EXPECT_TRUE(document) << document.error();
-    return document ? std::stod(markup(document->group(0))) : 0;
+    return document ? stepsOf(*document) : 0;
   };
   const double few = stepsFor(1000);
   EXPECT_GT(few, 0);
@@ -224,7 +200,7 @@ double secondsFor(const char *styleName, std::size_t citations, unsigned seed) {
 
 TEST(EngineTime, TenTimesTheCitationsTakeAboutTenTimesAsLong) {
   for (const char *name : {"nature", "chicago-fullnote-bibliography"}) {
-    constexpr std::size_t citations = test_support::effort(300, 100);
+    constexpr std::size_t citations = test_support::effort(100, 50);
     secondsFor(name, citations, 1);
     const double few = std::min(secondsFor(name, citations, 2), secondsFor(name, citations, 3));
     const double many = secondsFor(name, 10 * citations, 4);

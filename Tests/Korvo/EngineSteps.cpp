@@ -14,6 +14,12 @@ constexpr std::string_view counting = R"(
     steps += 1;
     return push.apply(this, values);
   };
+  const find = Array.prototype.indexOf;
+  Array.prototype.indexOf = function (...wanted) {
+    const place = find.apply(this, wanted);
+    steps += place < 0 ? this.length : place + 1;
+    return place;
+  };
 )";
 constexpr std::string_view showing = R"(
   const { formatDocument, rehearseDocument } = korvo;

@@ -1,5 +1,6 @@
-// How much an engine does for a document, counted in steps: what it puts into lists. Rules are made
-// of little else, and so is what is printed by them. No machine is too slow for that.
+// How much an engine does for a document, counted in steps: what it puts into lists, and what it
+// looks at to find something in one. Rules are made of little else, and so is what is printed by
+// them. No machine is too slow for that.
 #pragma once
 
 #include <StandIns/Korvo/Engine/CitationProcessor.h>
