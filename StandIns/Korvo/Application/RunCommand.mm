@@ -8,6 +8,7 @@
 #include "ImportApart.h"
 #import "KOApplication.h"
 #import "KOApplicationController.h"
+#import "KOListeningPorts.h"
 #import "KORehearsal.h"
 #include "LostDisplay.h"
 #import "PlugInLoader.h"
@@ -147,6 +148,7 @@ int runHost(const RunHost &run, const std::filesystem::path &program) {
     return fail(selected.error(), badArgument);
   }
 
+  [KOListeningPorts neverWait];
   windows::registerAppearance();
   if (!connectToDisplay()) {
     return fail("there is no display to be reached (DISPLAY)", EXIT_FAILURE);
