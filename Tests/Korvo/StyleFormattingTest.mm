@@ -42,14 +42,15 @@ class StyleFormatting : public korvo_test::AdapterFixture {
   NSArray *citations_ = nil;
 };
 
-void runLoopFor(NSTimeInterval time, NSString *mode = NSDefaultRunLoopMode) {
-  [[NSRunLoop currentRunLoop] runMode:mode beforeDate:[NSDate dateWithTimeIntervalSinceNow:time]];
+void runLoopFor(NSTimeInterval time) {
+  [[NSRunLoop currentRunLoop] runMode:NSDefaultRunLoopMode
+                           beforeDate:[NSDate dateWithTimeIntervalSinceNow:time]];
 }
 
-bool ends(KORehearsal *rehearsal, NSString *mode = NSDefaultRunLoopMode) {
+bool ends(KORehearsal *rehearsal) {
   NSDate *limit = [NSDate dateWithTimeIntervalSinceNow:60];
   while (![rehearsal isOver] && [limit timeIntervalSinceNow] > 0) {
-    runLoopFor(0.1, mode);
+    runLoopFor(0.1);
   }
   return [rehearsal isOver];
 }
@@ -65,14 +66,6 @@ TEST_F(StyleFormatting, ARehearsalWaitsForAnAuthorWhoGoesOnAsking) {
   }
   EXPECT_FALSE([rehearsal.get() isOver]);
   EXPECT_TRUE(ends(rehearsal.get()));
-}
-
-// The author looks at the scan dialog for some seconds, and then waits.
-TEST_F(StyleFormatting, ARehearsalGoesOnBesideADialog) {
-  const auto rehearsal = korvo::adapter::Owned<KORehearsal *>::taking(
-      [[KORehearsal alloc] initWithLibrary:library_.get() styles:shelf_]);
-  [rehearsal.get() start];
-  EXPECT_TRUE(ends(rehearsal.get(), NSModalPanelRunLoopMode));
 }
 
 TEST_F(StyleFormatting, ARehearsalTellsNothingAndChangesNoAnswer) {

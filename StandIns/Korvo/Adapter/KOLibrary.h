@@ -29,8 +29,8 @@ class RunLoopTimer;
 // -endTurn, they are answered from one state of the file.
 - (korvo::library::Library &)libraryOfThisTurn;
 - (void)endTurn;
-// Since the last event that asked was handled; 0 while one is.
-- (std::chrono::microseconds)timeSinceLastTurn;
+// In seconds, since the last event that asked was handled; 0 while one is.
+- (NSTimeInterval)timeSinceLastTurn;
 // The file's name for people, without its folder.
 - (NSString *)name;
 - (KOReference *)referenceAtRow:(korvo::library::ReferenceRow)row;

@@ -47,12 +47,12 @@
   return *library_;
 }
 
-- (std::chrono::microseconds)timeSinceLastTurn {
+- (NSTimeInterval)timeSinceLastTurn {
   if (endsTurn_) {
-    return std::chrono::microseconds(0);
+    return 0;
   }
-  return std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() -
-                                                               lastTurn_);
+  return std::chrono::duration<NSTimeInterval>(std::chrono::steady_clock::now() - lastTurn_)
+      .count();
 }
 
 - (NSString *)name {

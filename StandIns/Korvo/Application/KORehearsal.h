@@ -5,9 +5,9 @@
 // what has run for a while, and nothing is remembered of any work. So the host rehearses with its
 // own library, in the default style or the first favorite. In a second and a third one as well it
 // took a minute of the processor and half a gigabyte of memory. Each turn takes some seven
-// milliseconds, so that a request or a click that arrives meanwhile hardly waits. It is over once
-// the style has seen the library, or its first thousands of references, and as soon as somebody
-// changes the library.
+// milliseconds, so that a request that arrives meanwhile hardly waits. It is over once the style
+// has seen the library, or its first thousands of references, and as soon as somebody changes the
+// library.
 #pragma once
 
 #import <StandIns/Korvo/Adapter/KOLibrary.h>
@@ -15,15 +15,9 @@
 
 #import <Foundation/Foundation.h>
 
-#include <chrono>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
-
-namespace platform {
-class RunLoopTimer;
-}
 
 @interface KORehearsal : NSObject {
   korvo::adapter::StyleShelf *shelf_;  // not owned
@@ -33,11 +27,9 @@ class RunLoopTimer;
   std::optional<korvo::library::Library::Version> version_;  // that the rows are of
   std::size_t next_;
   BOOL isOver_;
-  // A pointer: GCC cannot describe an instance variable with a std::function in it to the run time.
-  std::unique_ptr<platform::RunLoopTimer> nextTurn_;
 }
 - (id)initWithLibrary:(KOLibrary *)library styles:(korvo::adapter::StyleShelf &)shelf;
-// Once the program has had nothing to do for a moment. Goes on by itself, also beside a dialog.
+// Once the program has had nothing to do for a moment. Goes on by itself.
 - (void)start;
 - (BOOL)isOver;
 // To be called before the library or the styles go away.

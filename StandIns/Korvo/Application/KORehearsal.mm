@@ -1,19 +1,16 @@
 #import "KORehearsal.h"
 
-#include <Platform/RunLoopTimer.h>
-
 #include <algorithm>
 #include <span>
-
-using namespace std::chrono_literals;
 
 namespace {
 
 constexpr std::size_t rehearsedReferences = 4000;
 constexpr std::size_t referencesOfATurn = 2;
-constexpr auto timeBefore = 300ms;
+// In seconds.
+constexpr NSTimeInterval timeBefore = 0.3;
 // Long enough for whatever else the run loop has to do.
-constexpr auto timeBetween = 1ms;
+constexpr NSTimeInterval timeBetween = 0.001;
 
 }  // namespace
 
@@ -21,7 +18,6 @@ constexpr auto timeBetween = 1ms;
 - (void)begin;
 - (void)end;
 - (void)takeTurn;
-- (void)takeTurnAfter:(std::chrono::microseconds)time;
 @end
 
 @implementation KORehearsal
@@ -41,19 +37,11 @@ constexpr auto timeBetween = 1ms;
 }
 
 - (void)start {
-  [self takeTurnAfter:timeBefore];
-}
-
-// Also while a dialog is open.
-- (void)takeTurnAfter:(std::chrono::microseconds)time {
-  if (nextTurn_ == nullptr) {
-    nextTurn_ = std::make_unique<platform::RunLoopTimer>([self] { [self takeTurn]; });
-  }
-  nextTurn_->callAfter(time);
+  [self performSelector:@selector(takeTurn) withObject:nil afterDelay:timeBefore];
 }
 
 - (void)stop {
-  nextTurn_.reset();
+  [NSObject cancelPreviousPerformRequestsWithTarget:self];
 }
 
 - (BOOL)isOver {
@@ -80,9 +68,9 @@ constexpr auto timeBetween = 1ms;
 // What goes wrong here is told when somebody asks for it.
 - (void)takeTurn {
   // An author who scans a document will soon ask something else of it.
-  const auto wait = timeBefore - [library_ timeSinceLastTurn];
-  if (wait > 0s) {
-    [self takeTurnAfter:wait];
+  const NSTimeInterval wait = timeBefore - [library_ timeSinceLastTurn];
+  if (wait > 0) {
+    [self performSelector:@selector(takeTurn) withObject:nil afterDelay:wait];
     return;
   }
   if (next_ == 0) {
@@ -100,7 +88,7 @@ constexpr auto timeBetween = 1ms;
     return;
   }
   next_ += turn.size();
-  [self takeTurnAfter:timeBetween];
+  [self performSelector:@selector(takeTurn) withObject:nil afterDelay:timeBetween];
 }
 
 @end
