@@ -10,20 +10,17 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <set>
 #include <sstream>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace {
 
 using namespace endtoend;
-using namespace std::chrono_literals;
 using test_support::waitUntil;
 using testing::Each;
 using testing::HasSubstr;
@@ -110,12 +107,11 @@ TEST(TwoHosts, SeeEachOthersChangesOfOneLibraryAtOnce) {
   editor.press("x");
   editor.clickSave();
   useBus(secondBus);
-  const auto end = std::chrono::steady_clock::now() + patience;
   std::string copy;
-  while (copy.find("Old Titlex") == std::string::npos && std::chrono::steady_clock::now() < end) {
-    std::this_thread::sleep_for(100ms);
+  waitUntil(patience, [&] {
     copy = scanFile(draft, {"--style", "apa"}).copy;
-  }
+    return copy.find("Old Titlex") != std::string::npos;
+  });
   EXPECT_THAT(copy, HasSubstr("Old Titlex"));
   EXPECT_THAT(copy, HasSubstr("(Roe, 2002)"));
   useBus(firstBus);
