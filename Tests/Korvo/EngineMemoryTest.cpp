@@ -26,7 +26,8 @@ double memory(std::string_view name) {
   return 0;
 }
 
-// One citation at a time takes some 200 bytes for each, all of them at once took 1,400.
+// One citation at a time takes some 250 bytes for each; where all of them stay, more than 800.
+// With fewer citations most of it would be the room for garbage, which differs from run to run.
 }  // namespace
 
 TEST(EngineMemory, IsNotTakenForAllCitationsAtOnce) {
@@ -40,11 +41,11 @@ TEST(EngineMemory, IsNotTakenForAllCitationsAtOnce) {
     ASSERT_TRUE(document) << document.error();
   };
   // The machine takes some for itself first.
-  format(5'000);
+  format(20'000);
   std::ofstream("/proc/self/clear_refs") << "5";  // what it has taken at most is forgotten
   const double before = memory("VmRSS:");
   ASSERT_GT(before, 0);
-  constexpr std::size_t citations = 30'000;
+  constexpr std::size_t citations = 100'000;
   format(citations);
-  EXPECT_LT((memory("VmHWM:") - before) / citations, 700);
+  EXPECT_LT((memory("VmHWM:") - before) / citations, 500);
 }
