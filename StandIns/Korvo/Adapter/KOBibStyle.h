@@ -12,6 +12,8 @@
 #import <HostContract/HostContract.h>
 
 #include <memory>
+#include <span>
+#include <string>
 
 @class KOFormattedDocument;
 
@@ -25,4 +27,7 @@
 - (id)initWithStyle:(korvo::engine::Style)described
           formatter:(std::shared_ptr<korvo::adapter::DocumentFormatter>)formatter
            reporter:(id<KOProblemReporter>)reporter;
+// Formats these works, CSL-JSON objects (UTF-8), for practice (see CitationProcessor::rehearse).
+// False where the style cannot be used.
+- (bool)rehearse:(std::span<const std::string>)items;
 @end

@@ -43,6 +43,10 @@ using korvo::adapter::Owned;
   return korvo::adapter::stringFromUTF8(style_.name.title);
 }
 
+- (bool)rehearse:(std::span<const std::string>)items {
+  return formatter_->processor().rehearse(style_, items).has_value();
+}
+
 - (BOOL)useSuperscriptInInTextCitations {
   return style_.usesSuperscript ? YES : NO;
 }

@@ -79,8 +79,8 @@ const std::string &StyleShelf::defaultStyle() {
 
 bool StyleShelf::rehearse(std::string_view styleName, library::Library &library,
                           std::span<const library::ReferenceRow> rows) {
-  const auto style = catalog_.find(styleName);
-  if (!style) {
+  KOBibStyle *rehearsed = style(styleName);
+  if (rehearsed == nil) {
     return false;
   }
   std::vector<std::string> items;
@@ -89,7 +89,7 @@ bool StyleShelf::rehearse(std::string_view styleName, library::Library &library,
       items.push_back(**std::move(json));
     }
   }
-  return formatter_->processor().rehearse(*style, items).has_value();
+  return [rehearsed rehearse:items];
 }
 
 void StyleShelf::endRehearsal() { formatter_->processor().giveBackMemory(); }
