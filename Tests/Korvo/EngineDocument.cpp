@@ -76,6 +76,29 @@ korvo::engine::Style style(std::string_view name) {
   return found ? *std::move(found) : korvo::engine::Style();
 }
 
+korvo::engine::FormattedDocument formatIn(std::string_view styleText,
+                                          korvo::engine::CitationProcessor &processor,
+                                          const Items &items,
+                                          const std::vector<CiteGroup> &groups) {
+  auto document = processor.formatDocument(
+      style("apa"), styleText, lookUpIn(items), groups.size(),
+      [&](std::size_t group) -> const CiteGroup & { return groups[group]; }, true);
+  EXPECT_TRUE(document) << document.error();
+  return document ? *std::move(document) : korvo::engine::FormattedDocument();
+}
+
+std::vector<std::string> allTexts(const korvo::engine::FormattedDocument &document) {
+  std::vector<std::string> texts;
+  for (std::size_t group = 0; group < document.groups.size(); ++group) {
+    texts.push_back(markup(document.group(group)));
+  }
+  for (const korvo::engine::BibliographyEntry &entry : document.bibliography.entries) {
+    texts.push_back(entry.itemId + ": " + (entry.firstField ? markup(*entry.firstField) : "") +
+                    markup(entry.text));
+  }
+  return texts;
+}
+
 Printed print(std::string_view styleName, const std::vector<CiteGroup> &groups,
               const Items &items) {
   auto document = processor().formatDocument(style(styleName), lookUpIn(items), groups, true);

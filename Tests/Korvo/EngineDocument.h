@@ -32,6 +32,15 @@ std::string markup(const korvo::engine::FormattedText &text);
 korvo::engine::CitationProcessor &processor();
 korvo::engine::Style style(std::string_view name);
 
+// What the processor makes of a document in a style of that text. A failure is recorded with the
+// test, and gives an empty document.
+korvo::engine::FormattedDocument formatIn(std::string_view styleText,
+                                          korvo::engine::CitationProcessor &processor,
+                                          const Items &items, const std::vector<CiteGroup> &groups);
+
+// All texts, with their looks (see markup): of the groups, then of the entries, after their ids.
+std::vector<std::string> allTexts(const korvo::engine::FormattedDocument &document);
+
 struct Printed {
   std::vector<std::string> groups;
   std::vector<std::string> entries;  // the first field, if any, with a tab after it

@@ -21,17 +21,6 @@ std::string styleOf(const std::string &macros, const std::string &keys) {
          keys + R"(</sort><layout><text variable="title"/></layout></bibliography></style>)";
 }
 
-// How a style of that text formats all of the items.
-korvo::engine::FormattedDocument format(korvo::engine::CitationProcessor &by,
-                                        const std::string &styleText, const Items &items,
-                                        const std::vector<CiteGroup> &groups) {
-  auto document = by.formatDocument(
-      style("apa"), styleText, lookUpIn(items), groups.size(),
-      [&](std::size_t group) -> const CiteGroup & { return groups[group]; }, true);
-  EXPECT_TRUE(document) << document.error();
-  return document ? *std::move(document) : korvo::engine::FormattedDocument();
-}
-
 // The same macro in two keys, in another macro, in place of names that are not there, and
 // backwards.
 TEST(EngineMacros, SortAlikeWhereverTheyAreCalled) {
@@ -56,8 +45,8 @@ TEST(EngineMacros, SortAlikeWhereverTheyAreCalled) {
         R"(<key macro="year" sort="descending"/><key macro="both"/>)",
         R"(<key macro="both" sort="descending"/><key macro="both"/>)"}) {
     const std::string text = styleOf(macros, keys);
-    const auto fast = format(processor(), text, items, groups);
-    const auto slow = format(referenceProcessor(), text, items, groups);
+    const auto fast = formatIn(text, processor(), items, groups);
+    const auto slow = formatIn(text, referenceProcessor(), items, groups);
     ASSERT_EQ(fast.groups.size(), slow.groups.size());
     for (std::size_t group = 0; group < groups.size(); ++group) {
       EXPECT_EQ(markup(fast.group(group)), markup(slow.group(group))) << keys;
@@ -86,7 +75,7 @@ TEST(EngineMacros, OfSortKeysAreBuiltOnceHoweverOftenTheyAreCalled) {
   const auto stepsFor = [&](int levels) {
     const std::string text = styleOf(doublingMacros(levels), R"(<key macro="m0"/>)");
     StepCounter counter;
-    return stepsOf(format(counter.processor(), text, library(), {{cite("smith2001")}}));
+    return stepsOf(formatIn(text, counter.processor(), library(), {{cite("smith2001")}}));
   };
   const double few = stepsFor(4);
   EXPECT_GT(few, 0);

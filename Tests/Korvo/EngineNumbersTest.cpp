@@ -43,15 +43,8 @@ struct Answer {
   std::size_t firstFieldCharacters = 0;
 
   explicit Answer(const korvo::engine::FormattedDocument &document)
-      : firstFieldCharacters(document.bibliography.firstFieldCharacters) {
-    for (std::size_t index = 0; index < document.groups.size(); ++index) {
-      texts.push_back(markup(document.group(index)));
-    }
-    for (const korvo::engine::BibliographyEntry &entry : document.bibliography.entries) {
-      texts.push_back(entry.itemId + ": " + (entry.firstField ? markup(*entry.firstField) : "") +
-                      markup(entry.text));
-    }
-  }
+      : texts(allTexts(document)),
+        firstFieldCharacters(document.bibliography.firstFieldCharacters) {}
 };
 
 class Numbers {
