@@ -6,22 +6,53 @@
 
 namespace korvo_test {
 
-std::string collidingItem(std::mt19937 &random, std::size_t index) {
+namespace {
+
+// Up to that many people, perhaps nobody.
+std::string people(std::mt19937 &random, std::size_t most) {
   constexpr std::array families = {"Smith", "Jones", "van Gogh", "Müller", "de la Cruz", "Li"};
   constexpr std::array given = {"John", "Jane", "A. B.", "Jean-Paul"};
-  constexpr std::array types = {"article-journal", "book", "chapter", "thesis", "webpage"};
-  const auto number = [&](std::size_t below) { return random() % below; };
-  std::string authors;
-  for (std::size_t people = number(4); people > 0; --people) {
-    authors += std::string(authors.empty() ? "" : ",") + R"({"family":")" +
-               families[number(families.size())] + R"(","given":")" + given[number(given.size())] +
-               "\"}";
+  std::string names;
+  for (std::size_t count = random() % (most + 1); count > 0; --count) {
+    const char *family = families[random() % families.size()];
+    names += std::string(names.empty() ? "" : ",") + R"({"family":")" + family + R"(","given":")" +
+             given[random() % given.size()] + "\"}";
   }
-  return R"({"type":")" + std::string(types[number(types.size())]) + R"(","title":"Title )" +
-         std::to_string(number(9)) + R"( of things","author":[)" + authors +
-         R"(],"issued":{"date-parts":[[)" + std::to_string(1990 + number(3)) +
-         R"(]]},"container-title":"Journal","volume":")" + std::to_string(index) +
-         R"(","page":"3-7","publisher":"Press"})";
+  return names;
+}
+
+// A year, mostly, or a day, or a range of months or of years.
+std::string date(std::mt19937 &random) {
+  const std::string year = std::to_string(1990 + random() % 3);
+  switch (random() % 8) {
+    case 0:
+      return "[[" + year + ",3,9]]";
+    case 1:
+      return "[[" + year + ",7],[" + year + ",8]]";
+    case 2:
+      return "[[" + year + "],[1995]]";
+    default:
+      return "[[" + year + "]]";
+  }
+}
+
+}  // namespace
+
+std::string collidingItem(std::mt19937 &random, std::size_t index) {
+  constexpr std::array types = {"article-journal", "book", "chapter", "thesis", "webpage"};
+  const std::string type = types[random() % types.size()];
+  std::string item = R"({"type":")" + type + R"(","title":"Title )" + std::to_string(random() % 9) +
+                     R"( of things","author":[)" + people(random, 3) +
+                     R"(],"issued":{"date-parts":)" + date(random) +
+                     R"(},"container-title":"Journal","volume":")" + std::to_string(index) +
+                     R"(","page":"3-7","publisher":"Press")";
+  if (random() % 4 == 0) {
+    item += R"(,"collection-title":"Series","editor":[)" + people(random, 2) + "]";
+  }
+  if (random() % 4 == 0) {
+    item += R"(,"URL":"http://example.org/","accessed":{"date-parts":[[2020,1,2]]})";
+  }
+  return item + "}";
 }
 
 Items collidingLibrary(std::mt19937 &random, std::size_t count) {

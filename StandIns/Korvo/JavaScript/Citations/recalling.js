@@ -86,6 +86,20 @@ const leftovers = [
   "use_cite_group_delimiter",
 ];
 
+// How many brackets are open, so that those within others are square ones in styles for notes;
+// undefined: nobody counts, as before the first citation. One that a style never closes stays open,
+// so that entries and sort keys depend on it as well. Each citation counts anew, and short forms do
+// not count.
+const openBrackets = ({ output }) => output.checkNestedBrace?.depth;
+
+function restoreOpenBrackets(engine, count) {
+  const { output } = engine;
+  if (count !== undefined) {
+    output.checkNestedBrace ??= new CSL.checkNestedBrace(engine);
+    output.checkNestedBrace.depth = count;
+  }
+}
+
 function scratchOf({ tmp }) {
   const group = { ...tmp.group_context.tip };
   group.done_vars = group.done_vars.slice();
@@ -124,6 +138,12 @@ function describeFlag(value) {
   }
   return value?.length === 0 ? `${typeof value}0` : JSON.stringify(value);
 }
+
+// What a range of dates changes: the engine prints its ends in a queue of their own, and the first
+// one in another manner than the next. That is left to it, and no such text remembered.
+const rangesPrinted = ({ dateput: { queue } }) => [queue, queue[0]?.blobs.length];
+
+const areSame = (some, others) => some.every((value, index) => value === others[index]);
 
 // A work that is not printed as a part of another, nor together with others.
 function standsAlone(engine, id) {
@@ -181,10 +201,14 @@ class Recall {
   #recall(key, ids, { print, effects, fits = () => true, restore }) {
     const engine = this.#engine;
     const fullKey = `${key};${describeScratch(engine)}`;
+    let ranges;
     return this.#memory.recall(this.#register, fullKey, ids, {
-      print,
+      print: () => {
+        ranges = rangesPrinted(engine);
+        return print();
+      },
       effects: () => {
-        const own = effects();
+        const own = areSame(ranges, rangesPrinted(engine)) && effects();
         if (!own) {
           return undefined;
         }
@@ -236,11 +260,18 @@ class Recall {
       return print();
     }
     const number = this.#reads.number ? this.#numberOf(item.id) : "";
-    const key = `s;${area};${this.#numbers.get(item.id)};${number};${this.#standing(item.id)}`;
+    const key = [
+      "s",
+      area,
+      this.#numbers.get(item.id),
+      number,
+      this.#standing(item.id),
+      openBrackets(engine),
+    ].join(";");
     const keys = this.#recall(key, [item.id], {
       print,
-      effects: () => ({}),
-      restore: () => {},
+      effects: () => ({ brackets: openBrackets(engine) }),
+      restore: ({ brackets }) => restoreOpenBrackets(engine, brackets),
     });
     engine[area].keys = [...keys];
     return engine[area].keys;
@@ -321,9 +352,11 @@ class Recall {
         const configs = ids.map((id, index) =>
           this.#standing(id) === before[index] ? undefined : copyOf(registry.registry[id].disambig),
         );
-        return configs.some(Boolean) ? { configs } : {};
+        const brackets = openBrackets(engine);
+        return configs.some(Boolean) ? { brackets, configs } : { brackets };
       },
-      restore: ({ configs }) => {
+      restore: ({ brackets, configs }) => {
+        restoreOpenBrackets(engine, brackets);
         configs?.forEach((config, index) => {
           if (config) {
             become(registry.registry[ids[index]].disambig, config);
@@ -346,16 +379,19 @@ class Recall {
     const engine = this.#engine;
     const place = engine.registry.registry[id];
     const before = this.#standing(id);
-    const key = ["b", this.#numbers.get(id), before].join(";");
+    const key = ["b", this.#numbers.get(id), before, openBrackets(engine)].join(";");
     return this.#recallNumbered(key, [id], {
       print,
       effects: () =>
-        this.#standing(id) === before ? { offset: place.offset, after: lastName } : undefined,
+        this.#standing(id) === before
+          ? { offset: place.offset, after: lastName, brackets: openBrackets(engine) }
+          : undefined,
       fits: ({ after, text: { lastName: own } }) =>
         JSON.stringify(after) === JSON.stringify(lastName) ||
         (areOther(own, after) && areOther(own, lastName)),
-      restore: ({ offset }) => {
+      restore: ({ offset, brackets }) => {
         place.offset = offset;
+        restoreOpenBrackets(engine, brackets);
       },
       fill: ({ text, ...others }, numbers) => ({
         text: text && fillHoles(text, numbers),

@@ -23,6 +23,7 @@ function emptyEngine(request, readLocale, items) {
   engine.registry = new CSL.Registry(engine);
   engine.tmp = new CSL.Engine.Tmp();
   engine.disambiguate = new CSL.Disambiguation(engine);
+  engine.output.checkNestedBrace = undefined;
   return engine;
 }
 
