@@ -30,7 +30,8 @@ export function shapeOf(numbers) {
   return numbers.map((number) => `${ranks.get(number)}:${String(number).length}`).join();
 }
 
-const distance = (number, other) => Math.min(2, Math.max(-2, other - number));
+// 1 where `other` follows `number`, -1 where it comes just before.
+const step = (number, other) => (Math.abs(other - number) === 1 ? other - number : 0);
 
 // What one printing says about the numbers of its works.
 export class Holes {
@@ -71,9 +72,7 @@ export class Holes {
   // Whether the text would be the same with these numbers, of the same shape, in the holes.
   fit(numbers) {
     return this.#others.every((other) =>
-      numbers.every(
-        (number, slot) => distance(number, other) === distance(this.#numbers[slot], other),
-      ),
+      numbers.every((number, slot) => step(number, other) === step(this.#numbers[slot], other)),
     );
   }
 }

@@ -78,13 +78,15 @@ const shrank = (before, after) =>
 // What one printing leaves behind in the engine's scratch values that a next one reads: whether
 // something stands before a word (it begins with a small letter then), whether cites were
 // drawn together, and the outermost group's account of its variables.
-const leftovers = [
+const readByAll = [
   "term_predecessor",
   "term_predecessor_name",
   "in_cite_predecessor",
-  "have_collapsed",
   "use_cite_group_delimiter",
 ];
+// All but citations set this one before they read it.
+const readByCitations = "have_collapsed";
+const leftovers = [...readByAll, readByCitations];
 
 // How many brackets are open, so that those within others are square ones in styles for notes;
 // undefined: nobody counts, as before the first citation. One that a style never closes stays open,
@@ -110,33 +112,28 @@ function restoreScratch({ tmp }, { values, group }) {
   leftovers.forEach((name, index) => {
     tmp[name] = values[index];
   });
-  // In place of the one that is there: names come in the order in which they were set, and in any
-  // other order they would describe something else.
+  // In place of the one that is there, which may have what this one lacks.
   tmp.group_context.replace({ ...group, done_vars: [...group.done_vars] });
 }
 
-// What of it decides about a text that is printed next.
+// Once something has been printed, nobody asks any more what was tried before that.
+const unreadAfterSuccess = new Set(["variable_attempt", "term_intended"]);
+
+// What of it decides about a text that is printed next. All of it has its effect by being there:
+// false is as good as absent.
 function describeScratch({ tmp }) {
   let text = "";
-  for (const name of leftovers) {
+  for (const name of readByAll) {
     text += tmp[name] ? "1" : "0";
   }
   const group = tmp.group_context.tip;
   for (const name in group) {
-    text += describeFlag(group[name]);
+    const value = group[name];
+    if (value && value.length !== 0 && !(group.variable_success && unreadAfterSuccess.has(name))) {
+      text += `${name}:${value === true || JSON.stringify(value)},`;
+    }
   }
   return text;
-}
-
-// Nearly all of them are one of the first three.
-function describeFlag(value) {
-  if (value === undefined) {
-    return "u";
-  }
-  if (value === true || value === false) {
-    return value ? "t" : "f";
-  }
-  return value?.length === 0 ? `${typeof value}0` : JSON.stringify(value);
 }
 
 // What a range of dates changes: the engine prints its ends in a queue of their own, and the first
@@ -345,7 +342,8 @@ class Recall {
         ";",
       ),
     );
-    const key = ["c", citation.options, ...cites].join("\u0000");
+    const hasCollapsed = Boolean(engine.tmp[readByCitations]);
+    const key = ["c", citation.options, hasCollapsed, ...cites].join("\u0000");
     return this.#recallNumbered(key, ids, {
       print,
       effects: () => {
