@@ -2,6 +2,13 @@
 
 #include "Documents.h"
 
+#include <Tests/Support/WaitUntil.h>
+
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+
 namespace endtoend {
 
 namespace {
@@ -15,6 +22,15 @@ std::size_t endOfBody(const std::string &rtf) {
   }
   const std::size_t anywhere = rtf.rfind(heading);
   return anywhere == std::string::npos ? rtf.size() : anywhere + heading.size();
+}
+
+// Whether some program on this desktop looks up a port by its name, or adds one.
+bool arePortsLocked() {
+  const char *temporary = std::getenv("TEMP");
+  return temporary != nullptr &&
+         std::filesystem::exists(std::filesystem::path(temporary) /
+                                 ("GNUstepSecure" + std::to_string(getuid())) /
+                                 "NSMessagePort/names/lock");
 }
 
 std::vector<std::string> hostArguments(const std::vector<std::string> &options,
@@ -34,6 +50,28 @@ std::filesystem::path example(const std::string &name) {
 
 Host::Host(const std::vector<std::string> &options, const std::filesystem::path &library)
     : process_(hostArguments(options, library)), ready_(process_.waitForLine("ready")) {}
+
+Host::~Host() { kill(); }
+
+// A program that is killed within that lock leaves it behind, and one that is stopped keeps it: the
+// others have no ports meanwhile, for up to 15 s. Whether it was within shows only once it stands.
+void Host::stop() {
+  test_support::waitUntil(patience, [this] {
+    process_.stop();
+    const bool isOutside = !arePortsLocked();
+    if (!isOutside) {
+      process_.send(SIGCONT);
+    }
+    return isOutside;
+  });
+}
+
+// To ask it to end instead would have it save its windows' places and its user's choices, for the
+// next test.
+void Host::kill() {
+  stop();
+  process_.end();
+}
 
 std::string Scan::formatted(const std::string &citation) const {
   const auto found = formattedRTF.find(citation);

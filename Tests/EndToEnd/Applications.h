@@ -36,6 +36,14 @@ class Host {
  public:
   explicit Host(const std::vector<std::string> &options = {},
                 const std::filesystem::path &library = example("library.bib"));
+  ~Host();
+  Host(const Host &) = delete;
+  Host &operator=(const Host &) = delete;
+
+  // Sends SIGSTOP, or SIGKILL and waits for its end, and sees to it that no other program of the
+  // desktop suffers. Harmless when it has ended.
+  void stop();
+  void kill();
 
   bool isReady() const { return ready_; }
   ChildProcess &process() { return process_; }

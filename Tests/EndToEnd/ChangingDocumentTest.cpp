@@ -33,7 +33,7 @@ class ChangingDocument : public testing::TestWithParam<const char *> {
 
   // Runs the command, and the change while it waits for the host.
   Result scanWhile(const std::function<void()> &change) {
-    host_.process().send(SIGSTOP);
+    host_.stop();
     ChildProcess mellel(command());
     EXPECT_EQ(mellel.waitForExit(300ms), std::nullopt);
     change();

@@ -60,7 +60,7 @@ TEST_F(ClockJumps, ChangeNeitherAScanNorHowLongItTakes) {
 TEST_F(ClockJumps, ForwardsEndNoWait) {
   ASSERT_TRUE(host_->isReady());
   for (const char *command : {"scan", "live"}) {
-    host_->process().send(SIGSTOP);
+    host_->stop();
     ChildProcess mellel({program("mellel"), command, example(draft).string(), "--style", "apa",
                          "--timeout", "60", "-o", (folder_.path() / "copy.rtf").string()});
     EXPECT_EQ(mellel.waitForExit(200ms), std::nullopt);
@@ -75,7 +75,7 @@ TEST_F(ClockJumps, ForwardsEndNoWait) {
 TEST_F(ClockJumps, BackwardsMakeNoWaitLonger) {
   ASSERT_TRUE(host_->isReady());
   for (const char *command : {"scan", "live"}) {
-    host_->process().send(SIGSTOP);
+    host_->stop();
     ChildProcess mellel({program("mellel"), command, example(draft).string(), "--style", "apa",
                          "--timeout", "1", "-o", (folder_.path() / "copy.rtf").string()});
     EXPECT_EQ(mellel.waitForExit(200ms), std::nullopt);

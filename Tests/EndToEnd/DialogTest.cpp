@@ -229,7 +229,7 @@ TEST_F(ScanWithDialog, AHostThatDiesWhileItIsOpenIsNoticed) {
   Host host(favorites());
   ChildProcess mellel(command());
   ASSERT_TRUE(host.process().waitForLine("dialog: open"));
-  host.process().send(SIGKILL);
+  host.kill();
   EXPECT_EQ(mellel.waitForExit(), 3);
   EXPECT_FALSE(std::filesystem::exists(copy()));
 }

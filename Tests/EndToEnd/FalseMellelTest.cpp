@@ -87,7 +87,7 @@ TEST_F(FalseMellelTest, BeforeAScanIsToldAndNoCopyIsMade) {
 
 TEST_F(FalseMellelTest, DuringAScanDoesNotGetTheName) {
   const TemporaryDirectory folder;
-  host_.process().send(SIGSTOP);
+  host_.stop();
   ChildProcess mellel({program("mellel"), "scan", example(draft).string(), "--style", "apa", "-o",
                        (folder.path() / "copy.rtf").string()});
   EXPECT_EQ(mellel.waitForExit(300ms), std::nullopt);
@@ -126,7 +126,7 @@ TEST_F(FalseMellelTest, ThatRefusesOrAnswersNonsenseOrLateChangesNothing) {
 // for those of the host.
 TEST_F(FalseMellelTest, AnswersForOtherDocumentsToAWaitingMellelArePassedOver) {
   const TemporaryDirectory folder;
-  host_.process().send(SIGSTOP);
+  host_.stop();
   ChildProcess mellel({program("mellel"), "scan", example(draft).string(), "--style", "apa", "-o",
                        (folder.path() / "copy.rtf").string()});
   EXPECT_EQ(mellel.waitForExit(300ms), std::nullopt);

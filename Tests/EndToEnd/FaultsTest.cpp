@@ -94,7 +94,7 @@ TEST(Faults, AHostKilledAtAnyMomentOfAScanLeavesACopyWholeOrNone) {
     ChildProcess mellel({program("mellel"), "scan", example(draft).string(), "--style", "apa", "-o",
                          copy.string()});
     std::this_thread::sleep_for(undisturbed.length * moment / moments);
-    host.process().send(SIGKILL);
+    host.kill();
     const auto status = mellel.waitForExit();
     ASSERT_TRUE(status);
     if (*status == 0) {

@@ -29,10 +29,14 @@ TEST(FullDisk, AnEditThatFindsNoRoomIsToldAndTheLibraryStays) {
             0);
   writeFile(draft, "{\\rtf1\\ansi So \\{Doe 2001\\}.\\par}");
   const std::string bytes = readFile(library);
+  Host host({}, library);
+  ChildProcess &korvo = host.process();
+  ASSERT_TRUE(host.isReady()) << korvo.standardError();
   // No file may grow past some kilobytes: what a full disk comes to, without filling one.
-  ChildProcess korvo({"/bin/sh", "-c", "ulimit -S -f 4 && exec \"$@\"", "sh", program("korvo"),
-                      "--library", library.string()});
-  ASSERT_TRUE(korvo.waitForLine("ready")) << korvo.standardError();
+  rlimit room = {};
+  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &room), 0);
+  const rlimit littleRoom = {.rlim_cur = 2048, .rlim_max = room.rlim_max};
+  ASSERT_EQ(prlimit(korvo.number(), RLIMIT_FSIZE, &littleRoom, nullptr), 0);
   ASSERT_EQ(run({program("mellel"), "open", "Doe 2001"}).status, 0);
   const Editor editor("doe2001");
   ASSERT_TRUE(editor.isOpen());
@@ -46,8 +50,6 @@ TEST(FullDisk, AnEditThatFindsNoRoomIsToldAndTheLibraryStays) {
   EXPECT_THAT(copy.copy, HasSubstr("Old Title"));
   EXPECT_THAT(copy.copy, Not(HasSubstr("Old Titlex")));
   // What was typed is still in the editor, and can be saved once there is room.
-  rlimit room = {};
-  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &room), 0);
   ASSERT_EQ(prlimit(korvo.number(), RLIMIT_FSIZE, &room, nullptr), 0);
   editor.clickSave();
   const auto end = std::chrono::steady_clock::now() + patience;

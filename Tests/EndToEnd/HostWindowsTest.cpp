@@ -68,7 +68,7 @@ TEST_F(HostWindows, TheFirstClickAfterTheStartIsTakenWhileTheHostIsBusy) {
   Host host;
   const Window window("library.bib");
   ASSERT_TRUE(window.isOpen());
-  host.process().send(SIGSTOP);
+  host.stop();
   doubleClickRow(window, 0);
   host.process().send(SIGCONT);
   EXPECT_TRUE(host.process().waitForLine("editor: alkhwarizmi1831"));
@@ -194,8 +194,7 @@ TEST_F(HostWindows, AKillLosesNoSavedEdit) {
     // The editor bears the saved identifier as its title.
     ASSERT_TRUE(Window("hoare1969new").isOpen());
     EXPECT_NE(std::filesystem::last_write_time(library()), before);
-    host.process().send(SIGKILL);
-    host.process().waitForExit();
+    host.kill();
   }
   Host again({}, library());
   open(again, "X#hoare1969new", "hoare1969new");

@@ -80,7 +80,7 @@ class Stopped : public testing::TestWithParam<Request> {
 
 TEST_P(Stopped, HostGoesOnWhereItWas) {
   const Outcome expected = undisturbed();
-  host_.process().send(SIGSTOP);
+  host_.stop();
   ChildProcess mellel(command());
   EXPECT_EQ(mellel.waitForExit(stopTime()), std::nullopt);
   host_.process().send(SIGCONT);
@@ -90,7 +90,7 @@ TEST_P(Stopped, HostGoesOnWhereItWas) {
 
 TEST_P(Stopped, HostIsNotWaitedForLongerThanAskedAndItsLateAnswerHarmsNobody) {
   const Outcome expected = undisturbed();
-  host_.process().send(SIGSTOP);
+  host_.stop();
   const Result result = run(command({"--timeout", "1"}));
   EXPECT_EQ(result.status, brokenReply);
   EXPECT_THAT(result.standardError, testing::HasSubstr("Korvo did not answer "));

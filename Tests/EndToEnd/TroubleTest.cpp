@@ -97,12 +97,12 @@ TEST(Trouble, CommandsThatDoNotExistAreUsageErrors) {
 TEST(Trouble, AHostThatDiesInTheMiddleOfAScanIsNoticed) {
   Host host;
   // A host that stands still has taken the request, and will never answer it.
-  host.process().send(SIGSTOP);
+  host.stop();
   const TemporaryDirectory directory;
   ChildProcess mellel({program("mellel"), "scan", example("draft-textedit.rtf").string(), "--style",
                        "apa", "-o", (directory.path() / "copy.rtf").string()});
   EXPECT_EQ(mellel.waitForExit(std::chrono::milliseconds(500)), std::nullopt);
-  host.process().send(SIGKILL);
+  host.kill();
   EXPECT_EQ(mellel.waitForExit(), noHost);
   expectOneLine(mellel.standardError());
   EXPECT_TRUE(std::filesystem::is_empty(directory.path()));

@@ -135,6 +135,16 @@ void ChildProcess::send(int signal) {
   }
 }
 
+void ChildProcess::stop() {
+  send(SIGSTOP);
+  siginfo_t state{};
+  // Looks only: an end is left to isRunning.
+  while (!status_ &&
+         waitid(P_PID, static_cast<id_t>(number_), &state, WSTOPPED | WEXITED | WNOWAIT) != 0 &&
+         errno == EINTR) {
+  }
+}
+
 void ChildProcess::end() {
   if (isRunning()) {
     send(SIGKILL);

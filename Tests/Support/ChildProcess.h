@@ -38,6 +38,8 @@ class ChildProcess {
 
   bool isRunning();
   void send(int signal);
+  // Sends SIGSTOP and waits until it stands still, all its threads. Harmless when it has ended.
+  void stop();
   // Kills it and waits for its end. Harmless when it has ended.
   void end();
   // The exit status; 128 plus the signal's number for a program that a signal ended; nothing if it
