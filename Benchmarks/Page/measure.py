@@ -15,6 +15,7 @@ import sys
 sys.dont_write_bytecode = True
 
 import machine  # noqa: E402: beside this file
+import page  # noqa: E402
 import reports  # noqa: E402
 
 PROJECT = pathlib.Path(__file__).resolve().parent.parent.parent
@@ -74,9 +75,6 @@ def keep(report):
 
 def main():
     arguments = parse_arguments()
-    # Only now: who asks for help may not have what it draws with yet.
-    import page
-
     available = {path.name: path.read_text().splitlines() for path in arguments.commands.iterdir()}
     measured, failures = [], []
     for name, command in choose_groups(available, arguments.groups).items():

@@ -13,6 +13,25 @@ fail() {
   exit 1
 }
 
+# Prints what the head of the script says of it.
+print_help() {
+  sed -n '2,/^set/{/^set/d;s/^# \{0,1\}//;p}' "$0"
+}
+
+# help_if_asked ARGUMENT…: where the first one asks for help, gives it and ends the script.
+help_if_asked() {
+  if [[ ${1:-} == --help || ${1:-} == -h ]]; then
+    print_help
+    exit 0
+  fi
+}
+
+# Ends a script that was called in another way than its head says.
+refuse_call() {
+  print_help >&2
+  exit 2
+}
+
 # run_quietly LOG COMMAND…: shows what COMMAND says only if it fails, and keeps it in LOG.
 run_quietly() {
   local log=$1

@@ -197,6 +197,18 @@ class Explanations(unittest.TestCase):
         with self.assertRaisesRegex(ValueError, "reason"):
             self.read("File.cpp\n- g(a < b);\n+ g(a <= b);\n")
 
+    def test_each_of_the_project_is_of_a_mutant_that_there_is(self):
+        explanations = read_explanations(PROJECT / "Scripts" / "Support" / "equivalent-mutants")
+        self.assertGreater(len(explanations), 50)
+        mutants = {
+            file: mutants_of(file, (PROJECT / file).read_text(encoding="utf-8"))
+            for file in {explanation.file for explanation in explanations}
+        }
+        for explanation in explanations:
+            with self.subTest(file=explanation.file, line=explanation.before):
+                found = [find_explanation([explanation], m) for m in mutants[explanation.file]]
+                self.assertTrue(any(found))
+
 
 # The smallest project that has what the workshop looks for: sources, and a test program that
 # takes its options and writes its report.
