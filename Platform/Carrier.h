@@ -7,7 +7,7 @@
 #include <ApplicationServices/Processes.h>
 
 #include <expected>
-#include <vector>
+#include <optional>
 
 namespace platform {
 
@@ -26,14 +26,10 @@ class Carrier {
   // none. The statuses are AESendMessage's.
   virtual std::expected<Parameters, OSStatus> send(const OutgoingEvent &event) = 0;
 
-  // The running processes that have an application signature, always in the same order.
-  virtual std::expected<std::vector<Process>, OSStatus> processes() = 0;
-
-  // The same from what is remembered: quicker, but a process that has just come may be missing. Who
-  // does not find there what it looks for asks processes().
-  virtual std::expected<std::vector<Process>, OSStatus> processesRemembered() {
-    return processes();
-  }
+  // The running process that comes next, always in the same order; behind nothing the first of all.
+  // procNotFound behind the last one.
+  virtual std::expected<Process, OSStatus> processBehind(
+      std::optional<ProcessSerialNumber> previous) = 0;
 
   // The process of that number; procNotFound.
   virtual std::expected<Process, OSStatus> process(ProcessSerialNumber serialNumber) = 0;

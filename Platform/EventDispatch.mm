@@ -47,11 +47,28 @@ void performCall(void *context) {
                             withObject:call.reply];
 }
 
+struct Reason {
+  id thrown;
+  std::string inWords;
+};
+
+// Lone surrogates have no UTF-8.
+void readReason(void *context) {
+  Reason &reason = *static_cast<Reason *>(context);
+  id thrown = reason.thrown;
+  NSString *said = [thrown isKindOfClass:[NSException class]]
+                       ? [NSString stringWithFormat:@"%@: %@", [thrown name], [thrown reason]]
+                       : [NSString stringWithFormat:@"%@", thrown];
+  NSData *bytes = [said dataUsingEncoding:NSUTF8StringEncoding allowLossyConversion:YES];
+  reason.inWords.assign(static_cast<const char *>([bytes bytes]), [bytes length]);
+}
+
+// Of an object that may throw when it is asked what it is.
 std::string reasonOf(id thrown) {
-  NSString *reason = [thrown isKindOfClass:[NSException class]]
-                         ? [NSString stringWithFormat:@"%@: %@", [thrown name], [thrown reason]]
-                         : [NSString stringWithFormat:@"%@", thrown];
-  return [reason UTF8String];
+  Reason reason = {thrown, ""};
+  const auto failure =
+      exceptionLeaving([&] { KorvoCatchObjectiveCException(readReason, &reason); });
+  return failure || reason.inWords.empty() ? "it does not say why" : reason.inWords;
 }
 
 // What left the handler in place of its return, in words.

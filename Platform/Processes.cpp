@@ -2,8 +2,8 @@
 
 #include <ApplicationServices/Processes.h>
 
-#include <algorithm>
 #include <new>
+#include <optional>
 
 namespace {
 
@@ -18,27 +18,6 @@ void writeName(OSType signature, StringPtr name) {
   }
 }
 
-using Processes = std::expected<std::vector<platform::Process>, OSStatus>;
-
-// The first one behind kNoProcess. procNotFound behind the last one.
-std::expected<ProcessSerialNumber, OSStatus> processBehind(const ProcessSerialNumber &previous,
-                                                           const Processes &processes) {
-  if (!processes) {
-    return std::unexpected(processes.error());
-  }
-  auto next = processes->begin();
-  if (!isSame(previous, {0, kNoProcess})) {
-    next = std::ranges::find_if(*processes, [&previous](const platform::Process &process) {
-      return isSame(process.serialNumber, previous);
-    });
-    next = next == processes->end() ? next : next + 1;
-  }
-  if (next == processes->end()) {
-    return std::unexpected(OSStatus{procNotFound});
-  }
-  return next->serialNumber;
-}
-
 }  // namespace
 
 namespace platform {
@@ -50,15 +29,13 @@ bool operator==(const Process &left, const Process &right) {
 }  // namespace platform
 
 OSErr GetNextProcess(ProcessSerialNumber *serialNumber) try {
-  platform::Carrier &carrier = platform::currentCarrier();
-  auto next = processBehind(*serialNumber, carrier.processesRemembered());
-  if (!next) {
-    next = processBehind(*serialNumber, carrier.processes());
-  }
+  const bool isFirst = isSame(*serialNumber, {0, kNoProcess});
+  const auto next = platform::currentCarrier().processBehind(
+      isFirst ? std::nullopt : std::optional(*serialNumber));
   if (!next) {
     return static_cast<OSErr>(next.error());
   }
-  *serialNumber = *next;
+  *serialNumber = next->serialNumber;
   return noErr;
 } catch (const std::bad_alloc &) {
   return memFullErr;

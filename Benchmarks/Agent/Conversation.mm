@@ -26,8 +26,9 @@ class SwallowingCarrier final : public platform::Carrier {
     }
     return {};
   }
-  std::expected<std::vector<platform::Process>, OSStatus> processes() override {
-    return std::vector{mellelProcess};
+  std::expected<platform::Process, OSStatus> processBehind(
+      std::optional<ProcessSerialNumber>) override {
+    return mellelProcess;
   }
   std::expected<platform::Process, OSStatus> process(ProcessSerialNumber) override {
     return mellelProcess;

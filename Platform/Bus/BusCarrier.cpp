@@ -46,8 +46,8 @@ std::expected<Message, OSStatus> newCall(sd_bus *bus, const std::string &destina
 class BusCarrier final : public Carrier {
  public:
   std::expected<Parameters, OSStatus> send(const OutgoingEvent &event) override;
-  std::expected<std::vector<Process>, OSStatus> processes() override;
-  std::expected<std::vector<Process>, OSStatus> processesRemembered() override;
+  std::expected<Process, OSStatus> processBehind(
+      std::optional<ProcessSerialNumber> previous) override;
   std::expected<Process, OSStatus> process(ProcessSerialNumber serialNumber) override;
   OSStatus activate(ProcessSerialNumber serialNumber) override;
 
@@ -58,10 +58,8 @@ class BusCarrier final : public Carrier {
   OSStatus sendForQueuedReply(const Message &call, AEReturnID returnID);
   // A serial number is the process's number on this machine and the signature that it declared.
   std::expected<Process, OSStatus> processOfSignature(FourCharCode signature);
-  // Of those names that stand for signatures.
-  template <typename Names>
-  std::expected<std::vector<Process>, OSStatus> processesNamed(
-      const std::expected<Names, OSStatus> &names);
+  // The owner of the next greater name that is remembered and has one.
+  std::expected<Process, OSStatus> ownerBehind(const std::string &name);
 
   BusConnection &connection() { return BusConnection::session(); }
 };
@@ -133,31 +131,33 @@ std::expected<Process, OSStatus> BusCarrier::processOfSignature(FourCharCode sig
   return Process{{owner->processNumber, signature}, signature};
 }
 
-std::expected<std::vector<Process>, OSStatus> BusCarrier::processes() {
-  return processesNamed(connection().listNames());
-}
-
-std::expected<std::vector<Process>, OSStatus> BusCarrier::processesRemembered() {
-  return processesNamed(connection().namesRemembered());
-}
-
-template <typename Names>
-std::expected<std::vector<Process>, OSStatus> BusCarrier::processesNamed(
-    const std::expected<Names, OSStatus> &names) {
-  if (!names) {
-    return std::unexpected(names.error());
-  }
-  std::vector<Process> found;
-  for (const std::string &name : *names) {
-    const auto signature = signatureInBusName(name);
-    // One that ended since the names were listed is left out.
-    if (const auto process =
-            signature ? processOfSignature(*signature) : std::unexpected(OSStatus{procNotFound})) {
-      found.push_back(*process);
+// What is remembered first; and where there is nothing more, the bus is asked for who has just
+// come. Names are in the order of their signatures. One step takes no longer where there are many
+// processes: anybody may own thousands of names, and a search must not wait for that.
+std::expected<Process, OSStatus> BusCarrier::processBehind(
+    std::optional<ProcessSerialNumber> previous) {
+  const std::string name = previous ? busName(previous->lowLongOfPSN) : std::string();
+  auto next = ownerBehind(name);
+  if (!next && next.error() == procNotFound) {
+    if (const OSStatus status = connection().renewNames(); status != noErr) {
+      return std::unexpected(status);
     }
+    next = ownerBehind(name);
   }
-  std::ranges::sort(found, {}, &Process::signature);
-  return found;
+  return next;
+}
+
+std::expected<Process, OSStatus> BusCarrier::ownerBehind(const std::string &name) {
+  auto next = connection().nameBehind(name);
+  while (next) {
+    const auto process = processOfSignature(signatureInBusName(*next).value_or(0));
+    // One that ended since its name was listed is left out.
+    if (process || process.error() != procNotFound) {
+      return process;
+    }
+    next = connection().nameBehind(*next);
+  }
+  return std::unexpected(next.error());
 }
 
 std::expected<Process, OSStatus> BusCarrier::process(ProcessSerialNumber serialNumber) {

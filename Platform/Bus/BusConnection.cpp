@@ -249,24 +249,24 @@ std::expected<NameOwners::Owner, OSStatus> BusConnection::ownerOf(const std::str
   return owner;
 }
 
-std::expected<std::set<std::string>, OSStatus> BusConnection::namesRemembered() {
+std::expected<std::string, OSStatus> BusConnection::nameBehind(const std::string &name) {
   const auto known = owners();
   if (!known) {
     return std::unexpected(known.error());
   }
-  auto names = (*known)->names();
-  settle(names.has_value());
-  return names;
+  auto found = (*known)->nameBehind(name);
+  settle(found.has_value());
+  return found;
 }
 
-std::expected<std::vector<std::string>, OSStatus> BusConnection::listNames() {
-  const auto bus = open();
-  if (!bus) {
-    return std::unexpected(bus.error());
+OSStatus BusConnection::renewNames() {
+  const auto known = owners();
+  if (!known) {
+    return known.error();
   }
-  auto names = listNamesOn(*bus);
-  settle(names.has_value());
-  return names;
+  const OSStatus status = (*known)->renewNames();
+  settle(status == noErr);
+  return status;
 }
 
 std::expected<std::vector<std::string>, OSStatus> BusConnection::listNamesOn(sd_bus *bus) {

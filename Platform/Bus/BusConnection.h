@@ -72,10 +72,10 @@ class BusConnection {
   // Asks the bus itself, about a name. procNotFound when nobody owns the name.
   static std::expected<Message, OSStatus> askOn(sd_bus *bus, const char *method,
                                                 const std::string &name);
-  std::expected<std::vector<std::string>, OSStatus> listNames();
   static std::expected<std::vector<std::string>, OSStatus> listNamesOn(sd_bus *bus);
-  // Those of application signatures, by what has arrived from the bus so far.
-  std::expected<std::set<std::string>, OSStatus> namesRemembered();
+  // The next greater name of an application signature: NameOwners::nameBehind.
+  std::expected<std::string, OSStatus> nameBehind(const std::string &name);
+  OSStatus renewNames();
 
   // To be called after anything that may have taken messages off the socket.
   void arm();

@@ -134,9 +134,10 @@ OSStatus EventReceiver::start(FourCharCode signature, std::function<void()> onAc
   connection_.arm();
   if (claimed < 0 && claimed != -EALREADY) {
     object_.reset();
-    return claimed == -EEXIST  ? portInUse
-           : claimed == -EPERM ? OSStatus{errAEEventNotPermitted}
-                               : OSStatus{connectionInvalid};
+    // Denied by the bus's policy, where it is EACCES.
+    return claimed == -EEXIST   ? portInUse
+           : claimed == -EACCES ? OSStatus{errAEEventNotPermitted}
+                                : OSStatus{connectionInvalid};
   }
   signature_ = signature;
   onActivate_ = std::move(onActivate);

@@ -35,30 +35,44 @@ int NameOwners::ownerChanged(sd_bus_message *message, void *self, sd_bus_error *
   owners.owners_.erase(name);
   if (owners.names_ && *newOwner == '\0') {
     owners.names_->erase(name);
-  } else if (owners.names_) {
+  } else if (owners.names_ && signatureInBusName(name)) {
     owners.names_->insert(name);
   }
   return 0;
 }
 
-std::expected<std::set<std::string>, OSStatus> NameOwners::names() {
-  if (names_) {
-    return *names_;
-  }
-  const auto listed = BusConnection::listNamesOn(bus_);
-  if (!listed) {
-    return std::unexpected(listed.error());
-  }
-  std::set<std::string> found;
-  for (const std::string &name : *listed) {
-    if (signatureInBusName(name)) {
-      found.insert(name);
+std::expected<std::string, OSStatus> NameOwners::nameBehind(const std::string &name) {
+  if (!names_) {
+    if (const OSStatus status = renewNames(); status != noErr) {
+      return std::unexpected(status);
     }
   }
-  if (match_ != nullptr) {
-    names_ = found;
+  const auto next = names_->upper_bound(name);
+  std::expected<std::string, OSStatus> found = std::unexpected(OSStatus{procNotFound});
+  if (next != names_->end()) {
+    found = *next;
+  }
+  // Without the bus's word of changes nothing can be remembered.
+  if (match_ == nullptr) {
+    names_.reset();
   }
   return found;
+}
+
+// A change whose signal is still under way is in the bus's answer already, and comes once more,
+// which changes nothing.
+OSStatus NameOwners::renewNames() {
+  const auto listed = BusConnection::listNamesOn(bus_);
+  if (!listed) {
+    return listed.error();
+  }
+  names_.emplace();
+  for (const std::string &name : *listed) {
+    if (signatureInBusName(name)) {
+      names_->insert(name);
+    }
+  }
+  return noErr;
 }
 
 std::expected<NameOwners::Owner, OSStatus> NameOwners::find(const std::string &name) {

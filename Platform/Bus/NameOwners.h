@@ -40,8 +40,12 @@ class NameOwners {
   // By what has arrived from the bus so far. procNotFound when nobody owns the name.
   std::expected<Owner, OSStatus> find(const std::string &name);
 
-  // All names of application signatures, by what has arrived from the bus so far.
-  std::expected<std::set<std::string>, OSStatus> names();
+  // The next greater name of an application signature, by what has arrived from the bus so far;
+  // procNotFound behind the last one. One that has just come may be missing.
+  std::expected<std::string, OSStatus> nameBehind(const std::string &name);
+
+  // Asks the bus for all names.
+  OSStatus renewNames();
 
  private:
   static int ownerChanged(sd_bus_message *message, void *self, sd_bus_error *error);

@@ -1,5 +1,8 @@
 #include "RawSender.h"
 
+#include <Platform/Bus/BusNames.h>
+
+#include <chrono>
 #include <cstdlib>
 #include <vector>
 
@@ -56,6 +59,35 @@ TEST_F(AppleEventsProcess, ActivationCallsBack) {
   EXPECT_EQ(signatures, (std::vector<OSType>{peerSignature, testSignature}));
   EXPECT_EQ(activations, 0);
   EXPECT_TRUE(runUntil([&] { return activations == 1; }));
+}
+
+std::size_t countProcesses() {
+  std::size_t count = 0;
+  for (ProcessSerialNumber number{0, kNoProcess}; GetNextProcess(&number) == noErr;) {
+    ++count;
+  }
+  return count;
+}
+
+// One program may own as many names as the bus lets it. A search that took time for each of them at
+// each step would hold a host up for minutes.
+TEST_F(AppleEventsProcessAndAnother, ThousandsOfNamesHoldNoSearchUp) {
+  constexpr OSType names = 4000;
+  for (OSType signature = 0x10000000; signature < 0x10000000 + names; ++signature) {
+    ASSERT_GE(sd_bus_request_name(client_.get(), platform::busName(signature).c_str(), 0), 0);
+  }
+  // Each of them is asked for once.
+  EXPECT_EQ(countProcesses(), names + 1);
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_EQ(countProcesses(), names + 1);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
+}
+
+TEST(AppleEventsProcessWithoutPermission, SignatureThatTheBusDeniesIsRefusedAsSuch) {
+  const test_support::PrivateBus bus("<deny own=\"" + platform::busName(testSignature) + "\"/>");
+  EXPECT_EQ(startReceivingAppleEvents(testSignature, {}), errAEEventNotPermitted);
+  EXPECT_EQ(startReceivingAppleEvents(code("More"), {}), noErr);
+  stopReceivingAppleEvents();
 }
 
 TEST_F(AppleEventsProcess, SerialNumberIsVoidOnceItsProcessHasEnded) {

@@ -34,6 +34,17 @@ std::function<void(NSAppleEventDescriptor *event, NSAppleEventDescriptor *reply)
 }
 @end
 
+// Throws when it is asked what it is.
+@interface Unspeakable : NSObject
+@end
+
+@implementation Unspeakable
+- (NSString *)description {
+  [NSException raise:@"Unspeakable" format:@"no words"];
+  return nil;
+}
+@end
+
 namespace {
 
 using platform_test::code;
@@ -169,6 +180,24 @@ TEST_F(EventDispatch, CppExceptionBecomesAStatusAndALine) {
   testing::internal::CaptureStderr();
   EXPECT_EQ(carrier_.deliver(eventClass, eventID, "").status, errAEEventFailed);
   EXPECT_NE(testing::internal::GetCapturedStderr().find("the other reason"), std::string::npos);
+}
+
+TEST_F(EventDispatch, ExceptionsWhoseReasonIsNoTextBecomeAStatusAndALine) {
+  const std::function<void()> throwers[] = {
+      [] {
+        const unichar loneSurrogate = 0xD800;
+        [NSException raise:@"OddException"
+                    format:@"%@", [NSString stringWithCharacters:&loneSurrogate length:1]];
+      },
+      [] { @throw [[[Unspeakable alloc] init] autorelease]; },
+      [] { throw std::runtime_error("M\xFCller"); }};
+  for (const auto &throwing : throwers) {
+    onEvent = [&](NSAppleEventDescriptor *, NSAppleEventDescriptor *) { throwing(); };
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(carrier_.deliver(eventClass, eventID, "").status, errAEEventFailed);
+    const std::string log = testing::internal::GetCapturedStderr();
+    EXPECT_NE(log.find("'clas' 'evnt'"), std::string::npos) << log;
+  }
 }
 
 TEST_F(EventDispatch, ThrownNumberBecomesAStatus) {

@@ -6,7 +6,8 @@
 
 #include <cstdint>
 #include <functional>
-#include <set>
+#include <string>
+#include <vector>
 
 using namespace platform_test;
 using platform::busName;
@@ -42,6 +43,14 @@ class NameOwners : public BusFixture {
       }
     }
     return condition();
+  }
+
+  std::vector<std::string> names() {
+    std::vector<std::string> found;
+    for (auto name = owners_->nameBehind(""); name; name = owners_->nameBehind(*name)) {
+      found.push_back(*name);
+    }
+    return found;
   }
 
   bool peerIsForgotten() {
@@ -89,15 +98,23 @@ TEST_F(NameOwners, AreTheNewOnesWhenAnotherProcessFollows) {
 }
 
 TEST_F(NameOwners, NamesAreListedOnceAndFollowTheProcesses) {
-  ASSERT_TRUE(owners_->names());
+  using Names = std::vector<std::string>;
+  EXPECT_EQ(names(), Names{busName(peerSignature)});
   const std::uint64_t before = nextMessage();
-  EXPECT_EQ(owners_->names().value(), std::set<std::string>{busName(peerSignature)});
+  EXPECT_EQ(names(), Names{busName(peerSignature)});
   EXPECT_EQ(nextMessage(), before + 1);
   ASSERT_EQ(platform::startReceivingAppleEvents(testSignature, nullptr), noErr);
   peer_->end();
-  EXPECT_TRUE(takeInUntil([this] {
-    return owners_->names().value() == std::set<std::string>{busName(testSignature)};
-  }));
+  EXPECT_TRUE(takeInUntil([this] { return names() == Names{busName(testSignature)}; }));
+}
+
+TEST_F(NameOwners, NamesAreRenewedWhenAskedFor) {
+  EXPECT_EQ(names().size(), 1u);
+  ASSERT_EQ(platform::startReceivingAppleEvents(testSignature, nullptr), noErr);
+  // The bus's word of it has not been read.
+  EXPECT_EQ(names().size(), 1u);
+  EXPECT_EQ(owners_->renewNames(), noErr);
+  EXPECT_EQ(names().size(), 2u);
 }
 
 }  // namespace

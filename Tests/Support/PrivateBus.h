@@ -6,13 +6,15 @@
 
 #include <filesystem>
 #include <memory>
+#include <string>
 
 namespace test_support {
 
 // Runs from construction to destruction; the environment names it as the session bus.
 class PrivateBus {
  public:
-  PrivateBus();
+  // With a rule more in its policy, such as <deny own="a.name"/>.
+  explicit PrivateBus(const std::string &rule = "");
   PrivateBus(const PrivateBus &) = delete;
   PrivateBus &operator=(const PrivateBus &) = delete;
 
@@ -22,6 +24,8 @@ class PrivateBus {
 
  private:
   std::filesystem::path socket() const { return directory_ / "bus"; }
+
+  std::filesystem::path configuration() const { return directory_ / "configuration"; }
 
   TemporaryDirectory directory_;
   std::unique_ptr<ChildProcess> daemon_;

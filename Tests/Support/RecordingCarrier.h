@@ -120,11 +120,19 @@ class RecordingCarrier final : public platform::Carrier {
     return sendResult;
   }
 
-  std::expected<std::vector<platform::Process>, OSStatus> processes() override {
+  std::expected<platform::Process, OSStatus> processBehind(
+      std::optional<ProcessSerialNumber> previous) override {
     if (enumerationStatus != noErr) {
       return std::unexpected(enumerationStatus);
     }
-    return running;
+    bool isNext = !previous;
+    for (const platform::Process &process : running) {
+      if (isNext) {
+        return process;
+      }
+      isNext = platform::Process{*previous, process.signature} == process;
+    }
+    return std::unexpected(OSStatus{procNotFound});
   }
 
   std::expected<platform::Process, OSStatus> process(ProcessSerialNumber serialNumber) override {
