@@ -75,11 +75,26 @@ TEST_F(Commands, DocumentWithoutCitationsIsScannedToo) {
   EXPECT_EQ(read("out.rtf"), expectedInput_);
 }
 
-TEST_F(Commands, ProgressIsToldOnlyWhenItTakesLong) {
+TEST_F(Commands, ProgressIsToldWhenAScanTakesLong) {
   startHost("slow");
-  const Result ended = scan();
+  const Result ended = mellelWithProgress({"scan", path("in.rtf"), "-o", path("out.rtf")});
   EXPECT_EQ(ended.status, 0);
-  EXPECT_EQ(ended.standardError, "mellel: waiting for Korvo to format 3 citations ...\n");
+  EXPECT_THAT(ended.standardError,
+              HasSubstr("mellel: waiting for Korvo to format 3 citations ...\n"));
+}
+
+TEST_F(Commands, ProgressIsNotToldWhenAScanIsQuick) {
+  using Clock = std::chrono::steady_clock;
+  startHost();
+  for (int attempt = 0; attempt < 20; ++attempt) {
+    const Clock::time_point begin = Clock::now();
+    const Result ended = mellelWithProgress({"scan", path("in.rtf"), "-o", path("out.rtf")});
+    if (Clock::now() - begin < std::chrono::milliseconds(400)) {
+      EXPECT_EQ(ended.standardError, "");
+      return;
+    }
+  }
+  GTEST_SKIP() << "no scan is quick on a machine as busy as this one";
 }
 
 TEST_F(Commands, ProgressIsToldWhileTheDocumentIsRead) {
@@ -88,8 +103,9 @@ TEST_F(Commands, ProgressIsToldWhileTheDocumentIsRead) {
   const std::string busy = "/proc/version";
   const std::string told = "mellel: reading " + busy + " ...\nmellel: cannot read " + busy +
                            ": another program is writing to it\n";
-  EXPECT_EQ(mellel({"scan", busy}).standardError, told);
-  EXPECT_EQ(mellel({"insert", "--into", busy, "--at", "and", "-o", path("out")}).standardError,
+  EXPECT_EQ(mellelWithProgress({"scan", busy}).standardError, told);
+  EXPECT_EQ(mellelWithProgress({"insert", "--into", busy, "--at", "and", "-o", path("out")})
+                .standardError,
             told);
 }
 
@@ -109,9 +125,10 @@ TEST_F(Commands, ProgressIsToldWhileTheCopyIsWritten) {
 
 TEST_F(Commands, ProgressIsToldWhileAReplyIsWaitedFor) {
   startHost("slow");
-  const Result ended = mellel({"live", path("in.rtf"), "-o", path("out.rtf")});
+  const Result ended = mellelWithProgress({"live", path("in.rtf"), "-o", path("out.rtf")});
   EXPECT_EQ(ended.status, 0);
-  EXPECT_EQ(ended.standardError, "mellel: waiting for Korvo to format 3 citations ...\n");
+  EXPECT_THAT(ended.standardError,
+              HasSubstr("mellel: waiting for Korvo to format 3 citations ...\n"));
 }
 
 TEST_F(Commands, CancellingEndsTheScanWithoutACopy) {
