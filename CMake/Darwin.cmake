@@ -17,6 +17,9 @@ if(GTest_FOUND)
 endif()
 list(APPEND platform_rooms Tests/MacOS/Handshake Tests/MacOS/Dialog)
 
+# GoogleTest, as people install it, is there for the processor of their Mac alone.
+set(test_architectures ${CMAKE_HOST_SYSTEM_PROCESSOR})
+
 # make_plugin_bundle(TARGET NAME FOLDER DIALOG.xib TABLE…): makes the module TARGET a bundle
 # NAME.bundle with the property list, the dialog and the tables of texts that lie in FOLDER.
 function(make_plugin_bundle target name folder dialog)
@@ -32,6 +35,7 @@ function(make_plugin_bundle target name folder dialog)
       --minimum-deployment-target ${CMAKE_OSX_DEPLOYMENT_TARGET}
       --compile ${nib} ${source}/${dialog}
     DEPENDS ${source}/${dialog} COMMENT "Compiling ${dialog}" VERBATIM)
+  sign_anew_after(${target} ${source}/Info.plist)
   set(bundle ${CMAKE_BINARY_DIR}/${name}.bundle)
   put_into_bundle(${target} ${bundle} Resources ${nib})
   foreach(table IN LISTS ARGN)
@@ -55,14 +59,20 @@ function(make_application target name folder)
   set_target_properties(${target} PROPERTIES
     OUTPUT_NAME ${name} MACOSX_BUNDLE TRUE
     MACOSX_BUNDLE_INFO_PLIST ${source}/Info.plist)
+  sign_anew_after(${target} ${source}/Info.plist ${source}/${name}.entitlements)
   sign(${target} --entitlements ${source}/${name}.entitlements)
 endfunction()
 
-# A signature covers the resources too: when one has changed in the bundle, the target is linked,
-# and so signed, anew.
+# A signature covers more than the code: when one of these files has changed, or the version in the
+# project's CMakeLists.txt, the target is linked, and so signed, anew.
+function(sign_anew_after target)
+  set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS
+    ${ARGN} ${PROJECT_SOURCE_DIR}/CMakeLists.txt)
+endfunction()
+
 function(put_into_bundle target bundle place file)
   target_sources(${target} PRIVATE ${file})
   set_source_files_properties(${file} PROPERTIES MACOSX_PACKAGE_LOCATION ${place})
   cmake_path(GET file FILENAME name)
-  set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${bundle}/Contents/${place}/${name})
+  sign_anew_after(${target} ${bundle}/Contents/${place}/${name})
 endfunction()

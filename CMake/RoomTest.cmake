@@ -42,6 +42,7 @@ function(add_room_test name)
   endif()
   compiled_together(sources ${name} ${ARG_SOURCES})
   add_executable(${name} ${sources})
+  set_target_properties(${name} PROPERTIES OSX_ARCHITECTURES "${test_architectures}")
   target_link_libraries(${name} PRIVATE
     ProjectOptions TestOptions ${ARG_LINKS} GTest::gmock_main GTest::gmock GTest::gtest)
   borrow_headers(${name} TestHeaders)

@@ -13,7 +13,8 @@
 
 int main(int argc, char **argv) {
   NSAutoreleasePool *pool = [[NSAutoreleasePool alloc] init];
-  if (argc != 2) {
+  // AppKit takes what stands behind it, such as -AppleLanguages.
+  if (argc < 2) {
     std::fprintf(stderr, "usage: smallest-host BUNDLE\n");
     return 2;
   }

@@ -8,7 +8,8 @@
 extern "C" {
 #endif
 
-// Calls `work(context)`. The object that it threw, or nil; a C++ exception passes through.
+// Calls `work(context)`. The object that it threw, autoreleased, or nil; a C++ exception passes
+// through.
 id KOMellelObjectThrownBy(void (*work)(void *), void *context);
 
 #ifdef __cplusplus

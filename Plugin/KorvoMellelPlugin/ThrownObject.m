@@ -4,7 +4,8 @@ id KOMellelObjectThrownBy(void (*work)(void *), void *context) {
   @try {
     work(context);
   } @catch (id thrown) {
-    return thrown;
+    // The runtime lets go of it at the end of this block.
+    return [[thrown retain] autorelease];
   }
   return nil;
 }

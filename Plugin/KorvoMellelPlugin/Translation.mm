@@ -45,7 +45,7 @@ CGFloat endOfLeftNeighbour(NSControl *control) {
   NSArray *views = [[control superview] subviews];
   CGFloat end = 0;
   for (NSUInteger index = 0; index < [views count]; ++index) {
-    const NSRect other = [(NSView *)[views objectAtIndex:index] frame];
+    const NSRect other = [static_cast<NSView *>([views objectAtIndex:index]) frame];
     const bool isInRow = NSMinY(other) < NSMaxY(frame) && NSMinY(frame) < NSMaxY(other);
     if (isInRow && NSMaxX(other) <= NSMinX(frame)) {
       end = std::max(end, NSMaxX(other));

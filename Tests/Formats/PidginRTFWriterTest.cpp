@@ -208,8 +208,8 @@ TEST(PidginRTFWriter, ALongTextThatGoesOnUnlikeItsBeginningIsWrittenWhole) {
     ASSERT_EQ(escaped(text), reference::pidginRTF(text, true));
     ASSERT_EQ(raw(text), reference::pidginRTF(text, false));
   };
-  for (const std::size_t beginning : {4080, 4095, 4096, 4097, 5000, 9000}) {
-    for (const std::size_t rest : {1, 2, 12, 13, 14, 40, 400, 9000}) {
+  for (const std::size_t beginning : {4080U, 4095U, 4096U, 4097U, 5000U, 9000U}) {
+    for (const std::size_t rest : {1U, 2U, 12U, 13U, 14U, 40U, 400U, 9000U}) {
       const std::u16string letters(beginning, u'a');
       const std::u16string escapes(rest, u'\x8000');
       expectWhole(letters + escapes);

@@ -69,8 +69,7 @@ TEST(Unicode, EncodesIntoABufferAsMuchAsFits) {
     for (std::size_t size = 0; size <= most; ++size) {
       const auto room = memory.room(size);
       EXPECT_EQ(encodeUTF8(text, room), whole.size());
-      EXPECT_EQ(std::string(room.begin(), room.begin() + std::min(size, whole.size())),
-                whole.substr(0, size));
+      EXPECT_EQ(std::string(room.data(), std::min(size, whole.size())), whole.substr(0, size));
     }
   }
 }

@@ -49,6 +49,12 @@ def with_macos_settings(config_site):
 
 def copy_headers(include):
     shutil.copytree(f"/usr/include/{platform.machine()}-linux-musl", include)
+    # macOS's int64_t is another type than its long, and so for overloads and formats.
+    types = include / "bits" / "alltypes.h"
+    text, count = re.subn(r"(#define _Int64 long)$", r"\1 long", types.read_text(), flags=re.M)
+    if count != 1:
+        raise ValueError(f"{types} defines 64-bit integers in another way than it did")
+    types.write_text(text)
     with (include / "stdio.h").open("a") as stdio:
         stdio.write(STREAMS)
     with (include / "errno.h").open("a") as errno:

@@ -2,6 +2,8 @@
 
 #include "Files.h"
 
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstdlib>
 #include <iterator>

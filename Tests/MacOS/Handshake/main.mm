@@ -7,6 +7,7 @@
 #import <ApplicationServices/ApplicationServices.h>
 #import <Cocoa/Cocoa.h>
 
+#include <cstdint>
 #include <cstdio>
 
 namespace {
@@ -34,6 +35,12 @@ OSStatus sendHandshake() {
   }
   if (status == noErr) {
     status = AESendMessage(&event, &reply, kAEWaitReply, kAEDefaultTimeout);
+  }
+  // An event that nobody handled may tell so in its reply alone.
+  std::int32_t error = noErr;
+  if (status == noErr && AEGetParamPtr(&reply, keyErrorNumber, typeSInt32, nullptr, &error,
+                                       static_cast<Size>(sizeof error), nullptr) == noErr) {
+    status = error;
   }
   AEDisposeDesc(&reply);
   AEDisposeDesc(&event);
