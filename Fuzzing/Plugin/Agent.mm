@@ -168,6 +168,15 @@ void requireCompleteAnswer(const Event &event, AEEventID answer, std::string_vie
   require(!request.wantsBibliography || reply->bibliography.has_value());
 }
 
+// A preliminary scan of the right form, with nothing in its way: a text that holds a NUL ends
+// there.
+bool mustBeAnswered(const Event &event) {
+  return event.citations && memoryIsThere && !hostScript().hasMisbehaved &&
+         std::ranges::none_of(*event.citations, [](const std::string &citation) {
+           return citation.find('\0') != std::string::npos;
+         });
+}
+
 // What the event led to: `sent` went to the word processor, `answer` is the reply.
 void requireDocumentedOutcome(const Event &event, const Carrier::Answer &answer,
                               const std::vector<platform::OutgoingEvent> &sent) {
@@ -187,6 +196,7 @@ void requireDocumentedOutcome(const Event &event, const Carrier::Answer &answer,
   switch (event.eventID) {
     case request::preliminaryScan:
       require(isCancelled || told == answer::citationResolution);
+      require(!isCancelled || !mustBeAnswered(event));
       break;
     case request::finalScan:
       require(isCancelled || told == answer::finalScan);

@@ -1,6 +1,7 @@
 #import "ExceptionBoundary.h"
 
 #include "LeavingException.h"
+#import "TextBridge.h"
 #import "ThrownObject.h"
 
 namespace {
@@ -34,7 +35,7 @@ bool succeeds(const Step &step) {
 }
 
 void keepReason(const char *what, void *context) {
-  succeeds([&] { *static_cast<NSString **>(context) = [NSString stringWithUTF8String:what]; });
+  succeeds([&] { *static_cast<NSString **>(context) = stringWithUTF8(what); });
 }
 
 NSString *reasonOf(id thrown) {

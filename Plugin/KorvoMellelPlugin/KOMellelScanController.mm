@@ -1,6 +1,8 @@
 #import "KOMellelScanController.h"
 
+#include "AtEndOfScope.h"
 #import "HostArray.h"
+#import "ThrownObject.h"
 #import "Translation.h"
 #import "WindowOfNib.h"
 
@@ -20,10 +22,16 @@ constexpr NSInteger labelTag = 10;
 NSString *const noFavorites =
     @"There are no favorite styles yet. Add some in Korvo's citation styles.";
 
+// Where to put what the host throws while a nib is loaded: GNUstep's loader ends such an exception
+// itself, and would leave a dialog with half of what it shows. Retained for whoever waits for it;
+// null where nobody does.
+id *thrownWhileLoading = nullptr;
+
 }  // namespace
 
 @interface KOMellelScanController (Private)
 - (void)setAdapter:(id<KorvoWordProcessorIntegrationAdapter>)newAdapter;
+- (void)fillWindow;
 - (void)populateFormatList;
 - (NSString *)selectedTitle;
 // Called by the nib. With setters it is the same on every platform who owns the outlets.
@@ -40,9 +48,20 @@ NSString *const noFavorites =
 // 0.29.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
-  [NSBundle loadNibNamed:@"MellelScanDialog" owner:controller];
+  id thrown = nil;
+  {
+    const AtEndOfScope forgetting([&thrown] {
+      thrownWhileLoading = nullptr;
+      [thrown autorelease];
+    });
+    thrownWhileLoading = &thrown;
+    [NSBundle loadNibNamed:@"MellelScanDialog" owner:controller];
+  }
 #pragma GCC diagnostic pop
   leaveWindowOfNibTo(controller);
+  if (thrown != nil) {
+    @throw thrown;
+  }
   return controller;
 }
 
@@ -64,11 +83,15 @@ NSString *const noFavorites =
 }
 
 - (void)awakeFromNib {
-  [self populateFormatList];
-  if ([formatSelectorPopUpButton numberOfItems] == 0) {
-    [[[[self window] contentView] viewWithTag:labelTag] setStringValue:noFavorites];
+  id thrown = KOMellelObjectThrownBy(
+      [](void *controller) { [static_cast<KOMellelScanController *>(controller) fillWindow]; },
+      self);
+  if (thrown != nil) {
+    if (thrownWhileLoading != nullptr) {
+      *thrownWhileLoading = [thrown retain];
+    }
+    @throw thrown;
   }
-  translateDialog([self window], @"ScanDialog");
 }
 
 - (IBAction)formatSelectionChanged:(id)__attribute__((unused)) sender {
@@ -141,6 +164,14 @@ NSString *const noFavorites =
 // nil for an empty menu. (The menu's own titleOfSelectedItem is then an empty string on GNUstep.)
 - (NSString *)selectedTitle {
   return [[formatSelectorPopUpButton selectedItem] title];
+}
+
+- (void)fillWindow {
+  [self populateFormatList];
+  if ([formatSelectorPopUpButton numberOfItems] == 0) {
+    [[[[self window] contentView] viewWithTag:labelTag] setStringValue:noFavorites];
+  }
+  translateDialog([self window], @"ScanDialog");
 }
 
 - (void)populateFormatList {

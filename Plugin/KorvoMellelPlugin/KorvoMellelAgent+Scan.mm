@@ -108,10 +108,10 @@ BOOL dialogIsOpen = NO;
       for (const std::u16string_view component : formats::citationComponents(text)) {
         [adapter referencesMatchingTag:[self scrubVerified:stringWithCodeUnits(component)]
                              inLibrary:library];
+        pool.endTurn();
       }
     }
     size += formats::sizeOfRecordMarkupForComponents(text) + formats::sizeOfString(text);
-    pool.endTurn();
   }
   pool.drain();
 

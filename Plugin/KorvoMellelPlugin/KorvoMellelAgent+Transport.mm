@@ -34,24 +34,6 @@ OSErr readInformation(const ProcessSerialNumber &process, ProcessInfoRec &inform
 OSErr bringToFront(const ProcessSerialNumber &process) { return SetFrontProcess(&process); }
 #pragma GCC diagnostic pop
 
-// macOS asks the user once whether this application may send events to Mellel. Said when the
-// refusal begins, not with each event that is lost to it.
-void tellOfRefusedPermission(OSStatus status) {
-  static bool isRefused = false;
-  if (status != errAEEventNotPermitted) {
-    isRefused = isRefused && status != noErr;
-    return;
-  }
-  if (!isRefused) {
-    NSLog(
-        @"KorvoMellelAgent.sendAppleEvent: this application may not send events to Mellel (error "
-        @"%d). Allow it in System Settings, Privacy & Security, Automation, and repeat the command "
-        @"in Mellel.",
-        static_cast<int>(status));
-  }
-  isRefused = true;
-}
-
 }  // namespace
 
 @implementation KorvoMellelAgent (Transport)
@@ -90,7 +72,6 @@ void tellOfRefusedPermission(OSStatus status) {
   if (status == noErr) {
     status = AESendMessage(&event.descriptor, &reply.descriptor, kAENoReply, kNoTimeOut);
   }
-  tellOfRefusedPermission(status);
   return status;
 }
 
@@ -143,6 +124,12 @@ void tellOfRefusedPermission(OSStatus status) {
                                              bufferSize:payload.size()];
   if (status != noErr) {
     NSLog(@"KorvoMellelAgent.sendPreferences: Error sending message %d", static_cast<int>(status));
+  }
+  // Here, where each conversation with a Mellel begins, and not with each event that is lost to it:
+  // macOS asks the user once whether this application may send events to Mellel.
+  if (status == errAEEventNotPermitted) {
+    NSLog(@"KorvoMellelAgent.sendPreferences: this application may not send events to Mellel; on a "
+          @"Mac it is allowed to in System Settings, Privacy & Security, Automation");
   }
 }
 

@@ -85,6 +85,9 @@ class Characters {
   // Nothing where the text has become too short.
   std::optional<char16_t> at(NSUInteger index) {
     NSString *string = string_();
+    if (string == nil) {
+      return std::nullopt;
+    }
     // The class as well: a new string may lie where the old one was.
     if (string != known_ || object_getClass(string) != knownClass_) {
       getToKnow(string);

@@ -29,6 +29,8 @@ TEST_F(AgentTest, FirstMessageInstallsTheEightHandlersInOrder) {
 TEST_F(AgentTest, FirstMessageSendsThePreferencesOnce) {
   ASSERT_EQ(startUp().sent.size(), 1u);
   EXPECT_EQ(characters(startUp().sent[0].eventID), "PREF");
+  // A Mellel may answer at once.
+  EXPECT_EQ(startUp().handlersAtFirstSend, 8u);
 }
 
 TEST_F(AgentTest, HandlersBelongToTheOneInstance) {

@@ -73,13 +73,14 @@ TEST_F(FinalScan, NamedStyleIsUsedWithoutTouchingTheApplication) {
 
 TEST_F(FinalScan, HostIsAskedInOrder) {
   deliver("SCNQ", request("APA", {{"a", ""}}, true));
-  EXPECT_THAT(calls(),
-              ElementsAre("bibStyleNamed APA", "currentLibrary", "split a", "createCitationGroup",
-                          "createCitation", "setSearchString a", "match a", "setReference a",
-                          "addCitation", "citationArray of 1", "setPropertiesInCitationArray 1",
-                          "format 1", "pidginRTF (a)", "bibliography of 1, attributes 1 mutable",
-                          "RTFFromRange 0 5 " + str(NSRTFTextDocumentType), "pidginRTF (a)",
-                          "send SCNR", "activate"));
+  EXPECT_THAT(
+      calls(),
+      ElementsAre("bibStyleNamed APA", "currentLibrary", "split a", "createCitationGroup",
+                  "createCitation", "setSearchString a", "match a", "setReference a", "addCitation",
+                  "citationArray of 1", "setPropertiesInCitationArray 1", "format 1",
+                  "pidginRTF (a)", "bibliography of 1, attributes 1 mutable",
+                  "RTFFromRange 0 5 " + str(NSRTFTextDocumentType) + ", margin of the style",
+                  "pidginRTF (a)", "send SCNR", "activate"));
 }
 
 TEST_F(FinalScan, AnswerIsLaidOutByteByByte) {

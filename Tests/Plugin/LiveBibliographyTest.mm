@@ -53,7 +53,8 @@ TEST_F(LiveBibliography, AnswerTravelsInTheReplyAndMellelIsActivated) {
                   "createCitation", "setSearchString a", "match a", "setReference a", "addCitation",
                   "citationArray of 1", "setPropertiesInCitationArray 1", "format 1",
                   "pidginRTF [1]", "bibliography of 1, attributes 1 mutable",
-                  "RTFFromRange 0 5 " + str(NSRTFTextDocumentType), "pidginRTF [1]", "activate"));
+                  "RTFFromRange 0 5 " + str(NSRTFTextDocumentType) + ", margin of the style",
+                  "pidginRTF [1]", "activate"));
   EXPECT_THAT(log_->lines(), IsEmpty());
 }
 

@@ -182,13 +182,14 @@ TEST_F(Ownership, RecordsOfAnAnswerAreAsManyAsTheCitationsAndEndWithTheAnswer) {
 }
 
 TEST_F(Ownership, OutgoingBytesAreGivenBackOnceTheyAreSent) {
-  const std::string citation(1'000'000, 'a');
-  const std::vector<formats::CitationPair> pairs = {{citation, ""}};
+  const std::string citation(50'000, 'a');
+  const std::vector<formats::CitationPair> pairs(20, {citation, ""});
   const std::string request = formats::encodePreliminaryScanRequest(7, pairs);
   std::size_t before = 0;
   for (int turn = 0; turn < 6; ++turn) {
     NSAutoreleasePool *pool = [[NSAutoreleasePool alloc] init];
     deliver("PRSQ", request);
+    ASSERT_THAT(eventsSent(), testing::ElementsAre("PRSR"));
     [pool drain];
     carrier_.sent.clear();
     carrier_.sent.shrink_to_fit();

@@ -63,6 +63,12 @@ TEST_F(PreliminaryScan, EveryComponentIsLookedUpAndGetsTheSameRecordWhetherFound
               ElementsAre("currentLibrary", "match a", "match b", "send PRSR"));
 }
 
+TEST_F(PreliminaryScan, TheLibraryIsAskedForOnceForAllCitations) {
+  deliver("PRSQ", request(1, {{"a", ""}, {"b", ""}, {"c", ""}}));
+  EXPECT_THAT(callsOf({"currentLibrary", "match"}),
+              ElementsAre("currentLibrary", "match a", "match b", "match c"));
+}
+
 TEST_F(PreliminaryScan, TrailingSemicolonGivesAnEmptyRecordAndALookUp) {
   deliver("PRSQ", request(1, {{"a;", ""}}));
   EXPECT_THAT(entriesSent(),

@@ -34,6 +34,26 @@ BOOL carries(NSUInteger index, char style) {
 }
 @end
 
+// A text that has lost its characters.
+@interface TextWithoutString : NSAttributedString
+@end
+
+@implementation TextWithoutString
+- (id)init {
+  return self;
+}
+- (NSUInteger)length {
+  return 2;
+}
+- (NSString *)string {
+  return nil;
+}
+- (NSDictionary *)attributesAtIndex:(NSUInteger)__attribute__((unused)) index
+                     effectiveRange:(NSRange *)__attribute__((unused)) range {
+  return nil;
+}
+@end
+
 namespace plugin_test {
 namespace {
 
@@ -57,6 +77,10 @@ class RTFTranslation : public AgentTest {
     return str([[NSAttributedString attributedStringFromRTF:ns(rtf) attributes:nil] string]);
   }
 };
+
+TEST_F(RTFTranslation, OfATextWithoutCharactersIsEmpty) {
+  EXPECT_EQ(str([[[[TextWithoutString alloc] init] autorelease] asPidginRTF]), "");
+}
 
 TEST_F(RTFTranslation, EmptyTextIsEmptyInAllThree) {
   EXPECT_EQ(written(""), "");

@@ -80,6 +80,33 @@ TEST_F(ScanDialog, StoredValueThatIsNoStringIsNoStyle) {
   EXPECT_EQ(lastStyle(), "APA");
 }
 
+NSArray *raiseForFavorites(id, SEL) {
+  [NSException raise:@"HostException" format:@"no favorites"];
+  return nil;
+}
+
+id raiseForStyle(id, SEL, NSString *) {
+  [NSException raise:@"HostException" format:@"no style"];
+  return nil;
+}
+
+// GNUstep's loader of nibs ends exceptions by itself.
+TEST_F(ScanDialog, WhatTheHostThrowsWhileItOpensReachesTheCaller) {
+  offer({"APA"});
+  {
+    const ReplacedMethod favorites([RecordingHost class], @selector(favoriteBibStyleNames),
+                                   asMethod(raiseForFavorites));
+    EXPECT_EQ(thrownByOpening(), "no favorites");
+  }
+  {
+    const ReplacedMethod style([RecordingHost class], @selector(bibStyleNamed:),
+                               asMethod(raiseForStyle));
+    EXPECT_EQ(thrownByOpening(), "no style");
+  }
+  open();
+  EXPECT_EQ(selectedStyle(), "APA");
+}
+
 TEST_F(ScanDialog, NoFavoritesSelectNothingStoreNothingAndTheButtonDoesNothing) {
   // First nil, then an empty array.
   for (int turn = 0; turn < 2; ++turn) {

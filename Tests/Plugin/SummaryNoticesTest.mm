@@ -94,6 +94,8 @@ TEST_F(SummaryNotices, DuplicateNoticeListsTheReferencesWithoutElision) {
   EXPECT_EQ(text().find("..."), std::string::npos);
   EXPECT_EQ(text().substr(text().size() - 2), ">\n");
   EXPECT_EQ(roleAt(0), "subtitle");
+  EXPECT_EQ(roleAt(head.size()), "description");
+  EXPECT_EQ(roleAt([summary_ length] - 2), "description");
   // The separators between references carry no attributes.
   EXPECT_EQ(roleAt([summary_ length] - 1), "(nil)");
 }

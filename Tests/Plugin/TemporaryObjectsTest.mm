@@ -114,6 +114,15 @@ TEST_F(TemporaryObjects, OfLookingUpCitationsAreFreedDuringAPreliminaryScan) {
   expectFewAtATime();
 }
 
+TEST_F(TemporaryObjects, OfLookingUpTheManyPartsOfOneCitationAreFreedAsWell) {
+  const ReplacedMethod match([RecordingHost class], @selector(referencesMatchingTag:inLibrary:),
+                             asMethod(makeTemporaryObjectAndMatchNothing));
+  deliver("PRSQ", formats::encodePreliminaryScanRequest(
+                      7, std::vector<formats::CitationPair>{{std::string(citations, ';'), ""}}));
+  EXPECT_THAT(eventsSent(), testing::ElementsAre("PRSR"));
+  expectFewAtATime();
+}
+
 TEST_F(TemporaryObjects, OfWritingRecordsAreFreedWhileTheAnswerIsWritten) {
   NSAutoreleasePool *pool = [[NSAutoreleasePool alloc] init];
   CountingArray *array = [[[CountingArray alloc] init] autorelease];

@@ -29,6 +29,8 @@ using test_support::logCall;
 struct StartUp {
   std::vector<platform::InstalledHandler> handlers;
   std::vector<platform::OutgoingEvent> sent;
+  // How many handlers were installed when the first event was sent.
+  std::size_t handlersAtFirstSend;
 };
 const StartUp &startUp();
 

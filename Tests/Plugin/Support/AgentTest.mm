@@ -39,8 +39,13 @@ const StartUp &startUp() {
   static const StartUp result = [] {
     NSAutoreleasePool *pool = [[NSAutoreleasePool alloc] init];
     test_support::RecordingCarrier carrier;
+    std::optional<std::size_t> handlersAtFirstSend;
+    carrier.onSend = [&](const platform::OutgoingEvent &) {
+      handlersAtFirstSend = handlersAtFirstSend.value_or(platform::installedEventHandlers().size());
+    };
     [[bundle() principalClass] class];
-    const StartUp started{platform::installedEventHandlers(), carrier.sent};
+    const StartUp started{platform::installedEventHandlers(), carrier.sent,
+                          handlersAtFirstSend.value_or(0)};
     [pool drain];
     return started;
   }();

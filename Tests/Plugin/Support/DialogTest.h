@@ -28,6 +28,8 @@ class DialogTest : public testing::Test {
   // The host's favourites, all of which it knows.
   void offer(std::initializer_list<const char *> styleNames);
   void open();
+  // The reason of the exception that opening it throws; "(nil)" where it throws none.
+  std::string thrownByOpening();
 
   // The style that the user's defaults hold, its name where all is well; nil for none.
   static void setLastStyle(id name);

@@ -1,5 +1,7 @@
 #import "DialogTest.h"
 
+#import <Platform/CatchObjectiveCException.h>
+
 namespace plugin_test {
 namespace {
 
@@ -47,6 +49,11 @@ void DialogTest::offer(std::initializer_list<const char *> styleNames) {
 void DialogTest::open() {
   controller_ =
       [NSClassFromString(@"KOMellelScanController") openMellelScanControllerWithAdapter:host_];
+}
+
+std::string DialogTest::thrownByOpening() {
+  return str([KorvoCatchObjectiveCException(
+      [](void *test) { static_cast<DialogTest *>(test)->open(); }, this) reason]);
 }
 
 void DialogTest::setLastStyle(id name) {

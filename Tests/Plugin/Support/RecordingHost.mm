@@ -102,7 +102,8 @@ using plugin_test::nameOf;
 @implementation RecordingBibliography
 - (NSData *)RTFFromRange:(NSRange)range documentAttributes:(NSDictionary *)attributes {
   logCall("RTFFromRange " + std::to_string(range.location) + " " + std::to_string(range.length) +
-          " " + str([[attributes objectForKey:@"DocumentType"] description]));
+          " " + str([[attributes objectForKey:@"DocumentType"] description]) + ", margin " +
+          str([attributes objectForKey:@"LeftMargin"]));
   return rtf;
 }
 @end
@@ -124,6 +125,9 @@ using plugin_test::nameOf;
   const bool isMutable = [attributes isKindOfClass:[NSMutableDictionary class]];
   logCall("bibliography of " + std::to_string([citationArray count]) + ", attributes " +
           std::to_string([attributes count]) + (isMutable ? " mutable" : " fixed"));
+  if (isMutable) {
+    [attributes setObject:@"of the style" forKey:@"LeftMargin"];
+  }
   if (hostScript().formatBibliography) {
     return hostScript().formatBibliography();
   }
@@ -208,7 +212,8 @@ using plugin_test::nameOf;
 
 - (NSAttributedString *)summaryWithTitleForReference:(id<KorvoReference>)reference {
   const std::string text = "<" + nameOf(reference) + ">";
-  return [[[NSAttributedString alloc] initWithString:ns(text)] autorelease];
+  NSDictionary *ofHost = [NSDictionary dictionaryWithObject:@"description" forKey:@"role"];
+  return [[[NSAttributedString alloc] initWithString:ns(text) attributes:ofHost] autorelease];
 }
 
 - (id<KorvoLibrary>)currentLibrary {
