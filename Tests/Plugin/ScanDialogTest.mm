@@ -4,6 +4,7 @@
 // title bars: GNUstep draws them itself.
 
 #import "Support/DialogTest.h"
+#import "Support/ReplacedMethod.h"
 #import "Support/ScriptedUser.h"
 
 #include <Formats/ScanReply.h>
@@ -189,6 +190,23 @@ TEST_F(ScanDialog, ReturnPressesTheButton) {
   user.press(window(), "Return");
   EXPECT_EQ(user.runModal(window()), 2);
   EXPECT_EQ([controller_ chosenAction], 2);
+}
+
+TEST_F(ScanDialog, TabLeadsFromTheMenuToEachButton) {
+  offer({"APA"});
+  const auto outcomeAfterTabs = [this](int tabs) {
+    open();
+    ScriptedUser user;
+    for (int tab = 0; tab < tabs; ++tab) {
+      user.press(window(), "Tab");
+    }
+    user.press(window(), "space");
+    const NSInteger outcome = user.runModal(window());
+    [window() close];
+    return outcome;
+  };
+  EXPECT_EQ(outcomeAfterTabs(1), 2);
+  EXPECT_EQ(outcomeAfterTabs(2), 0);
 }
 
 TEST_F(ScanDialog, CloseBoxEndsTheSessionWithoutActionAndLeavesTheWindowToTheCaller) {
