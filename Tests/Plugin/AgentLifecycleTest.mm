@@ -9,7 +9,9 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using namespace std::string_literals;
 
-TEST_F(AgentTest, FirstMessageInstallsTheEightHandlersInOrder) {
+class AgentLifecycle : public AgentTest {};
+
+TEST_F(AgentLifecycle, FirstMessageInstallsTheEightHandlersInOrder) {
   std::vector<std::string> installed;
   for (const platform::InstalledHandler &handler : startUp().handlers) {
     EXPECT_EQ(handler.eventClass, code("mLeL"));
@@ -26,20 +28,20 @@ TEST_F(AgentTest, FirstMessageInstallsTheEightHandlersInOrder) {
                                      "SYNC handleImportCitationsEvent:withReplyEvent:"));
 }
 
-TEST_F(AgentTest, FirstMessageSendsThePreferencesOnce) {
+TEST_F(AgentLifecycle, FirstMessageSendsThePreferencesOnce) {
   ASSERT_EQ(startUp().sent.size(), 1u);
   EXPECT_EQ(characters(startUp().sent[0].eventID), "PREF");
   // A Mellel may answer at once.
   EXPECT_EQ(startUp().handlersAtFirstSend, 8u);
 }
 
-TEST_F(AgentTest, HandlersBelongToTheOneInstance) {
+TEST_F(AgentLifecycle, HandlersBelongToTheOneInstance) {
   for (const platform::InstalledHandler &handler : platform::installedEventHandlers()) {
     EXPECT_EQ(handler.target, agent_);
   }
 }
 
-TEST_F(AgentTest, AnswersTheHostsQuestions) {
+TEST_F(AgentLifecycle, AnswersTheHostsQuestions) {
   EXPECT_EQ(str([agentClass_ registrationName]), "Mellel");
   EXPECT_EQ([(Class<KorvoPlugin>)agentClass_ version], 2);
   EXPECT_EQ(str([agentClass_ protocolType]), "Word processor (custom interface)");
@@ -51,18 +53,18 @@ TEST_F(AgentTest, AnswersTheHostsQuestions) {
   EXPECT_THAT(calls(), IsEmpty());
 }
 
-TEST_F(AgentTest, AdoptsBothPluginProtocols) {
+TEST_F(AgentLifecycle, AdoptsBothPluginProtocols) {
   EXPECT_TRUE([agentClass_ conformsToProtocol:@protocol(KorvoPlugin)]);
   EXPECT_TRUE([agentClass_ conformsToProtocol:@protocol(KorvoWordProcessorIntegrationPlugin)]);
   EXPECT_EQ([agentClass_ superclass], [NSObject class]);
 }
 
-TEST_F(AgentTest, DefaultInstanceIsAlwaysTheSameObject) {
+TEST_F(AgentLifecycle, DefaultInstanceIsAlwaysTheSameObject) {
   EXPECT_EQ([agentClass_ defaultInstance], agent_);
   EXPECT_EQ([agentClass_ defaultInstance], [agentClass_ defaultInstance]);
 }
 
-TEST_F(AgentTest, AdapterIsKeptUntilNilReplacesIt) {
+TEST_F(AgentLifecycle, AdapterIsKeptUntilNilReplacesIt) {
   EXPECT_EQ((id)[agentClass_ adapter], host_);
   RecordingHost *other = [[RecordingHost alloc] init];
   [agentClass_ setAdapter:other];
@@ -75,13 +77,13 @@ TEST_F(AgentTest, AdapterIsKeptUntilNilReplacesIt) {
   [other release];
 }
 
-TEST_F(AgentTest, FreshAgentKnowsNoDocumentAndHasBothFlagsOff) {
+TEST_F(AgentLifecycle, FreshAgentKnowsNoDocumentAndHasBothFlagsOff) {
   EXPECT_EQ(documentID(), 0u);
   EXPECT_FALSE(generatesBibliography());
   EXPECT_FALSE(hasGivenLibraryAdvice());
 }
 
-TEST_F(AgentTest, SecondInitSetsTheVariablesAnew) {
+TEST_F(AgentLifecycle, SecondInitSetsTheVariablesAnew) {
   setDocumentID(0x100000007);
   setGeneratesBibliography(true);
   [(id)agent_ setValue:[NSNumber numberWithBool:YES] forKey:@"displayedWrongLibraryMessage"];
@@ -91,7 +93,7 @@ TEST_F(AgentTest, SecondInitSetsTheVariablesAnew) {
   EXPECT_FALSE(hasGivenLibraryAdvice());
 }
 
-TEST_F(AgentTest, InstanceVariablesStandInTheirOrder) {
+TEST_F(AgentLifecycle, InstanceVariablesStandInTheirOrder) {
   unsigned count = 0;
   Ivar *variables = class_copyIvarList(agentClass_, &count);
   std::vector<std::string> names;
@@ -111,7 +113,7 @@ std::vector<std::string> installedEvents() {
   return events;
 }
 
-TEST_F(AgentTest, RemovalTakesFourHandlersAndLeavesFour) {
+TEST_F(AgentLifecycle, RemovalTakesFourHandlersAndLeavesFour) {
   [agent_ unregisterMellelEventHandlers];
   EXPECT_THAT(installedEvents(), ElementsAre("LVBQ", "PRSQ", "SCNQ", "SYNC"));
   EXPECT_EQ(deliver("FIND", ""s).status, errAEEventNotHandled);
@@ -127,7 +129,7 @@ void noteRemoval(id, SEL, AEEventClass eventClass, AEEventID eventID) {
   logCall("remove " + characters(eventClass) + " " + characters(eventID));
 }
 
-TEST_F(AgentTest, RemovalGoesInItsOwnOrder) {
+TEST_F(AgentLifecycle, RemovalGoesInItsOwnOrder) {
   const ReplacedMethod removal([NSAppleEventManager class],
                                @selector(removeEventHandlerForEventClass:andEventID:),
                                asMethod(noteRemoval));
@@ -136,7 +138,7 @@ TEST_F(AgentTest, RemovalGoesInItsOwnOrder) {
                                    "remove mLeL IMHR"));
 }
 
-TEST_F(AgentTest, DestroyedAgentRemovesItsHandlersAndANewOneTakesItsPlace) {
+TEST_F(AgentLifecycle, DestroyedAgentRemovesItsHandlersAndANewOneTakesItsPlace) {
   EXPECT_TRUE(endsWithItsRelease(agent_));
   EXPECT_THAT(installedEvents(), ElementsAre("LVBQ", "PRSQ", "SCNQ", "SYNC"));
   // What remains must point at a living object again.
@@ -144,7 +146,7 @@ TEST_F(AgentTest, DestroyedAgentRemovesItsHandlersAndANewOneTakesItsPlace) {
   EXPECT_EQ(installedEvents().size(), 8u);
 }
 
-TEST_F(AgentTest, UnsupportedOperationsSayThatTheyAreAndReturnNothing) {
+TEST_F(AgentLifecycle, UnsupportedOperationsSayThatTheyAreAndReturnNothing) {
   EXPECT_EQ(str([agent_ citationStringForIDList:nil withStyle:nil atPosition:3]), "");
   EXPECT_EQ(str([agent_ bibliographyElementsForIDList:nil
                                             withStyle:nil
@@ -157,13 +159,13 @@ TEST_F(AgentTest, UnsupportedOperationsSayThatTheyAreAndReturnNothing) {
                           "unsupported."));
 }
 
-TEST_F(AgentTest, RetiredImportLeavesNoTrace) {
+TEST_F(AgentLifecycle, RetiredImportLeavesNoTrace) {
   EXPECT_EQ(deliver("SYNC", "anything", true).status, noErr);
   EXPECT_THAT(log_->lines(), IsEmpty());
   EXPECT_THAT(calls(), IsEmpty());
 }
 
-TEST_F(AgentTest, RetiredScanLeavesExactlyOneLogLine) {
+TEST_F(AgentLifecycle, RetiredScanLeavesExactlyOneLogLine) {
   const Answer answer = deliver("Rmci", "anything", true);
   EXPECT_EQ(answer.status, noErr);
   EXPECT_FALSE(answer.directObject());

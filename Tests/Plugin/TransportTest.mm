@@ -27,9 +27,11 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using namespace std::string_literals;
 
+class Transport : public AgentTest {};
+
 const std::string preferences = "\0\0\0\5\0\0\xFF\xFF\0\0\0\0\0\1"s;
 
-TEST_F(AgentTest, EventsAreAddressedBySignatureAndWantNoReply) {
+TEST_F(Transport, EventsAreAddressedBySignatureAndWantNoReply) {
   EXPECT_EQ([agent_ sendAppleEventWithClass:code("clas")
                                     eventID:code("evnt")
                                      buffer:"a\0b"
@@ -50,7 +52,7 @@ TEST_F(AgentTest, EventsAreAddressedBySignatureAndWantNoReply) {
   EXPECT_EQ(payloadSent(), "a\0b"s);
 }
 
-TEST_F(AgentTest, NullBufferSendsAnEventWithoutParameters) {
+TEST_F(Transport, NullBufferSendsAnEventWithoutParameters) {
   EXPECT_EQ([agent_ sendAppleEventWithClass:code("mLeL")
                                     eventID:code("evnt")
                                      buffer:nullptr
@@ -60,13 +62,13 @@ TEST_F(AgentTest, NullBufferSendsAnEventWithoutParameters) {
   EXPECT_TRUE(carrier_.sent[0].parameters.empty());
 }
 
-TEST_F(AgentTest, EmptyBufferIsAnEmptyDirectObject) {
+TEST_F(Transport, EmptyBufferIsAnEmptyDirectObject) {
   [agent_ sendAppleEventWithClass:code("mLeL") eventID:code("evnt") buffer:"" bufferSize:0];
   ASSERT_EQ(carrier_.sent[0].parameters.size(), 1u);
   EXPECT_EQ(payloadSent(), "");
 }
 
-TEST_F(AgentTest, OutgoingBytesAreZeroAndNoMoreThanAskedFor) {
+TEST_F(Transport, OutgoingBytesAreZeroAndNoMoreThanAskedFor) {
   for (const std::size_t size : {std::size_t{1}, std::size_t{14}, std::size_t{1'000'000}}) {
     char *bytes = static_cast<char *>([agent_ allocateOutgoingBytes:size]);
     EXPECT_EQ(std::count(bytes, bytes + size, '\0'), static_cast<std::ptrdiff_t>(size));
@@ -76,7 +78,7 @@ TEST_F(AgentTest, OutgoingBytesAreZeroAndNoMoreThanAskedFor) {
   }
 }
 
-TEST_F(AgentTest, FailedSendReturnsItsStatusAndLogsNothing) {
+TEST_F(Transport, FailedSendReturnsItsStatusAndLogsNothing) {
   for (const OSStatus status : {procNotFound, errAEEventNotPermitted}) {
     carrier_.sendResult = std::unexpected(status);
     EXPECT_EQ([agent_ sendAppleEventWithClass:code("mLeL")
@@ -88,7 +90,7 @@ TEST_F(AgentTest, FailedSendReturnsItsStatusAndLogsNothing) {
   EXPECT_THAT(log_->lines(), IsEmpty());
 }
 
-TEST_F(AgentTest, PutThatFailsEndsTheSequenceBeforeTheSend) {
+TEST_F(Transport, PutThatFailsEndsTheSequenceBeforeTheSend) {
   const auto impossibleSize = static_cast<uint64_t>(-1);
   EXPECT_EQ([agent_ sendAppleEventWithClass:code("mLeL")
                                     eventID:code("evnt")
@@ -98,7 +100,7 @@ TEST_F(AgentTest, PutThatFailsEndsTheSequenceBeforeTheSend) {
   EXPECT_THAT(carrier_.sent, IsEmpty());
 }
 
-TEST_F(AgentTest, FindsTheFirstProcessOfASignature) {
+TEST_F(Transport, FindsTheFirstProcessOfASignature) {
   carrier_.running.clear();
   carrier_.addProcess(code("aaaa"));
   const ProcessSerialNumber first = carrier_.addProcess(code("bbbb"));
@@ -113,7 +115,7 @@ void expectNoProcess(ProcessSerialNumber number) {
   EXPECT_EQ(number.lowLongOfPSN, 0u);
 }
 
-TEST_F(AgentTest, WithoutMellelThereIsNoProcessAndNothingIsActivatedOrLogged) {
+TEST_F(Transport, WithoutMellelThereIsNoProcessAndNothingIsActivatedOrLogged) {
   carrier_.running.clear();
   carrier_.addProcess(code("othr"));
   expectNoProcess([agent_ getProcessWithSignature:code("mLeL")]);
@@ -122,32 +124,32 @@ TEST_F(AgentTest, WithoutMellelThereIsNoProcessAndNothingIsActivatedOrLogged) {
   EXPECT_THAT(carrier_.activated, IsEmpty());
 }
 
-TEST_F(AgentTest, EnumerationThatFailsFindsNoProcess) {
+TEST_F(Transport, EnumerationThatFailsFindsNoProcess) {
   carrier_.enumerationStatus = connectionInvalid;
   expectNoProcess([agent_ getProcessWithSignature:code("mLeL")]);
 }
 
-TEST_F(AgentTest, InformationThatCannotBeReadEndsTheSearch) {
+TEST_F(Transport, InformationThatCannotBeReadEndsTheSearch) {
   carrier_.running.clear();
   carrier_.ended = {carrier_.addProcess(code("othr"))};
   carrier_.addProcess(code("mLeL"));
   expectNoProcess([agent_ getProcessWithSignature:code("mLeL")]);
 }
 
-TEST_F(AgentTest, ActivationBringsMellelToTheFront) {
+TEST_F(Transport, ActivationBringsMellelToTheFront) {
   EXPECT_EQ([agent_ activateMellel], YES);
   ASSERT_EQ(carrier_.activated.size(), 1u);
   EXPECT_EQ(carrier_.activated[0].lowLongOfPSN, mellel_.lowLongOfPSN);
   EXPECT_THAT(log_->lines(), IsEmpty());
 }
 
-TEST_F(AgentTest, FailedActivationIsLoggedWithItsStatus) {
+TEST_F(Transport, FailedActivationIsLoggedWithItsStatus) {
   carrier_.activationStatus = -606;
   EXPECT_EQ([agent_ activateMellel], NO);
   EXPECT_THAT(log_->lines(), ElementsAre("KorvoMellelAgent.activateMellel: Error .......-606,0"));
 }
 
-TEST_F(AgentTest, CancelCarriesTheLowHalfOfTheDocumentIDAndActivatesMellel) {
+TEST_F(Transport, CancelCarriesTheLowHalfOfTheDocumentIDAndActivatesMellel) {
   setDocumentID(0x100000007);
   [agent_ sendCancel];
   EXPECT_THAT(eventsSent(), ElementsAre("Rmcr"));
@@ -156,14 +158,14 @@ TEST_F(AgentTest, CancelCarriesTheLowHalfOfTheDocumentIDAndActivatesMellel) {
   EXPECT_THAT(calls(), ElementsAre("send Rmcr", "activate"));
 }
 
-TEST_F(AgentTest, CancelThatCannotBeSentStillActivatesMellel) {
+TEST_F(Transport, CancelThatCannotBeSentStillActivatesMellel) {
   carrier_.sendResult = std::unexpected(OSStatus{procNotFound});
   [agent_ sendCancel];
   EXPECT_EQ(carrier_.activated.size(), 1u);
   EXPECT_THAT(log_->lines(), IsEmpty());
 }
 
-TEST_F(AgentTest, PreferencesAreFourteenFixedBytes) {
+TEST_F(Transport, PreferencesAreFourteenFixedBytes) {
   [agent_ sendPreferences];
   EXPECT_THAT(eventsSent(), ElementsAre("PREF"));
   EXPECT_EQ(payloadSent(), preferences);
@@ -173,14 +175,14 @@ TEST_F(AgentTest, PreferencesAreFourteenFixedBytes) {
   EXPECT_THAT(carrier_.activated, IsEmpty());
 }
 
-TEST_F(AgentTest, PreferencesThatCannotBeSentAreLoggedWithTheStatus) {
+TEST_F(Transport, PreferencesThatCannotBeSentAreLoggedWithTheStatus) {
   carrier_.sendResult = std::unexpected(OSStatus{procNotFound});
   [agent_ sendPreferences];
   EXPECT_THAT(log_->lines(),
               ElementsAre("KorvoMellelAgent.sendPreferences: Error sending message -600"));
 }
 
-TEST_F(AgentTest, AnyHandshakeSendsThePreferencesExactlyOnce) {
+TEST_F(Transport, AnyHandshakeSendsThePreferencesExactlyOnce) {
   for (const std::optional<std::string> &payload :
        {std::optional("\0\5\0\1"s), std::optional(""s), std::optional("\1"s),
         std::optional("much longer than needed"s), std::optional<std::string>()}) {
@@ -201,7 +203,7 @@ struct WindowCase {
   NSInteger levelAfterwards;
 };
 
-TEST_F(AgentTest, OnlyTheHostsOwnWindowsAtTheModalLevelAreBroughtBack) {
+TEST_F(Transport, OnlyTheHostsOwnWindowsAtTheModalLevelAreBroughtBack) {
   const WindowCase cases[] = {{"KOMainWindowController", 8, 0},
                               {"KOReferenceEditorWindowController", 8, 0},
                               {"KOMainWindowController", 3, 3},
@@ -224,7 +226,7 @@ TEST_F(AgentTest, OnlyTheHostsOwnWindowsAtTheModalLevelAreBroughtBack) {
   EXPECT_THAT(calls(), ElementsAre("setLevel 0", "setLevel 0"));
 }
 
-TEST_F(AgentTest, StuckWindowsAreBroughtBackInTheOrderOfTheApplication) {
+TEST_F(Transport, StuckWindowsAreBroughtBackInTheOrderOfTheApplication) {
   for (const char *name : {"first", "second", "third"}) {
     NamedWindow *window = [[[NamedWindow alloc] init] autorelease];
     window->name = name;
@@ -237,12 +239,12 @@ TEST_F(AgentTest, StuckWindowsAreBroughtBackInTheOrderOfTheApplication) {
               ElementsAre("setLevel 0 of first", "setLevel 0 of second", "setLevel 0 of third"));
 }
 
-TEST_F(AgentTest, WithoutWindowsNothingIsStuck) {
+TEST_F(Transport, WithoutWindowsNothingIsStuck) {
   [agent_ makeSureNextWindowIsNotStuck];
   EXPECT_THAT(calls(), IsEmpty());
 }
 
-TEST_F(AgentTest, RefusedPermissionIsSaidWhenAConversationBegins) {
+TEST_F(Transport, RefusedPermissionIsSaidWhenAConversationBegins) {
   carrier_.sendResult = std::unexpected(OSStatus{errAEEventNotPermitted});
   deliver("IMHR", "\0\5\0\1");
   ASSERT_EQ(log_->lines().size(), 2u);
