@@ -81,7 +81,7 @@ TEST(Desktop, EndsWithACommandThatWasKilled) {
 TEST(Desktop, WithoutACommandSaysHowToUseIt) {
   const Result result = run({withDesktop(), "--private"});
   EXPECT_EQ(result.status, 2);
-  EXPECT_THAT(result.standardError, HasSubstr("usage:"));
+  EXPECT_THAT(result.standardError, HasSubstr("with-desktop [--private] COMMAND"));
 }
 
 }  // namespace
