@@ -58,7 +58,7 @@ Host::~Host() { kill(); }
 void Host::stop() {
   test_support::waitUntil(patience, [this] {
     process_.stop();
-    const bool isOutside = !arePortsLocked();
+    const bool isOutside = !process_.isRunning() || !arePortsLocked();
     if (!isOutside) {
       process_.send(SIGCONT);
     }
