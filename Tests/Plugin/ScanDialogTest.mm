@@ -7,6 +7,7 @@
 #import "Support/ReplacedMethod.h"
 #import "Support/ScriptedUser.h"
 
+#include <Formats/EventTable.h>
 #include <Formats/ScanReply.h>
 #include <Formats/ScanRequest.h>
 #include <Tests/Support/CallLog.h>
@@ -18,6 +19,8 @@
 #import <KorvoMellelAgent+Private.h>
 
 #include <optional>
+#include <string>
+#include <vector>
 
 // Refuses what macOS refuses and GNUstep passes over.
 @interface StrictMenu : NSPopUpButton
@@ -343,6 +346,27 @@ TEST_F(ScanDialog, InsertionThatCannotBeSentBeepsOnceAndOneThatCanDoesNot) {
   [agent insertCitation:@"A"];
   EXPECT_EQ(beeps, 1);
   EXPECT_THAT(log_->lines(), IsEmpty());
+}
+
+TEST_F(ScanDialog, FinalScanIsCancelledWhereTheHostFailsWhileItOpens) {
+  test_support::RecordingCarrier carrier;
+  const ReplacedMethod favorites([RecordingHost class], @selector(favoriteBibStyleNames),
+                                 asMethod(raiseForFavorites));
+  Class agent = NSClassFromString(@"KorvoMellelAgent");
+  [agent setAdapter:host_];
+  EXPECT_EQ(carrier
+                .deliver(formats::mellelSignature, formats::request::finalScan,
+                         formats::encodeFinalScanRequest(7, true, "", {}))
+                .status,
+            noErr);
+  ASSERT_EQ(carrier.sent.size(), 1u);
+  EXPECT_EQ(carrier.sent[0].eventID, formats::answer::cancel);
+  // GNUstep's loader has lines of its own about it.
+  std::vector<std::string> own = log_->lines();
+  std::erase_if(own, [](const std::string &line) { return !line.starts_with("KorvoMellel"); });
+  EXPECT_THAT(own, ElementsAre("KorvoMellelAgent.handleFinalScanEvent: event 'SCNQ' was ended by "
+                               "an exception: HostException: no favorites"));
+  [agent setAdapter:nil];
 }
 
 // The whole way of a final scan with the application, the dialog and the RTF conversion real.
