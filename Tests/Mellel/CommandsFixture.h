@@ -5,6 +5,7 @@
 #include <Tests/Support/ChildProcess.h>
 #include <Tests/Support/Files.h>
 #include <Tests/Support/PrivateBus.h>
+#include <Tests/Support/Progress.h>
 #include <Tests/Support/TemporaryDirectory.h>
 
 #include <gtest/gtest.h>
@@ -12,7 +13,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -23,6 +23,7 @@ namespace fs = std::filesystem;
 using test_support::ChildProcess;
 using test_support::PrivateBus;
 using test_support::Result;
+using test_support::withoutProgress;
 
 inline const std::string document =
     "{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl{\\f0 Times;}}\n"
@@ -64,15 +65,9 @@ class Commands : public ::testing::Test {
     return test_support::run(arguments);
   }
 
-  // Without the lines of progress: any step may take long where a disk or a processor is busy.
   Result mellel(std::vector<std::string> arguments) {
     Result ended = mellelWithProgress(std::move(arguments));
-    std::istringstream lines(std::exchange(ended.standardError, ""));
-    for (std::string line; std::getline(lines, line);) {
-      if (!line.ends_with(" ...")) {
-        ended.standardError += line + "\n";
-      }
-    }
+    ended.standardError = withoutProgress(ended.standardError);
     return ended;
   }
 

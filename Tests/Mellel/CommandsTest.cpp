@@ -81,6 +81,7 @@ TEST_F(Commands, ProgressIsToldWhenAScanTakesLong) {
   EXPECT_EQ(ended.status, 0);
   EXPECT_THAT(ended.standardError,
               HasSubstr("mellel: waiting for Korvo to format 3 citations ...\n"));
+  EXPECT_EQ(withoutProgress(ended.standardError), "");
 }
 
 TEST_F(Commands, ProgressIsNotToldWhenAScanIsQuick) {
@@ -129,6 +130,7 @@ TEST_F(Commands, ProgressIsToldWhileAReplyIsWaitedFor) {
   EXPECT_EQ(ended.status, 0);
   EXPECT_THAT(ended.standardError,
               HasSubstr("mellel: waiting for Korvo to format 3 citations ...\n"));
+  EXPECT_EQ(withoutProgress(ended.standardError), "");
 }
 
 TEST_F(Commands, CancellingEndsTheScanWithoutACopy) {

@@ -17,9 +17,14 @@ using Reporting = Commands;
 
 TEST_F(Reporting, AfterASecondItSaysWhatMayBeWaitingForTheUser) {
   startHost("shows-dialog");
-  EXPECT_EQ(scan().standardError,
-            "mellel: Korvo may be showing a dialog, and wait until it is answered: it does so when "
-            "it knows no style \"apa\"\n");
+  const std::string hint =
+      "mellel: Korvo may be showing a dialog, and wait until it is answered: it does so when it "
+      "knows no style \"apa\"\n";
+  const std::string told =
+      mellelWithProgress({"scan", path("in.rtf"), "--style", "apa", "-o", path("out.rtf")})
+          .standardError;
+  EXPECT_THAT(told, HasSubstr("mellel: waiting for Korvo to format 3 citations ...\n" + hint));
+  EXPECT_EQ(withoutProgress(told), hint);
   startHost("shows-dialog");
   const Result ended = mellel({"scan", path("in.rtf"), "-o", path("out.rtf"), "--quiet"});
   EXPECT_EQ(ended.standardError,

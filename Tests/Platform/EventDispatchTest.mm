@@ -2,6 +2,7 @@
 
 #include <Platform/AutoreleasePool.h>
 #include <Tests/Support/RecordingCarrier.h>
+#import <Tests/Support/Unspeakable.h>
 
 #import <ApplicationServices/ApplicationServices.h>
 #import <Foundation/Foundation.h>
@@ -31,17 +32,6 @@ std::function<void(NSAppleEventDescriptor *event, NSAppleEventDescriptor *reply)
          withReplyEvent:(NSAppleEventDescriptor *)reply {
   (void)event;
   (void)reply;
-}
-@end
-
-// Throws when it is asked what it is.
-@interface Unspeakable : NSObject
-@end
-
-@implementation Unspeakable
-- (NSString *)description {
-  [NSException raise:@"Unspeakable" format:@"no words"];
-  return nil;
 }
 @end
 

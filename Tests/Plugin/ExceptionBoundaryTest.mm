@@ -4,18 +4,10 @@
 #import "Support/HostileHost.h"
 #import "Support/RequestTest.h"
 
+#import <Tests/Support/Unspeakable.h>
+
 #include <exception>
 #include <new>
-
-@interface Unspeakable : NSObject
-@end
-
-@implementation Unspeakable
-- (NSString *)description {
-  [NSException raise:@"Unspeakable" format:@"even this is not told"];
-  return nil;
-}
-@end
 
 namespace plugin_test {
 namespace {
