@@ -35,7 +35,7 @@ function(make_plugin_bundle target name folder dialog)
       --minimum-deployment-target ${CMAKE_OSX_DEPLOYMENT_TARGET}
       --compile ${nib} ${source}/${dialog}
     DEPENDS ${source}/${dialog} COMMENT "Compiling ${dialog}" VERBATIM)
-  sign_anew_after(${target} ${source}/Info.plist)
+  sign_anew_after(${target} ${PROJECT_SOURCE_DIR}/CMakeLists.txt ${source}/Info.plist)
   set(bundle ${CMAKE_BINARY_DIR}/${name}.bundle)
   put_into_bundle(${target} ${bundle} Resources ${nib})
   foreach(table IN LISTS ARGN)
@@ -59,15 +59,15 @@ function(make_application target name folder)
   set_target_properties(${target} PROPERTIES
     OUTPUT_NAME ${name} MACOSX_BUNDLE TRUE
     MACOSX_BUNDLE_INFO_PLIST ${source}/Info.plist)
-  sign_anew_after(${target} ${source}/Info.plist ${source}/${name}.entitlements)
+  sign_anew_after(${target} ${PROJECT_SOURCE_DIR}/CMakeLists.txt ${source}/Info.plist
+    ${source}/${name}.entitlements)
   sign(${target} --entitlements ${source}/${name}.entitlements)
 endfunction()
 
-# A signature covers more than the code: when one of these files has changed, or the version in the
-# project's CMakeLists.txt, the target is linked, and so signed, anew.
+# A signature covers more than the code: when one of these files has changed, such as the one that
+# holds the version, the target is linked, and so signed, anew.
 function(sign_anew_after target)
-  set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS
-    ${ARGN} ${PROJECT_SOURCE_DIR}/CMakeLists.txt)
+  set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${ARGN})
 endfunction()
 
 function(put_into_bundle target bundle place file)

@@ -19,7 +19,6 @@
 #include <expected>
 #include <functional>
 #include <memory>
-#include <set>
 #include <string>
 #include <vector>
 
